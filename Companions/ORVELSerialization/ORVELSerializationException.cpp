@@ -1,0 +1,8 @@
+#include <ORVELSerialization/ORVELSerializationException.h>
+
+namespace orvel
+{
+
+ORVELSerializationException::~ORVELSerializationException() noexcept = default;
+
+} // namespace orvel

@@ -1,0 +1,61 @@
+#pragma once
+
+/// \file
+/// \brief Root of every class that can be created by its class name.
+
+#include <ORVELUtil/ORVELUtilExport.h>
+
+#include <boost/shared_ptr.hpp>
+
+#include <string>
+
+namespace orvel
+{
+
+class BaseDynamicObject;
+
+using DynamicObjectPtr = boost::shared_ptr<BaseDynamicObject>;            ///< shared object
+using DynamicObjectConstPtr = boost::shared_ptr<const BaseDynamicObject>; ///< shared constant object
+
+/// \brief Root of the classes that are created by class name and copied through a common interface.
+///
+/// The order of the virtual operations is part of the binary interface.
+class ORVELUTIL_EXPORT BaseDynamicObject
+{
+public:
+  virtual ~BaseDynamicObject();
+
+  /// \brief Return the class-name text of the dynamic type, such as "orvel::KernelXY".
+  virtual const std::string& getClassName() const = 0;
+
+  /// \brief Make a default-constructed object of the dynamic type; the caller owns it.
+  virtual BaseDynamicObject* createNew() const = 0;
+
+  /// \brief Make a default-constructed object of the dynamic type under a shared pointer.
+  virtual DynamicObjectPtr createShared() const = 0;
+
+  /// \brief Tell whether copy, duplicate and duplicateShared work; where not, they raise.
+  virtual bool hasCopySupport() const = 0;
+
+  /// \brief Make an object that equals this one; the caller owns it. Leaks nothing if copying throws.
+  virtual BaseDynamicObject* duplicate() const = 0;
+
+  /// \brief Make an object that equals this one under a shared pointer.
+  virtual DynamicObjectPtr duplicateShared() const = 0;
+
+  /// \brief Hook for derived classes; does nothing here and nothing calls it.
+  virtual void initCtorCopy(const BaseDynamicObject& other);
+
+  /// \brief Make this object equal to another of the same class. The class of the argument is trusted.
+  virtual void copy(const BaseDynamicObject& other) = 0;
+
+protected:
+  BaseDynamicObject() = default;
+
+  // The compiler's own assignment would copy members, pointers included, beside the virtual copy:
+  // each class states its assignment as a call of copy.
+  BaseDynamicObject(const BaseDynamicObject&) = delete;
+  BaseDynamicObject& operator=(const BaseDynamicObject&) = delete;
+};
+
+} // namespace orvel

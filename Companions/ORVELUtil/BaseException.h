@@ -1,0 +1,61 @@
+#pragma once
+
+/// \file
+/// \brief Root of the kit's exceptions.
+
+#include <ORVELUtil/ORVELUtilExport.h>
+
+#include <boost/exception/exception.hpp>
+
+#include <exception>
+#include <memory>
+#include <string>
+
+namespace orvel
+{
+
+/// \brief A failure: its message, the raising function, its file and line, and what caused it.
+///
+/// Copies share their texts: copying never throws. The cause is kept as a copy of its texts, causes of
+/// the cause included, so that it may be destroyed; `std::bad_alloc` and UnHandleException keep their
+/// type, too.
+class ORVELUTIL_EXPORT BaseException : public std::exception, public boost::exception
+{
+public:
+  /// \param message what went wrong
+  /// \param function signature of the raising function, may be null
+  /// \param file source file of the raising statement, may be null
+  /// \param line line of the raising statement
+  BaseException(const std::string& message, const char* function, const char* file, unsigned int line);
+
+  /// \param cause the failure that led to this one
+  BaseException(const std::string& message, const char* function, const char* file, unsigned int line,
+                const BaseException& cause);
+
+  /// \param cause the failure that led to this one
+  BaseException(const std::string& message, const char* function, const char* file, unsigned int line,
+                const std::exception& cause);
+
+  BaseException(const BaseException& other) noexcept;
+  BaseException& operator=(const BaseException& other) noexcept;
+  ~BaseException() noexcept override;
+
+  /// \brief Return "message [function, file:line]", then "; cause: " and the cause's own text if there is
+  /// one. Parts that are not known are left out. Valid as long as the exception.
+  const char* what() const noexcept override;
+
+  const std::string& getMessage() const noexcept;  ///< what went wrong
+  const std::string& getFunction() const noexcept; ///< signature of the raising function
+  const std::string& getFile() const noexcept;     ///< source file of the raising statement
+  unsigned int getLine() const noexcept;           ///< line of the raising statement
+
+  /// \brief Return the cause, null without one; it lives as long as this exception.
+  const std::exception* getCause() const noexcept;
+
+private:
+  struct Texts;
+
+  std::shared_ptr<const Texts> _texts;
+};
+
+} // namespace orvel

@@ -1,0 +1,85 @@
+#pragma once
+
+/// \file
+/// \brief Makes a text from a message id and its arguments.
+
+#include <ORVELUtil/ORVELUtilExport.h>
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <typeinfo>
+
+namespace orvel
+{
+
+class LogMessageManager;
+
+/// \brief Turns a message id and arguments into a text, with the rules of boost::format.
+///
+/// \code
+/// LogMessageFormater message(manager);
+/// message[eKernelMessage::eInvalidStdDevX] % stdDev;
+/// throw message.string();
+/// \endcode
+/// Numbers are written as in the "C" locale, whatever the process or the program has set.
+/// One thread uses a formatter.
+class ORVELUTIL_EXPORT LogMessageFormater
+{
+public:
+  /// \param manager table of the texts; must outlive the formatter
+  explicit LogMessageFormater(const LogMessageManager& manager);
+  ~LogMessageFormater();
+
+  LogMessageFormater(const LogMessageFormater&) = delete;
+  LogMessageFormater& operator=(const LogMessageFormater&) = delete;
+
+  /// \brief Make a text of the table the current format; it replaces a format that is not finished.
+  /// \throw std::out_of_range if the table has no such text; the current format is unchanged
+  /// \throw boost::io::format_error if the text is no valid format
+  LogMessageFormater& setMsgId(const std::string& domainKey, int id);
+
+  /// \brief Make the text of an enumerator of a message domain the current format. \see setMsgId
+  template <class Domain>
+  LogMessageFormater& operator[](const Domain& value)
+  {
+    return setMsgId(typeid(Domain).name(), static_cast<int>(value));
+  }
+
+  /// \brief Bind the next placeholder. The last one finishes the text: it goes to the output, and the
+  /// format becomes an empty one.
+  ///
+  /// T is std::string, const char*, unsigned int, unsigned long, int, float or double.
+  /// \throw boost::io::too_many_args if no placeholder is left
+  template <class T>
+  LogMessageFormater& operator%(const T& argument);
+
+  /// \brief Bind a literal.
+  template <std::size_t N>
+  LogMessageFormater& operator%(const char (&argument)[N])
+  {
+    return *this % static_cast<const char*>(argument);
+  }
+
+  /// \brief Append to the output: how one formatter relays another's text.
+  LogMessageFormater& operator<<(const std::string& text);
+
+  /// \brief Return the output, followed by the current format if that is a text without placeholders.
+  /// \throw boost::io::too_few_args if a placeholder is not bound
+  std::string string() const;
+
+private:
+  struct State;
+
+  std::unique_ptr<State> _state;
+};
+
+extern template ORVELUTIL_EXPORT LogMessageFormater& LogMessageFormater::operator%(const std::string&);
+extern template ORVELUTIL_EXPORT LogMessageFormater& LogMessageFormater::operator%(const char* const&);
+extern template ORVELUTIL_EXPORT LogMessageFormater& LogMessageFormater::operator%(const unsigned int&);
+extern template ORVELUTIL_EXPORT LogMessageFormater& LogMessageFormater::operator%(const unsigned long&);
+extern template ORVELUTIL_EXPORT LogMessageFormater& LogMessageFormater::operator%(const int&);
+extern template ORVELUTIL_EXPORT LogMessageFormater& LogMessageFormater::operator%(const float&);
+extern template ORVELUTIL_EXPORT LogMessageFormater& LogMessageFormater::operator%(const double&);
+
+} // namespace orvel

@@ -1,0 +1,8 @@
+#include <ORVELUtil/ORVELUtilException.h>
+
+namespace orvel
+{
+
+ORVELUtilException::~ORVELUtilException() noexcept = default;
+
+} // namespace orvel

@@ -1,0 +1,42 @@
+#pragma once
+
+/// \file
+/// \brief Result of an operation together with a message.
+
+#include <string>
+#include <utility>
+
+namespace orvel
+{
+
+/// \brief A result of type T and a message; a plain value.
+///
+/// A success is made from the result alone and has an empty message.
+template <class T>
+class ProcessingResult
+{
+public:
+  ProcessingResult(T result) ///< success: the message is empty
+    : _result(std::move(result))
+  {
+  }
+  ProcessingResult(T result, std::string message) ///< with a message, as failures have
+    : _result(std::move(result))
+    , _message(std::move(message))
+  {
+  }
+
+  const T& getResult() const { return _result; }
+  const std::string& getMessage() const { return _message; } ///< empty for a success
+
+  operator T() const { return _result; } ///< the result itself: `if (object.write(archive))`
+
+private:
+  T _result;
+  std::string _message;
+};
+
+/// Result of every `write` and `read`: true, or false with the reason.
+using BoolResult = ProcessingResult<bool>;
+
+} // namespace orvel

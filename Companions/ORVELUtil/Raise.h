@@ -1,0 +1,107 @@
+#pragma once
+
+/// \file
+/// \brief The one way in which the libraries raise a failure.
+///
+/// \code
+/// raise(ORVEL_HERE, eKernelMessage::eInvalidStdDevX, stdDevX);
+/// \endcode
+/// looks the text up, binds the arguments, logs the text at error level and throws the exception of the
+/// library that owns the domain. Nothing is formatted or looked up before that.
+
+#include <ORVELUtil/LogMessageFormater.h>
+#include <ORVELUtil/ORVELUtilExport.h>
+
+#include <exception>
+#include <string>
+#include <typeinfo>
+
+namespace log4cplus
+{
+class Logger;
+}
+
+/// \brief The statement that stands here: the signature of its function, its file and its line.
+#define ORVEL_HERE                                                                                           \
+  ::orvel::SourceLocation                                                                                    \
+  {                                                                                                          \
+    __PRETTY_FUNCTION__, __FILE__, __LINE__                                                                  \
+  }
+
+namespace orvel
+{
+
+/// \brief A place in the source. \see ORVEL_HERE
+struct SourceLocation
+{
+  const char* function; ///< full signature, as the compiler spells it
+  const char* file;
+  unsigned int line;
+};
+
+/// \brief Tells what belongs to a message domain, by its nested type `domain`; specialised by each domain:
+///  - `using Exception = ...`, the class that is thrown;
+///  - `static log4cplus::Logger& getLogger()`, where the text is logged;
+///  - `static const LogMessageManager& getManager()`, where the text is found.
+template <class Domain>
+struct MessageOwner;
+
+namespace details
+{
+
+/// \brief Log a failure at error level if the logger takes it.
+ORVELUTIL_EXPORT void logFailure(const log4cplus::Logger& ownersLogger, const LogMessageManager& manager,
+                                 const std::string& text, const SourceLocation& here);
+
+/// \brief Report the exception that is being handled as the cause of a message that could not be made:
+/// logs on the kit's root logger and throws.
+/// \throw BaseException always, "Exception thrown while processing message" with that exception as cause
+[[noreturn]] ORVELUTIL_EXPORT void raiseBrokenMessage(const SourceLocation& here);
+
+/// \brief Make the text of a failure and log it. \return the text
+template <class Domain, class... Arguments>
+std::string makeAndLogMessage(const SourceLocation& here, Domain id, const Arguments&... arguments)
+{
+  using Owner = MessageOwner<Domain>;
+  const LogMessageManager& manager = Owner::getManager();
+  LogMessageFormater message(manager);
+  try
+  {
+    message[id];
+    static_cast<void>((message % ... % arguments));
+    std::string text = message.string(); // also without a log: too few arguments must be seen here
+    logFailure(Owner::getLogger(), manager, text, here);
+    return text;
+  }
+  catch (...)
+  {
+    raiseBrokenMessage(here);
+  }
+}
+
+} // namespace details
+
+/// \brief Raise a failure.
+/// \param here the raising statement: ORVEL_HERE
+/// \param id enumerator of a message domain
+/// \param arguments values for the placeholders of its text, in order
+/// \throw MessageOwner<Domain>::Exception always, unless
+/// \throw BaseException the message could not be made or logged; the reason is its cause
+template <class Domain, class... Arguments>
+[[noreturn]] void raise(const SourceLocation& here, Domain id, const Arguments&... arguments)
+{
+  const std::string text = details::makeAndLogMessage(here, id, arguments...);
+  throw typename MessageOwner<Domain>::Exception(text, here.function, here.file, here.line);
+}
+
+/// \brief Raise a failure that another one has led to. \see raise
+/// \param cause kept in the exception that is thrown
+template <class Domain, class... Arguments>
+[[noreturn]] void raiseWithCause(const SourceLocation& here, const std::exception& cause, Domain id,
+                                 const Arguments&... arguments)
+{
+  const std::string text = details::makeAndLogMessage(here, id, arguments...);
+  throw typename MessageOwner<Domain>::Exception(text, here.function, here.file, here.line, cause);
+}
+
+} // namespace orvel

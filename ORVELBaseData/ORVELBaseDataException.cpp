@@ -1,0 +1,8 @@
+#include <ORVELBaseData/ORVELBaseDataException.h>
+
+namespace orvel
+{
+
+ORVELBaseDataException::~ORVELBaseDataException() noexcept = default;
+
+} // namespace orvel

@@ -1,0 +1,7 @@
+#pragma once
+
+/// \file
+/// \brief Marks what ORVELBaseData exports.
+
+/// Visible to other libraries. On ELF the mark is the same for the library itself and for its users.
+#define ORVELBASEDATA_EXPORT __attribute__((visibility("default")))
