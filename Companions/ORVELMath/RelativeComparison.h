@@ -1,0 +1,42 @@
+#pragma once
+
+/// \file
+/// \brief Comparison of floating-point numbers within a relative tolerance.
+
+#include <ORVELMath/ORVELMathExport.h>
+
+#include <vector>
+
+namespace orvel::math
+{
+
+/// \brief Return whether two numbers agree within a relative tolerance.
+///
+/// True if a == b, which holds for equal infinities too; false if either is NaN or infinite; else
+/// abs(a - b) <= tolerance * max(abs(a), abs(b)), in the arithmetic of \c T. So near zero only tiny numbers
+/// agree, and a negative or NaN tolerance leaves equality alone. Exists for \c float and \c double; any other
+/// type does not compile.
+template <class T>
+bool compareRelative(T a, T b, T tolerance) = delete;
+
+template <>
+ORVELMATH_EXPORT bool compareRelative<float>(float a, float b, float tolerance);
+
+template <>
+ORVELMATH_EXPORT bool compareRelative<double>(double a, double b, double tolerance);
+
+/// \brief Return whether two vectors agree element by element within a relative tolerance.
+///
+/// False for vectors of different sizes, true for two empty ones. Exists for \c float and \c double.
+template <class T>
+bool compareRelative(const std::vector<T>& a, const std::vector<T>& b, T tolerance) = delete;
+
+template <>
+ORVELMATH_EXPORT bool compareRelative<float>(const std::vector<float>& a, const std::vector<float>& b,
+                                             float tolerance);
+
+template <>
+ORVELMATH_EXPORT bool compareRelative<double>(const std::vector<double>& a, const std::vector<double>& b,
+                                              double tolerance);
+
+} // namespace orvel::math
