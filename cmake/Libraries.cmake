@@ -20,6 +20,8 @@ function(orvel_add_library name)
   target_include_directories(${name} PUBLIC
     $<BUILD_INTERFACE:${arg_INCLUDE_ROOT}>
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+  target_link_options(${name} PRIVATE "LINKER:--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map")
+  set_property(TARGET ${name} APPEND PROPERTY LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map)
   string(TOUPPER ${name} upper_name)
   target_compile_definitions(${name} PRIVATE ${upper_name}_BUILD)
   # Linkers drop a library that no symbol is taken from; a program that only creates objects by

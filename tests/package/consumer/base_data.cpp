@@ -1,0 +1,11 @@
+// Uses ORVELBaseData's own classes only.
+#include <ORVELBaseData/Range/ElementsRange.h>
+
+#include <iostream>
+
+int main()
+{
+  const orvel::ElementsRange range(3, 5);
+  std::cout << range.getClassName() << " from " << range.getStartOffset() << '\n';
+  return range.getNbElements() == 5 ? 0 : 1;
+}
