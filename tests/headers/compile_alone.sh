@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Compiles each header of a folder whose path matches the pattern alone, and twice in a row to see its include guard at work.
+# Compiles each header of a folder alone, and twice in a row to see its include guard at work.
 # usage: compile_alone.sh INCLUDE_FOLDER PATTERN COMPILER FLAGS...
 set -euo pipefail
 cd "$1"
