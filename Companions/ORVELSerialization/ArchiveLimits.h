@@ -1,0 +1,23 @@
+#pragma once
+
+/// \file
+/// \brief Limits that an archive keeps to.
+
+#include <ORVELUtil/ScalarTypes.h>
+
+namespace orvel
+{
+
+/// \brief What an archive refuses to go beyond, so that a hostile file cannot exhaust the process.
+struct ArchiveLimits
+{
+  /// Objects within objects, in place or by pointer; the same on writing, so that what can be written can
+  /// be read.
+  ipUInt32 maxDepth = 128;
+
+  /// Units of work that reading may cost per byte of the archive read so far, above a start of 4096 units.
+  /// Every item, element and reference costs one unit.
+  ipUInt64 maxWork = 16;
+};
+
+} // namespace orvel

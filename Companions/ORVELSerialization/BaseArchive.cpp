@@ -1,0 +1,87 @@
+#include <ORVELSerialization/BaseArchive.h>
+
+#include <stdexcept>
+#include <utility>
+
+#include <ORVELSerialization/ORVELSerializationLogMessages.h>
+
+namespace orvel
+{
+
+BaseArchive::BaseArchive(std::string name)
+  : _name(std::move(name))
+{
+}
+
+BaseArchive::~BaseArchive() = default;
+
+void BaseArchive::registerClassVersion(const std::string& className, ipUInt32 version)
+{
+  const std::size_t number = _classNames.find(className);
+  if (number != details::NameTable::none)
+  {
+    _classVersions[number] = version;
+    return;
+  }
+  _classVersions.reserve(_classVersions.size() + 1); // so that name and version are entered both or not at all
+  _classNames.add(className);
+  _classVersions.push_back(version);
+}
+
+bool BaseArchive::isClassVersionRegistred(const std::string& className) const
+{
+  return _classNames.find(className) != details::NameTable::none;
+}
+
+ipUInt32 BaseArchive::getRegisterClassVersion(const std::string& className) const
+{
+  const std::size_t number = _classNames.find(className);
+  if (number == details::NameTable::none)
+    throw std::out_of_range("No version of class " + className + " is registered in archive " + _name);
+  return _classVersions[number];
+}
+
+void BaseArchive::endSection(bool unwinding) noexcept
+{
+  if (unwinding)
+    markFailed();
+  try
+  {
+    closeSection();
+  }
+  catch (...)
+  {
+    markFailed();
+    if (!unwinding)
+      _pendingFailure = std::current_exception();
+  }
+}
+
+void BaseArchive::raiseNotOpen() const
+{
+  if (_pendingFailure)
+    std::rethrow_exception(std::exchange(_pendingFailure, nullptr));
+  raise(ORVEL_HERE,
+        _state == State::closed ? eORVELSerializationMessage::eClosed : eORVELSerializationMessage::eFailedBefore,
+        _name, getPlace());
+}
+
+void BaseArchive::raiseTooDeep()
+{
+  markFailed();
+  raise(ORVEL_HERE, eORVELSerializationMessage::eTooDeep, _name, getPlace(), _limits.maxDepth);
+}
+
+ArchiveSectionManager::ArchiveSectionManager(BaseArchive& archive, std::string_view name)
+  : _archive(archive)
+  , _nbExceptions(std::uncaught_exceptions())
+{
+  archive.openSection(name);
+}
+
+ArchiveSectionManager::~ArchiveSectionManager()
+{
+  _archive.endSection(std::uncaught_exceptions() > _nbExceptions);
+}
+
+} // namespace orvel

@@ -1,0 +1,148 @@
+#pragma once
+
+/// \file
+/// \brief Common base of both archive directions, and the guard of its sections.
+
+#include <ORVELSerialization/ArchiveLimits.h>
+#include <ORVELSerialization/NameTable.h>
+#include <ORVELSerialization/ORVELSerializationExport.h>
+#include <ORVELUtil/ScalarTypes.h>
+
+#include <exception>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orvel
+{
+
+/// \brief Common base of the archives: class versions, sections, limits, and the state after a failure.
+///
+/// An archive is open until close() or its first failure. After a failure every operation that moves
+/// data raises one fixed error (id 23, "... the archive can't be used after a failure"); after close(), id
+/// 24. One thread uses an archive.
+class ORVELSERIALIZATION_EXPORT BaseArchive
+{
+public:
+  virtual ~BaseArchive();
+  BaseArchive(const BaseArchive&) = delete;
+  BaseArchive& operator=(const BaseArchive&) = delete;
+
+  /// \brief Tell whether the archive files every element under its own key; else it takes vectors of
+  /// numbers as raw blocks. Fixed by the concrete archive.
+  virtual bool isElementWise() const = 0;
+
+  /// \brief Record the version of a class for the rest of this archive's life; a later call replaces it.
+  void registerClassVersion(const std::string& className, ipUInt32 version);
+
+  /// \brief Tell whether the version of a class is recorded.
+  bool isClassVersionRegistred(const std::string& className) const;
+
+  /// \brief Return the recorded version.
+  /// \throw std::out_of_range naming the class if none is recorded: ask isClassVersionRegistred() first
+  ipUInt32 getRegisterClassVersion(const std::string& className) const;
+
+  const ArchiveLimits& getLimits() const { return _limits; }
+  void setLimits(const ArchiveLimits& limits) { _limits = limits; } ///< from the next operation on
+
+  /// \brief Return what failures call the archive: the path as given, or "stream".
+  const std::string& getName() const { return _name; }
+
+  bool isFailed() const { return _state == State::failed; } ///< an operation has failed
+  bool isClosed() const { return _state == State::closed; } ///< close() has succeeded
+
+protected:
+  explicit BaseArchive(std::string name);
+
+  /// \brief Open a section within the present one; the name informs readers of the file.
+  virtual void openSection(std::string_view name) = 0;
+
+  /// \brief Close the innermost section. Does nothing to the file once the archive has failed.
+  virtual void closeSection() = 0;
+
+  /// \brief Return the place of the present operation for messages, such as "byte 17".
+  virtual std::string getPlace() const = 0;
+
+  /// \brief Raise unless the archive is open.
+  void checkOpen() const
+  {
+    if (_state != State::open)
+      raiseNotOpen();
+  }
+
+  /// \brief Refuse every further use.
+  void markFailed() { _state = State::failed; }
+  void markClosed() { _state = State::closed; }
+
+  /// \brief Counts an object as long as it is being moved; marks the archive failed if that throws.
+  class ORVELSERIALIZATION_EXPORT ObjectScope
+  {
+  public:
+    /// \throw ORVELSerializationException if the limit of objects within objects is reached
+    explicit ObjectScope(BaseArchive& archive)
+      : _archive(archive)
+    {
+      if (archive._depth >= archive._limits.maxDepth)
+        archive.raiseTooDeep();
+      ++archive._depth;
+    }
+    ~ObjectScope()
+    {
+      --_archive._depth;
+      if (!_finished)
+        _archive.markFailed();
+    }
+    ObjectScope(const ObjectScope&) = delete;
+    ObjectScope& operator=(const ObjectScope&) = delete;
+
+    void finish() { _finished = true; } ///< the object has been moved whole
+
+  private:
+    BaseArchive& _archive;
+    bool _finished = false;
+  };
+
+  ipUInt32 getDepth() const { return _depth; } ///< objects that are being moved, one within the other
+
+private:
+  friend class ArchiveSectionManager;
+  enum class State
+  {
+    open,
+    failed,
+    closed
+  };
+  void endSection(bool unwinding) noexcept;
+  [[noreturn]] void raiseNotOpen() const;
+  [[noreturn]] void raiseTooDeep();
+
+  std::string _name;
+  State _state = State::open;
+  ipUInt32 _depth = 0;
+  ArchiveLimits _limits;
+  details::NameTable _classNames;
+  std::vector<ipUInt32> _classVersions; // by number in _classNames
+  mutable std::exception_ptr _pendingFailure; // met while a section was closed, where nothing may be thrown
+};
+
+/// \brief Scope guard of a section: the constructor opens it, the destructor closes it.
+///
+/// If the destructor runs because of an exception, the archive is marked as failed: half a section must
+/// not be taken for a whole one. A failure to close the section is raised by the next operation on the
+/// archive, as destructors do not throw.
+class ORVELSERIALIZATION_EXPORT ArchiveSectionManager
+{
+public:
+  /// \param archive must outlive the guard
+  /// \param name filed by archives that file names; not compared on input
+  ArchiveSectionManager(BaseArchive& archive, std::string_view name);
+  ~ArchiveSectionManager();
+  ArchiveSectionManager(const ArchiveSectionManager&) = delete;
+  ArchiveSectionManager& operator=(const ArchiveSectionManager&) = delete;
+
+private:
+  BaseArchive& _archive;
+  int _nbExceptions; // in flight when the section was opened
+};
+
+} // namespace orvel

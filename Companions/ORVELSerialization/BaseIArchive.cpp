@@ -1,0 +1,67 @@
+#include <ORVELSerialization/BaseIArchive.h>
+
+#include <limits>
+
+#include <ORVELSerialization/ORVELSerializationLogMessages.h>
+#include <ORVELSerialization/Private/Text.h>
+
+namespace orvel
+{
+
+namespace
+{
+
+/// a * b, or the largest number where that does not fit.
+ipUInt64 saturatedProduct(ipUInt64 a, ipUInt64 b)
+{
+  constexpr ipUInt64 largest = std::numeric_limits<ipUInt64>::max();
+  return b != 0 && a > largest / b ? largest : a * b;
+}
+
+} // namespace
+
+void BaseIArchive::checkCount(ipUInt64 count)
+{
+  checkBlock(count, getMinItemSize());
+}
+
+void BaseIArchive::checkBlock(ipUInt64 count, ipUInt64 elementSizeInBytes)
+{
+  checkOpen();
+  if (holds(saturatedProduct(count, elementSizeInBytes)))
+    return;
+  markFailed();
+  raise(ORVEL_HERE, eORVELSerializationMessage::eTooManyElements, getName(), getPlace(), count);
+}
+
+void BaseIArchive::extendWork(ipUInt64 units)
+{
+  constexpr ipUInt64 start = 4096;
+  const ipUInt64 read = saturatedProduct(getPosition(), getLimits().maxWork);
+  const ipUInt64 budget = read > std::numeric_limits<ipUInt64>::max() - start ? read : read + start;
+  if (budget > _workGranted)
+  {
+    _workLeft += budget - _workGranted;
+    _workGranted = budget;
+  }
+  if (units <= _workLeft)
+    return;
+  markFailed();
+  raise(ORVEL_HERE, eORVELSerializationMessage::eTooMuchWork, getName(), getPlace());
+}
+
+void BaseIArchive::raiseInvalidValue(const std::string& text, const std::string& key)
+{
+  markFailed();
+  raise(ORVEL_HERE, eORVELSerializationMessage::eInvalidValue, getName(), getPlace(), details::quoted(text),
+        details::quoted(key));
+}
+
+void BaseIArchive::raiseWrongClass(const std::string& foundClassName, const std::string& expectedClassName)
+{
+  markFailed();
+  raise(ORVEL_HERE, eORVELSerializationMessage::eWrongClass, getName(), getPlace(), foundClassName,
+        expectedClassName);
+}
+
+} // namespace orvel

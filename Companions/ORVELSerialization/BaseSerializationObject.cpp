@@ -1,0 +1,27 @@
+#include <ORVELSerialization/BaseSerializationObject.h>
+
+#include <ORVELSerialization/SerializableClass.h>
+
+namespace orvel
+{
+
+ORVEL_DEFINE_TYPE_NAME(BaseSerializationObject)
+
+BaseSerializationObject::BaseSerializationObject() = default;
+BaseSerializationObject::~BaseSerializationObject() = default;
+
+void BaseSerializationObject::copy(const BaseDynamicObject& /*other*/)
+{
+}
+
+BoolResult BaseSerializationObject::write(BaseOArchive& /*archive*/) const
+{
+  return BoolResult(true);
+}
+
+BoolResult BaseSerializationObject::read(BaseIArchive& /*archive*/)
+{
+  return BoolResult(true);
+}
+
+} // namespace orvel

@@ -1,0 +1,46 @@
+#pragma once
+
+/// \file
+/// \brief Root of every class that can be filed in an archive.
+
+#include <ORVELSerialization/ORVELSerializationExport.h>
+#include <ORVELSerialization/SerializationItem.h>
+#include <ORVELUtil/BaseDynamicObject.h>
+#include <ORVELUtil/ProcessingResult.h>
+
+#include <string>
+
+namespace orvel
+{
+
+class BaseIArchive;
+class BaseOArchive;
+
+/// \brief Root of the classes that are written to and read from archives. Holds no data.
+///
+/// A derived `write`, `read` or `copy` calls that of its base first. Concrete classes get all of the
+/// frame's members from one line: \see SerializableClass.h
+class ORVELSERIALIZATION_EXPORT BaseSerializationObject : public BaseDynamicObject
+{
+public:
+  ~BaseSerializationObject() override;
+
+  static const std::string& getTypeName(); ///< "orvel::BaseSerializationObject"
+
+  void copy(const BaseDynamicObject& other) override; ///< takes nothing over
+
+  /// \brief Write the object to an archive. Files nothing here.
+  /// \return true, or false with a message if a class reports a failure this way
+  /// \throw ORVELSerializationException if the archive fails
+  virtual BoolResult write(BaseOArchive& archive) const;
+
+  /// \brief Read the object from an archive. Reads nothing here.
+  /// \return true, or false with a message if a class reports a failure this way
+  /// \throw ORVELSerializationException if the archive fails or holds a newer version of a class
+  virtual BoolResult read(BaseIArchive& archive);
+
+protected:
+  BaseSerializationObject();
+};
+
+} // namespace orvel

@@ -1,0 +1,35 @@
+#include <ORVELSerialization/SerializableClass.h>
+
+#include <ORVELSerialization/ORVELSerializationLogMessages.h>
+#include <ORVELSerialization/SerializationItems.h>
+
+namespace orvel::details
+{
+
+void writeClassVersion(BaseOArchive& archive, const std::string& className, ipUInt32 (*getVersion)())
+{
+  if (archive.isClassVersionRegistred(className))
+    return;
+  const ipUInt32 version = getVersion();
+  const ArchiveSectionManager section(archive, className);
+  archive << SerializationOItem("version", version);
+  archive.registerClassVersion(className, version);
+}
+
+ipUInt32 readClassVersion(BaseIArchive& archive, const std::string& className, ipUInt32 (*getVersion)(),
+                          const SourceLocation& here)
+{
+  if (archive.isClassVersionRegistred(className))
+    return archive.getRegisterClassVersion(className);
+
+  const ArchiveSectionManager section(archive, className);
+  ipUInt32 version = 0;
+  archive >> SerializationIItem("version", version);
+  const ipUInt32 supportedVersion = getVersion();
+  if (version > supportedVersion)
+    raise(here, eORVELSerializationMessage::eUnsupportedClassVersion, version, className, supportedVersion);
+  archive.registerClassVersion(className, version);
+  return version;
+}
+
+} // namespace orvel::details

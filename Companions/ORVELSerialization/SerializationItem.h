@@ -1,0 +1,57 @@
+#pragma once
+
+/// \file
+/// \brief A key and a reference to a value: what is filed in an archive or read from one.
+
+#include <boost/shared_ptr.hpp>
+
+#include <string>
+#include <utility>
+
+namespace orvel
+{
+
+class BaseSerializationObject;
+
+using SerializationObjectPtr = boost::shared_ptr<BaseSerializationObject>;            ///< shared object
+using SerializationObjectConstPtr = boost::shared_ptr<const BaseSerializationObject>; ///< shared constant object
+
+/// \brief A value to be filed under a key. Lives for one `operator<<` expression; does not own the value.
+template <class T>
+class SerializationOItem
+{
+public:
+  SerializationOItem(std::string key, const T& value)
+    : _key(std::move(key))
+    , _value(value)
+  {
+  }
+
+  const std::string& getKey() const { return _key; }
+  const T& getValue() const { return _value; }
+
+private:
+  std::string _key;
+  const T& _value;
+};
+
+/// \brief A value to be read from under a key. Lives for one `operator>>` expression; does not own the value.
+template <class T>
+class SerializationIItem
+{
+public:
+  SerializationIItem(std::string key, T& value)
+    : _key(std::move(key))
+    , _value(value)
+  {
+  }
+
+  const std::string& getKey() const { return _key; }
+  T& getValue() const { return _value; }
+
+private:
+  std::string _key;
+  T& _value;
+};
+
+} // namespace orvel

@@ -1,0 +1,53 @@
+#include <ORVELBaseData/ORVELBaseDataLog.h>
+
+#include <log4cplus/logger.h>
+
+#include <ORVELUtil/LogMessageManager.h>
+#include <ORVELUtil/ORVELUtilLog.h>
+#include <ORVELUtil/UnitMutex.h>
+
+namespace orvel
+{
+
+namespace
+{
+
+class LoggerNameMutex : public UnitMutex<LoggerNameMutex>
+{
+};
+
+class LoggerMutex : public UnitMutex<LoggerMutex> // taken before LoggerNameMutex where both are needed
+{
+};
+
+class ManagerMutex : public UnitMutex<ManagerMutex>
+{
+};
+
+[[maybe_unused]] const bool g_mutexesMade =
+  LoggerNameMutex::touch() && LoggerMutex::touch() && ManagerMutex::touch();
+
+} // namespace
+
+LogMessageManager& getORVELBaseDataLogMessageManager()
+{
+  const boost::mutex::scoped_lock lock(ManagerMutex::get());
+  static LogMessageManager* const g_manager = &LogMessageManager::getInstance("ORVELBaseData");
+  return *g_manager;
+}
+
+const std::string& getORVELBaseDataLoggerName()
+{
+  const boost::mutex::scoped_lock lock(LoggerNameMutex::get());
+  static const std::string g_loggerName = getBaseLoggerName() + ".ORVELBaseData";
+  return g_loggerName;
+}
+
+log4cplus::Logger& getORVELBaseDataLogger()
+{
+  const boost::mutex::scoped_lock lock(LoggerMutex::get());
+  static log4cplus::Logger g_logger = log4cplus::Logger::getInstance(getORVELBaseDataLoggerName());
+  return g_logger;
+}
+
+} // namespace orvel

@@ -1,0 +1,46 @@
+#include <ORVELBaseData/ORVELBaseDataLogMessages.h>
+
+namespace orvel
+{
+
+namespace
+{
+
+using M = eORVELBaseDataMessage;
+
+constexpr MessageTableEntry g_messages[] = {
+  {M::eMemoryAllocationFailed, "eMemoryAllocationFailed", "Memory allocation failed with requested size %lld"},
+  {M::eBufferNotInitialized, "eBufferNotInitialized", "Buffer should be initialized before used"},
+  {M::eOwnFragmentDataPtr, "eOwnFragmentDataPtr", "Can't set fragment data pointer on own fragment hybrid buffer"},
+  {M::eInvalidBufferType, "eInvalidBufferType", "Invalid buffer type %s"},
+  {M::eInvalidFragmentIndex, "eInvalidFragmentIndex", "Invalid fragment index %d for buffer with %d fragments"},
+  {M::eKeyAlreadyExists, "eKeyAlreadyExists", "Key %s already exists"},
+  {M::eUnknownKey, "eUnknownKey", "Unknown key %s"},
+};
+
+} // namespace
+
+const char* eORVELBaseDataMessage::findText(ipUInt32 value)
+{
+  return MessageTable(g_messages).findText(value);
+}
+
+LogMessageManager& details::MsgMapRegistratorDerived<eORVELBaseDataMessage, void>::getManager()
+{
+  return LogMessageManager::getInstance("ORVELBaseData");
+}
+
+MessageTable details::MsgMapRegistratorDerived<eORVELBaseDataMessage, void>::getTable()
+{
+  return g_messages;
+}
+
+template class MsgMapRegistrator<eORVELBaseDataMessage,
+                                 details::MsgMapRegistratorDerived<eORVELBaseDataMessage, void>>;
+
+namespace
+{
+[[maybe_unused]] const bool g_messagesRegistered = MessageMapRegistrator<eORVELBaseDataMessage>::process();
+}
+
+} // namespace orvel

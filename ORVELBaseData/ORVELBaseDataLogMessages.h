@@ -1,0 +1,72 @@
+#pragma once
+
+/// \file
+/// \brief Messages of ORVELBaseData that belong to no family.
+
+#include <ORVELBaseData/ORVELBaseDataException.h>
+#include <ORVELBaseData/ORVELBaseDataExport.h>
+#include <ORVELBaseData/ORVELBaseDataLog.h>
+#include <ORVELUtil/MsgMapRegistrator.h>
+#include <ORVELUtil/NamedEnumeration.h>
+#include <ORVELUtil/Raise.h>
+
+namespace orvel
+{
+
+/// \brief What belongs to every message domain of the library: base of their MessageOwner.
+struct ORVELBaseDataMessageOwner
+{
+  using Exception = ORVELBaseDataException;
+  static log4cplus::Logger& getLogger() { return getORVELBaseDataLogger(); }
+  static const LogMessageManager& getManager() { return getORVELBaseDataLogMessageManager(); }
+};
+
+/// \brief Failures of buffers and collections. The texts stand in the source.
+class ORVELBASEDATA_EXPORT eORVELBaseDataMessage : public NamedEnumeration<eORVELBaseDataMessage>
+{
+public:
+  enum domain
+  {
+    eMemoryAllocationFailed, ///< memory can't be had: its size in bytes
+    eBufferNotInitialized,   ///< use of a buffer before its initialisation
+    eOwnFragmentDataPtr,     ///< a fragment of a buffer that owns its memory can't be set
+    eInvalidBufferType,      ///< an element type that the operation doesn't take: its name
+    eInvalidFragmentIndex,   ///< no such fragment: the index, the number of fragments
+    eKeyAlreadyExists,       ///< the key is taken: the key
+    eUnknownKey              ///< nothing stands under the key: the key
+  };
+
+  eORVELBaseDataMessage() = default;
+  eORVELBaseDataMessage(domain value)
+    : NamedEnumeration(value)
+  {
+  }
+  explicit eORVELBaseDataMessage(ipUInt64 value)
+    : NamedEnumeration(value)
+  {
+  }
+
+  static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
+};
+
+namespace details
+{
+
+template <>
+struct ORVELBASEDATA_EXPORT MsgMapRegistratorDerived<eORVELBaseDataMessage, void>
+{
+  static LogMessageManager& getManager();
+  static MessageTable getTable();
+};
+
+} // namespace details
+
+extern template class ORVELBASEDATA_EXPORT
+  MsgMapRegistrator<eORVELBaseDataMessage, details::MsgMapRegistratorDerived<eORVELBaseDataMessage, void>>;
+
+template <>
+struct MessageOwner<eORVELBaseDataMessage::domain> : ORVELBaseDataMessageOwner
+{
+};
+
+} // namespace orvel
