@@ -23,7 +23,8 @@ void BaseArchive::registerClassVersion(const std::string& className, ipUInt32 ve
     _classVersions[number] = version;
     return;
   }
-  _classVersions.reserve(_classVersions.size() + 1); // so that name and version are entered both or not at all
+  _classVersions.reserve(_classVersions.size() +
+                         1); // so that name and version are entered both or not at all
   _classNames.add(className);
   _classVersions.push_back(version);
 }
@@ -62,7 +63,8 @@ void BaseArchive::raiseNotOpen() const
   if (_pendingFailure)
     std::rethrow_exception(std::exchange(_pendingFailure, nullptr));
   raise(ORVEL_HERE,
-        _state == State::closed ? eORVELSerializationMessage::eClosed : eORVELSerializationMessage::eFailedBefore,
+        _state == State::closed ? eORVELSerializationMessage::eClosed
+                                : eORVELSerializationMessage::eFailedBefore,
         _name, getPlace());
 }
 

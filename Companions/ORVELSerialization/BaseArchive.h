@@ -16,6 +16,11 @@
 namespace orvel
 {
 
+namespace details
+{
+struct ArchiveAccess;
+}
+
 /// \brief Common base of the archives: class versions, sections, limits, and the state after a failure.
 ///
 /// An archive is open until close() or its first failure. After a failure every operation that moves
@@ -106,6 +111,7 @@ protected:
 
 private:
   friend class ArchiveSectionManager;
+  friend struct details::ArchiveAccess;
   enum class State
   {
     open,
@@ -121,7 +127,7 @@ private:
   ipUInt32 _depth = 0;
   ArchiveLimits _limits;
   details::NameTable _classNames;
-  std::vector<ipUInt32> _classVersions; // by number in _classNames
+  std::vector<ipUInt32> _classVersions;       // by number in _classNames
   mutable std::exception_ptr _pendingFailure; // met while a section was closed, where nothing may be thrown
 };
 

@@ -36,10 +36,10 @@ public:
   virtual void writeObject(const std::string& key, const BaseSerializationObject& object) = 0;
 
   virtual void writeBool(const std::string& key, bool value) = 0;
-  virtual void writeInteger(const std::string& key, ipInt64 value) = 0;   ///< any signed width
-  virtual void writeUnsigned(const std::string& key, ipUInt64 value) = 0; ///< any unsigned width
-  virtual void writeReal32(const std::string& key, ipReal32 value) = 0;   ///< keeps every bit
-  virtual void writeReal64(const std::string& key, ipReal64 value) = 0;   ///< keeps every bit
+  virtual void writeInteger(const std::string& key, ipInt64 value) = 0;         ///< any signed width
+  virtual void writeUnsigned(const std::string& key, ipUInt64 value) = 0;       ///< any unsigned width
+  virtual void writeReal32(const std::string& key, ipReal32 value) = 0;         ///< keeps every bit
+  virtual void writeReal64(const std::string& key, ipReal64 value) = 0;         ///< keeps every bit
   virtual void writeString(const std::string& key, std::string_view value) = 0; ///< any bytes
 
   /// \brief Finish the archive and report; without it nothing is published.

@@ -5,12 +5,9 @@
 #include <utility>
 #include <vector>
 
-#include <ORVELSerialization/BaseSerializationObject.h>
-#include <ORVELSerialization/ORVELSerializationLogMessages.h>
+#include <ORVELSerialization/Private/ArchiveAccess.h>
 #include <ORVELSerialization/Private/Cbor.h>
-#include <ORVELSerialization/Private/ObjectTables.h>
 #include <ORVELSerialization/Private/OpenArchive.h>
-#include <ORVELSerialization/Private/Text.h>
 
 namespace orvel
 {
@@ -85,14 +82,14 @@ BinaryOArchive::BinaryOArchive(std::string name, std::unique_ptr<Impl> impl)
   , _impl(std::move(impl))
 {
   perform(
-    [this]
-    {
-      _impl->putHead(cbor::Major::tag, cbor::selfDescribedTag);
-      _impl->putHead(cbor::Major::array, 3);
-      _impl->putText(cbor::Major::text, formatName);
-      _impl->putHead(cbor::Major::unsignedInteger, formatVersion);
-      _impl->putText(cbor::Major::text, byteOrder);
-    });
+      [this]
+      {
+        _impl->putHead(cbor::Major::tag, cbor::selfDescribedTag);
+        _impl->putHead(cbor::Major::array, 3);
+        _impl->putText(cbor::Major::text, formatName);
+        _impl->putHead(cbor::Major::unsignedInteger, formatVersion);
+        _impl->putText(cbor::Major::text, byteOrder);
+      });
 }
 
 BinaryOArchive::BinaryOArchive(const boost::filesystem::path& path)
@@ -129,67 +126,59 @@ void BinaryOArchive::perform(Operation operation)
 
 void BinaryOArchive::raiseWriteFailed(const char* reason)
 {
-  markFailed();
-  raise(ORVEL_HERE, Message::eWriteFailed, getName(), getPlace(), reason);
-}
-
-void BinaryOArchive::writeWhole(const BaseSerializationObject& object)
-{
-  const BoolResult result = object.write(*this);
-  if (!result)
-    raise(ORVEL_HERE, Message::eObjectFailed, getName(), getPlace(), object.getClassName(), result.getMessage());
+  ArchiveAccess::fail(*this, ORVEL_HERE, Message::eWriteFailed, reason);
 }
 
 void BinaryOArchive::writeBlock(const void* data, ipUInt64 sizeInBytes)
 {
   perform(
-    [&]
-    {
-      _impl->putHead(cbor::Major::bytes, sizeInBytes);
-      _impl->sink.append(static_cast<const char*>(data), sizeInBytes);
-    });
+      [&]
+      {
+        _impl->putHead(cbor::Major::bytes, sizeInBytes);
+        _impl->sink.append(static_cast<const char*>(data), sizeInBytes);
+      });
 }
 
 void BinaryOArchive::writeObjectPtr(const SerializationOItem<SerializationObjectPtr>& item)
 {
   perform(
-    [&]
-    {
-      const SerializationObjectPtr& object = item.getValue();
-      if (!object)
+      [&]
       {
-        _impl->sink.put(cbor::null);
-        return;
-      }
-      bool isNew = false;
-      const ipUInt64 number = _impl->objects.enter(object, isNew);
-      if (!isNew)
-      {
-        _impl->putHead(cbor::Major::tag, cbor::referenceTag);
-        _impl->putHead(cbor::Major::unsignedInteger, number);
-        return;
-      }
-      ObjectScope scope(*this);
-      _impl->putHead(cbor::Major::tag, cbor::shareableTag);
-      _impl->openArray();
-      _impl->putClass(object->getClassName());
-      writeWhole(*object);
-      _impl->closeArray();
-      scope.finish();
-    });
+        const SerializationObjectPtr& object = item.getValue();
+        if (!object)
+        {
+          _impl->sink.put(cbor::null);
+          return;
+        }
+        bool isNew = false;
+        const ipUInt64 number = _impl->objects.enter(object, isNew);
+        if (!isNew)
+        {
+          _impl->putHead(cbor::Major::tag, cbor::referenceTag);
+          _impl->putHead(cbor::Major::unsignedInteger, number);
+          return;
+        }
+        ObjectScope scope(*this);
+        _impl->putHead(cbor::Major::tag, cbor::shareableTag);
+        _impl->openArray();
+        _impl->putClass(object->getClassName());
+        ArchiveAccess::writeWhole(*this, *object);
+        _impl->closeArray();
+        scope.finish();
+      });
 }
 
 void BinaryOArchive::writeObject(const std::string& /*key*/, const BaseSerializationObject& object)
 {
   perform(
-    [&]
-    {
-      ObjectScope scope(*this);
-      _impl->openArray();
-      writeWhole(object);
-      _impl->closeArray();
-      scope.finish();
-    });
+      [&]
+      {
+        ObjectScope scope(*this);
+        _impl->openArray();
+        ArchiveAccess::writeWhole(*this, object);
+        _impl->closeArray();
+        scope.finish();
+      });
 }
 
 void BinaryOArchive::writeBool(const std::string& /*key*/, bool value)
@@ -200,14 +189,14 @@ void BinaryOArchive::writeBool(const std::string& /*key*/, bool value)
 void BinaryOArchive::writeInteger(const std::string& /*key*/, ipInt64 value)
 {
   perform(
-    [&]
-    {
-      const auto bits = static_cast<ipUInt64>(value);
-      if (value >= 0)
-        _impl->putHead(cbor::Major::unsignedInteger, bits);
-      else
-        _impl->putHead(cbor::Major::negativeInteger, ~bits); // -1 - value
-    });
+      [&]
+      {
+        const auto bits = static_cast<ipUInt64>(value);
+        if (value >= 0)
+          _impl->putHead(cbor::Major::unsignedInteger, bits);
+        else
+          _impl->putHead(cbor::Major::negativeInteger, ~bits); // -1 - value
+      });
 }
 
 void BinaryOArchive::writeUnsigned(const std::string& /*key*/, ipUInt64 value)
@@ -237,22 +226,19 @@ void BinaryOArchive::writeString(const std::string& /*key*/, std::string_view va
 void BinaryOArchive::close()
 {
   perform(
-    [this]
-    {
-      if (_impl->nbOpenArrays != 0)
+      [this]
       {
-        markFailed();
-        raise(ORVEL_HERE, Message::eNotFinished, getName(), getPlace());
-      }
-      const ipUInt64 size = _impl->sink.getPosition();
-      const ipUInt64 hash = _impl->sink.getHash();
-      _impl->putHead(cbor::Major::array, 3);
-      _impl->putText(cbor::Major::text, endMark);
-      _impl->putHead(cbor::Major::unsignedInteger, size);
-      _impl->putHead(cbor::Major::unsignedInteger, hash);
-      _impl->sink.finish();
-      markClosed();
-    });
+        if (_impl->nbOpenArrays != 0)
+          ArchiveAccess::fail(*this, ORVEL_HERE, Message::eNotFinished);
+        const ipUInt64 size = _impl->sink.getPosition();
+        const ipUInt64 hash = _impl->sink.getHash();
+        _impl->putHead(cbor::Major::array, 3);
+        _impl->putText(cbor::Major::text, endMark);
+        _impl->putHead(cbor::Major::unsignedInteger, size);
+        _impl->putHead(cbor::Major::unsignedInteger, hash);
+        _impl->sink.finish();
+        markClosed();
+      });
 }
 
 void BinaryOArchive::openSection(std::string_view /*name*/)
@@ -287,8 +273,8 @@ struct BinaryIArchive::Impl
   std::vector<ObjectClass> classes;            // by number
 };
 
-/// Runs an operation on an open archive, at the cost of a unit of work, and turns a refusal of the system into
-/// a failure of the archive.
+/// Runs an operation on an open archive, at the cost of a unit of work, and turns a refusal of the system
+/// into a failure of the archive.
 template <class Operation>
 auto BinaryIArchive::perform(Operation operation)
 {
@@ -305,20 +291,20 @@ auto BinaryIArchive::perform(Operation operation)
   }
 }
 
-BinaryIArchive::BinaryIArchive(std::string name, std::unique_ptr<Impl> impl)
+BinaryIArchive::BinaryIArchive(std::string name, std::unique_ptr<InputOrigin> origin)
   : BaseIArchive(std::move(name))
-  , _impl(std::move(impl))
+  , _impl(std::make_unique<Impl>(std::move(origin)))
 {
   perform([this] { readHeader(); });
 }
 
 BinaryIArchive::BinaryIArchive(const boost::filesystem::path& path)
-  : BinaryIArchive(path.string(), std::make_unique<Impl>(openFileOrigin(path)))
+  : BinaryIArchive(path.string(), openFileOrigin(path))
 {
 }
 
 BinaryIArchive::BinaryIArchive(std::istream& stream)
-  : BinaryIArchive(streamName, std::make_unique<Impl>(openStreamOrigin(stream)))
+  : BinaryIArchive(streamName, openStreamOrigin(stream))
 {
 }
 
@@ -329,22 +315,16 @@ bool BinaryIArchive::isElementWise() const
   return false;
 }
 
-template <class... Arguments>
-void BinaryIArchive::fail(const SourceLocation& here, int message, const Arguments&... arguments)
-{
-  markFailed();
-  raise(here, static_cast<Message::domain>(message), getName(), getPlace(), arguments...);
-}
-
 void BinaryIArchive::raiseReadFailed(const char* reason)
 {
-  fail(ORVEL_HERE, Message::eReadFailed, reason);
+  ArchiveAccess::fail(*this, ORVEL_HERE, Message::eReadFailed, reason);
 }
 
 void BinaryIArchive::raiseCutShort()
 {
-  _impl->itemPosition = _impl->source.getPosition() + static_cast<ipUInt64>(_impl->source.end() - _impl->source.begin());
-  fail(ORVEL_HERE, Message::eCutShort);
+  _impl->itemPosition =
+      _impl->source.getPosition() + static_cast<ipUInt64>(_impl->source.end() - _impl->source.begin());
+  ArchiveAccess::fail(*this, ORVEL_HERE, Message::eCutShort);
 }
 
 cbor::Head BinaryIArchive::readHead()
@@ -358,7 +338,7 @@ cbor::Head BinaryIArchive::readHead()
   if (next == nullptr)
     raiseCutShort();
   if (cbor::isReserved(head))
-    fail(ORVEL_HERE, Message::eDamaged, "there is no such CBOR item");
+    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eDamaged, "there is no such CBOR item");
   source.take(next);
   return head;
 }
@@ -369,8 +349,7 @@ std::string BinaryIArchive::describe(const cbor::Head& head)
   if (head.is(cbor::Major::array) && !head.isIndefinite())
   {
     ByteSource& source = _impl->source;
-    if (source.ensure(1 + endMark.size()) &&
-        std::string_view(source.begin() + 1, endMark.size()) == endMark)
+    if (source.ensure(1 + endMark.size()) && std::string_view(source.begin() + 1, endMark.size()) == endMark)
       return "the end of the archive";
   }
   return cbor::describe(head);
@@ -378,20 +357,22 @@ std::string BinaryIArchive::describe(const cbor::Head& head)
 
 void BinaryIArchive::raiseUnexpected(const char* expected, const std::string& key, const cbor::Head& found)
 {
-  fail(ORVEL_HERE, Message::eUnexpectedItem, expected + (" as item " + quoted(key)), describe(found));
+  ArchiveAccess::fail(*this, ORVEL_HERE, Message::eUnexpectedItem, expected + (" as item " + quoted(key)),
+                      describe(found));
 }
 
-void BinaryIArchive::raiseOutOfRange(const std::string& value, const std::string& key, const std::string& minimum,
-                                     const std::string& maximum)
+void BinaryIArchive::raiseOutOfRange(const std::string& value, const std::string& key,
+                                     const std::string& minimum, const std::string& maximum)
 {
-  fail(ORVEL_HERE, Message::eValueOutOfRange, value, quoted(key), minimum, maximum);
+  ArchiveAccess::fail(*this, ORVEL_HERE, Message::eValueOutOfRange, value, quoted(key), minimum, maximum);
 }
 
 void BinaryIArchive::expectArray(const char* what)
 {
   const cbor::Head head = readHead();
   if (head.first != static_cast<unsigned char>(cbor::openArray))
-    fail(ORVEL_HERE, Message::eUnexpectedItem, std::string("the start of ") + what, describe(head));
+    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eUnexpectedItem, std::string("the start of ") + what,
+                        describe(head));
   ++_impl->nbOpenArrays;
 }
 
@@ -400,7 +381,8 @@ void BinaryIArchive::expectArrayEnd(const char* what)
   _impl->itemPosition = _impl->source.getPosition();
   const cbor::Head head = readHead();
   if (head.first != static_cast<unsigned char>(cbor::closeArray))
-    fail(ORVEL_HERE, Message::eUnexpectedItem, std::string("the end of ") + what, describe(head));
+    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eUnexpectedItem, std::string("the end of ") + what,
+                        describe(head));
   --_impl->nbOpenArrays;
 }
 
@@ -410,7 +392,7 @@ void BinaryIArchive::readContent(const cbor::Head& head, std::string& content)
   if (!_impl->source.holds(head.argument))
   {
     _impl->itemPosition = _impl->source.getPosition();
-    fail(ORVEL_HERE, Message::eCutShort);
+    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eCutShort);
   }
   content.resize(head.argument);
   if (_impl->source.takeInto(content.data(), head.argument) != head.argument)
@@ -422,7 +404,7 @@ void BinaryIArchive::readHeader()
   constexpr std::string_view start = "\xd9\xd9\xf7"; // tag 55799
   ByteSource& source = _impl->source;
   if (!source.ensure(start.size()) || std::string_view(source.begin(), start.size()) != start)
-    fail(ORVEL_HERE, Message::eNotAnArchive, "it doesn't start with the mark of CBOR");
+    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eNotAnArchive, "it doesn't start with the mark of CBOR");
   source.take(source.begin() + start.size());
 
   std::string text;
@@ -430,72 +412,73 @@ void BinaryIArchive::readHeader()
   {
     const cbor::Head head = readHead();
     if (!head.is(cbor::Major::text) || head.isIndefinite() || head.argument > 64)
-      fail(ORVEL_HERE, Message::eNotAnArchive, "it is CBOR with other content");
+      ArchiveAccess::fail(*this, ORVEL_HERE, Message::eNotAnArchive, "it is CBOR with other content");
     readContent(head, text);
   };
   const cbor::Head array = readHead();
   if (!array.is(cbor::Major::array) || array.isIndefinite() || array.argument < 2)
-    fail(ORVEL_HERE, Message::eNotAnArchive, "it is CBOR with other content");
+    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eNotAnArchive, "it is CBOR with other content");
   readText();
   if (text != formatName)
-    fail(ORVEL_HERE, Message::eNotAnArchive, "it is CBOR with other content");
+    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eNotAnArchive, "it is CBOR with other content");
   _impl->itemPosition = source.getPosition();
   const cbor::Head version = readHead();
   if (!version.is(cbor::Major::unsignedInteger))
-    fail(ORVEL_HERE, Message::eNotAnArchive, "it is CBOR with other content");
+    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eNotAnArchive, "it is CBOR with other content");
   if (version.argument != formatVersion || array.argument != 3)
-    fail(ORVEL_HERE, Message::eOtherFormatVersion, std::to_string(version.argument), std::to_string(formatVersion));
+    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eOtherFormatVersion, std::to_string(version.argument),
+                        std::to_string(formatVersion));
   _impl->itemPosition = source.getPosition();
   readText();
   if (text != byteOrder)
-    fail(ORVEL_HERE, Message::eOtherByteOrder, quoted(text), quoted(byteOrder));
+    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eOtherByteOrder, quoted(text), quoted(byteOrder));
 }
 
 void BinaryIArchive::readBlock(void* data, ipUInt64 sizeInBytes)
 {
   perform(
-    [&]
-    {
-      const cbor::Head head = readHead();
-      if (!head.is(cbor::Major::bytes) || head.isIndefinite() || head.argument != sizeInBytes)
-        fail(ORVEL_HERE, Message::eUnexpectedItem, "a block of " + std::to_string(sizeInBytes) + " bytes",
-             describe(head));
-      if (_impl->source.takeInto(static_cast<char*>(data), sizeInBytes) != sizeInBytes)
-        raiseCutShort();
-    });
+      [&]
+      {
+        const cbor::Head head = readHead();
+        if (!head.is(cbor::Major::bytes) || head.isIndefinite() || head.argument != sizeInBytes)
+          ArchiveAccess::fail(*this, ORVEL_HERE, Message::eUnexpectedItem,
+                              "a block of " + std::to_string(sizeInBytes) + " bytes", describe(head));
+        if (_impl->source.takeInto(static_cast<char*>(data), sizeInBytes) != sizeInBytes)
+          raiseCutShort();
+      });
 }
 
 void BinaryIArchive::readObjectPtr(const SerializationIItem<SerializationObjectPtr>& item)
 {
   perform(
-    [&]
-    {
-      const cbor::Head head = readHead();
-      if (head.first == static_cast<unsigned char>(cbor::null))
+      [&]
       {
-        item.getValue().reset();
-        return;
-      }
-      if (head.is(cbor::Major::tag) && head.argument == cbor::referenceTag)
-      {
-        const cbor::Head number = readHead();
-        if (!number.is(cbor::Major::unsignedInteger) || number.argument >= _impl->objects.size())
-          fail(ORVEL_HERE, Message::eUnknownReference, describe(number));
-        item.getValue() = _impl->objects[number.argument];
-        return;
-      }
-      if (!head.is(cbor::Major::tag) || head.argument != cbor::shareableTag)
-        raiseUnexpected("an object", item.getKey(), head);
+        const cbor::Head head = readHead();
+        if (head.first == static_cast<unsigned char>(cbor::null))
+        {
+          item.getValue().reset();
+          return;
+        }
+        if (head.is(cbor::Major::tag) && head.argument == cbor::referenceTag)
+        {
+          const cbor::Head number = readHead();
+          if (!number.is(cbor::Major::unsignedInteger) || number.argument >= _impl->objects.size())
+            ArchiveAccess::fail(*this, ORVEL_HERE, Message::eUnknownReference, describe(number));
+          item.getValue() = _impl->objects[number.argument];
+          return;
+        }
+        if (!head.is(cbor::Major::tag) || head.argument != cbor::shareableTag)
+          raiseUnexpected("an object", item.getKey(), head);
 
-      ObjectScope scope(*this);
-      expectArray("an object");
-      const SerializationObjectPtr object = createObject();
-      _impl->objects.push_back(object); // before its content: a cycle leads back to it
-      readWhole(*object);
-      expectArrayEnd("the object");
-      scope.finish();
-      item.getValue() = object;
-    });
+        ObjectScope scope(*this);
+        expectArray("an object");
+        const SerializationObjectPtr object = createObject();
+        _impl->objects.push_back(object); // before its content: a cycle leads back to it
+        ArchiveAccess::readWhole(*this, *object);
+        expectArrayEnd("the object");
+        scope.finish();
+        item.getValue() = object;
+      });
 }
 
 SerializationObjectPtr BinaryIArchive::createObject()
@@ -511,155 +494,141 @@ SerializationObjectPtr BinaryIArchive::createObject()
     _impl->classes.emplace_back(name);
   }
   else
-    fail(ORVEL_HERE, Message::eUnexpectedItem, "a class", describe(head));
+    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eUnexpectedItem, "a class", describe(head));
 
-  ObjectClass& objectClass = _impl->classes[number];
-  ObjectClass::Problem problem = ObjectClass::Problem::none;
-  SerializationObjectPtr object = objectClass.create(problem);
-  if (problem == ObjectClass::Problem::unknown)
-    fail(ORVEL_HERE, Message::eUnknownClass, quoted(objectClass.getName()));
-  if (problem == ObjectClass::Problem::notSerializable)
-    raiseWrongClass(objectClass.getName(), BaseSerializationObject::getTypeName());
-  return object;
-}
-
-void BinaryIArchive::readWhole(BaseSerializationObject& object)
-{
-  const BoolResult result = object.read(*this);
-  if (!result)
-    fail(ORVEL_HERE, Message::eObjectFailed, object.getClassName(), result.getMessage());
+  return ArchiveAccess::create(*this, _impl->classes[number]);
 }
 
 void BinaryIArchive::readObject(const std::string& /*key*/, BaseSerializationObject& object)
 {
   perform(
-    [&]
-    {
-      ObjectScope scope(*this);
-      expectArray("an object");
-      readWhole(object);
-      expectArrayEnd("the object");
-      scope.finish();
-    });
+      [&]
+      {
+        ObjectScope scope(*this);
+        expectArray("an object");
+        ArchiveAccess::readWhole(*this, object);
+        expectArrayEnd("the object");
+        scope.finish();
+      });
 }
 
 bool BinaryIArchive::readBool(const std::string& key)
 {
   return perform(
-    [&]
-    {
-      const cbor::Head head = readHead();
-      const char first = static_cast<char>(head.first);
-      if (first != cbor::boolTrue && first != cbor::boolFalse)
-        raiseUnexpected("a boolean", key, head);
-      return first == cbor::boolTrue;
-    });
+      [&]
+      {
+        const cbor::Head head = readHead();
+        const char first = static_cast<char>(head.first);
+        if (first != cbor::boolTrue && first != cbor::boolFalse)
+          raiseUnexpected("a boolean", key, head);
+        return first == cbor::boolTrue;
+      });
 }
 
 ipInt64 BinaryIArchive::readInteger(const std::string& key, ipInt64 minimum, ipInt64 maximum)
 {
   return perform(
-    [&]
-    {
-      const cbor::Head head = readHead();
-      const bool isNegative = head.is(cbor::Major::negativeInteger);
-      if (!isNegative && !head.is(cbor::Major::unsignedInteger))
-        raiseUnexpected("an integer", key, head);
-      // The number is argument or -1 - argument: both fit if the argument fits a signed number.
-      const auto value = static_cast<ipInt64>(isNegative ? ~head.argument : head.argument);
-      if (head.argument > static_cast<ipUInt64>(std::numeric_limits<ipInt64>::max()) || value < minimum ||
-          value > maximum)
-        raiseOutOfRange(cbor::integerText(head), key, std::to_string(minimum), std::to_string(maximum));
-      return value;
-    });
+      [&]
+      {
+        const cbor::Head head = readHead();
+        const bool isNegative = head.is(cbor::Major::negativeInteger);
+        if (!isNegative && !head.is(cbor::Major::unsignedInteger))
+          raiseUnexpected("an integer", key, head);
+        // The number is argument or -1 - argument: both fit if the argument fits a signed number.
+        const auto value = static_cast<ipInt64>(isNegative ? ~head.argument : head.argument);
+        if (head.argument > static_cast<ipUInt64>(std::numeric_limits<ipInt64>::max()) || value < minimum ||
+            value > maximum)
+          raiseOutOfRange(cbor::integerText(head), key, std::to_string(minimum), std::to_string(maximum));
+        return value;
+      });
 }
 
 ipUInt64 BinaryIArchive::readUnsigned(const std::string& key, ipUInt64 maximum)
 {
   return perform(
-    [&]
-    {
-      const cbor::Head head = readHead();
-      if (!head.is(cbor::Major::unsignedInteger) && !head.is(cbor::Major::negativeInteger))
-        raiseUnexpected("an integer", key, head);
-      if (head.is(cbor::Major::negativeInteger) || head.argument > maximum)
-        raiseOutOfRange(cbor::integerText(head), key, "0", std::to_string(maximum));
-      return head.argument;
-    });
+      [&]
+      {
+        const cbor::Head head = readHead();
+        if (!head.is(cbor::Major::unsignedInteger) && !head.is(cbor::Major::negativeInteger))
+          raiseUnexpected("an integer", key, head);
+        if (head.is(cbor::Major::negativeInteger) || head.argument > maximum)
+          raiseOutOfRange(cbor::integerText(head), key, "0", std::to_string(maximum));
+        return head.argument;
+      });
 }
 
 ipReal32 BinaryIArchive::readReal32(const std::string& key)
 {
   return perform(
-    [&]
-    {
-      const cbor::Head head = readHead();
-      if (head.first != cbor::real32)
-        raiseUnexpected("a 32-bit float", key, head);
-      const auto bits = static_cast<ipUInt32>(head.argument);
-      ipReal32 value = 0;
-      std::memcpy(&value, &bits, sizeof(value));
-      return value;
-    });
+      [&]
+      {
+        const cbor::Head head = readHead();
+        if (head.first != cbor::real32)
+          raiseUnexpected("a 32-bit float", key, head);
+        const auto bits = static_cast<ipUInt32>(head.argument);
+        ipReal32 value = 0;
+        std::memcpy(&value, &bits, sizeof(value));
+        return value;
+      });
 }
 
 ipReal64 BinaryIArchive::readReal64(const std::string& key)
 {
   return perform(
-    [&]
-    {
-      const cbor::Head head = readHead();
-      if (head.first != cbor::real64)
-        raiseUnexpected("a 64-bit float", key, head);
-      ipReal64 value = 0;
-      std::memcpy(&value, &head.argument, sizeof(value));
-      return value;
-    });
+      [&]
+      {
+        const cbor::Head head = readHead();
+        if (head.first != cbor::real64)
+          raiseUnexpected("a 64-bit float", key, head);
+        ipReal64 value = 0;
+        std::memcpy(&value, &head.argument, sizeof(value));
+        return value;
+      });
 }
 
 void BinaryIArchive::readString(const std::string& key, std::string& value)
 {
   perform(
-    [&]
-    {
-      const cbor::Head head = readHead();
-      if ((!head.is(cbor::Major::text) && !head.is(cbor::Major::bytes)) || head.isIndefinite())
-        raiseUnexpected("a text", key, head);
-      readContent(head, value);
-    });
+      [&]
+      {
+        const cbor::Head head = readHead();
+        if ((!head.is(cbor::Major::text) && !head.is(cbor::Major::bytes)) || head.isIndefinite())
+          raiseUnexpected("a text", key, head);
+        readContent(head, value);
+      });
 }
 
 void BinaryIArchive::close()
 {
   perform(
-    [this]
-    {
-      ByteSource& source = _impl->source;
-      if (_impl->nbOpenArrays != 0)
-        fail(ORVEL_HERE, Message::eNotFinished);
-      const ipUInt64 size = source.getPosition();
-      const ipUInt64 hash = source.getHash();
-      const cbor::Head head = readHead();
-      if (!head.is(cbor::Major::array) || head.isIndefinite())
-        fail(ORVEL_HERE, Message::eUnreadItems, describe(head));
+      [this]
+      {
+        ByteSource& source = _impl->source;
+        if (_impl->nbOpenArrays != 0)
+          ArchiveAccess::fail(*this, ORVEL_HERE, Message::eNotFinished);
+        const ipUInt64 size = source.getPosition();
+        const ipUInt64 hash = source.getHash();
+        const cbor::Head head = readHead();
+        if (!head.is(cbor::Major::array) || head.isIndefinite())
+          ArchiveAccess::fail(*this, ORVEL_HERE, Message::eUnreadItems, describe(head));
 
-      const cbor::Head text = readHead();
-      std::string mark;
-      if (text.is(cbor::Major::text) && text.argument == endMark.size())
-        readContent(text, mark);
-      if (head.argument != 3 || mark != endMark)
-        fail(ORVEL_HERE, Message::eDamaged, "the end mark is none");
-      const cbor::Head filedSize = readHead();
-      const cbor::Head filedHash = readHead();
-      if (!filedSize.is(cbor::Major::unsignedInteger) || !filedHash.is(cbor::Major::unsignedInteger))
-        fail(ORVEL_HERE, Message::eDamaged, "the end mark is none");
-      if (filedSize.argument != size || filedHash.argument != hash)
-        fail(ORVEL_HERE, Message::eHashMismatch);
-      _impl->itemPosition = source.getPosition();
-      if (source.ensure(1))
-        fail(ORVEL_HERE, Message::eBehindEnd);
-      markClosed();
-    });
+        const cbor::Head text = readHead();
+        std::string mark;
+        if (text.is(cbor::Major::text) && text.argument == endMark.size())
+          readContent(text, mark);
+        if (head.argument != 3 || mark != endMark)
+          ArchiveAccess::fail(*this, ORVEL_HERE, Message::eDamaged, "the end mark is none");
+        const cbor::Head filedSize = readHead();
+        const cbor::Head filedHash = readHead();
+        if (!filedSize.is(cbor::Major::unsignedInteger) || !filedHash.is(cbor::Major::unsignedInteger))
+          ArchiveAccess::fail(*this, ORVEL_HERE, Message::eDamaged, "the end mark is none");
+        if (filedSize.argument != size || filedHash.argument != hash)
+          ArchiveAccess::fail(*this, ORVEL_HERE, Message::eHashMismatch);
+        _impl->itemPosition = source.getPosition();
+        if (source.ensure(1))
+          ArchiveAccess::fail(*this, ORVEL_HERE, Message::eBehindEnd);
+        markClosed();
+      });
 }
 
 void BinaryIArchive::openSection(std::string_view /*name*/)

@@ -17,12 +17,14 @@
 namespace orvel
 {
 
-struct SourceLocation;
-
-namespace details::cbor
+namespace details
+{
+class InputOrigin;
+namespace cbor
 {
 struct Head;
 }
+} // namespace details
 
 /// \brief Writes the binary format: a sequence of CBOR items (RFC 8949, RFC 8742).
 ///
@@ -81,7 +83,6 @@ private:
   template <class Operation>
   void perform(Operation operation);
   [[noreturn]] void raiseWriteFailed(const char* reason);
-  void writeWhole(const BaseSerializationObject& object);
 
   std::unique_ptr<Impl> _impl;
 };
@@ -127,17 +128,18 @@ protected:
 private:
   struct Impl;
 
-  BinaryIArchive(std::string name, std::unique_ptr<Impl> impl);
+  friend struct details::ArchiveAccess;
+
+  BinaryIArchive(std::string name, std::unique_ptr<details::InputOrigin> origin);
 
   template <class Operation>
   auto perform(Operation operation);
-  template <class... Arguments>
-  [[noreturn]] void fail(const SourceLocation& here, int message, const Arguments&... arguments);
   [[noreturn]] void raiseReadFailed(const char* reason);
   [[noreturn]] void raiseCutShort();
-  [[noreturn]] void raiseUnexpected(const char* expected, const std::string& key, const details::cbor::Head& found);
-  [[noreturn]] void raiseOutOfRange(const std::string& value, const std::string& key, const std::string& minimum,
-                                    const std::string& maximum);
+  [[noreturn]] void raiseUnexpected(const char* expected, const std::string& key,
+                                    const details::cbor::Head& found);
+  [[noreturn]] void raiseOutOfRange(const std::string& value, const std::string& key,
+                                    const std::string& minimum, const std::string& maximum);
   details::cbor::Head readHead();
   std::string describe(const details::cbor::Head& head);
   void expectArray(const char* what);
@@ -145,7 +147,6 @@ private:
   void readContent(const details::cbor::Head& head, std::string& content);
   void readHeader();
   SerializationObjectPtr createObject();
-  void readWhole(BaseSerializationObject& object);
 
   std::unique_ptr<Impl> _impl;
 };

@@ -8,7 +8,8 @@
 namespace orvel::details
 {
 
-void writeEnumeration(BaseOArchive& archive, const std::string& key, ipUInt64 value, FindTextFunction findText)
+void writeEnumeration(BaseOArchive& archive, const std::string& key, ipUInt64 value,
+                      FindTextFunction findText)
 {
   const auto enumerator = static_cast<ipUInt32>(value); // the low 32 bits
   const char* text = findText(enumerator);
@@ -35,7 +36,7 @@ ipUInt64 readEnumeration(BaseIArchive& archive, const std::string& key, FindText
     raise(here, eORVELSerializationMessage::eUnknownEnumerationText, text);
   }
   const auto number = static_cast<ipInt32>(
-    archive.readInteger(key, std::numeric_limits<ipInt32>::min(), std::numeric_limits<ipInt32>::max()));
+      archive.readInteger(key, std::numeric_limits<ipInt32>::min(), std::numeric_limits<ipInt32>::max()));
   if (number >= 0 && findText(static_cast<ipUInt32>(number)) != nullptr)
     return static_cast<ipUInt64>(number);
   raise(here, eORVELSerializationMessage::eUnknownEnumerationValue, number);

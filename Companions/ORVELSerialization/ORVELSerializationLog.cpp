@@ -11,7 +11,7 @@ namespace orvel
 log4cplus::Logger& getORVELSerializationLogger()
 {
   static log4cplus::Logger g_logger =
-    log4cplus::Logger::getInstance(getBaseLoggerName() + ".ORVELSerialization");
+      log4cplus::Logger::getInstance(getBaseLoggerName() + ".ORVELSerialization");
   return g_logger;
 }
 

@@ -15,7 +15,8 @@ namespace orvel
 
 class LogMessageManager;
 
-ORVELSERIALIZATION_EXPORT log4cplus::Logger& getORVELSerializationLogger();             ///< a child of the base logger
-ORVELSERIALIZATION_EXPORT LogMessageManager& getORVELSerializationLogMessageManager(); ///< messages of the library
+ORVELSERIALIZATION_EXPORT log4cplus::Logger& getORVELSerializationLogger(); ///< a child of the base logger
+ORVELSERIALIZATION_EXPORT LogMessageManager&
+getORVELSerializationLogMessageManager(); ///< messages of the library
 
 } // namespace orvel

@@ -118,7 +118,7 @@ private:                                                                        
   }
 
 /// Defines getVersion, guarded by the unit's VersionMutex.
-#define ORVEL_DEFINE_VERSION(Class, classVersion)                                                                 \
+#define ORVEL_DEFINE_VERSION(Class, classVersion)                                                            \
   namespace                                                                                                  \
   {                                                                                                          \
   class VersionMutex : public ::orvel::UnitMutex<VersionMutex>                                               \
@@ -162,7 +162,7 @@ private:                                                                        
       return ::orvel::BoolResult(false, baseResult.getMessage());                                            \
     static const std::string& g_className = getTypeName();                                                   \
     [[maybe_unused]] const ::orvel::ipUInt32 version =                                                       \
-      ::orvel::details::readClassVersion(archive, g_className, &Class::getVersion, ORVEL_HERE);              \
+        ::orvel::details::readClassVersion(archive, g_className, &Class::getVersion, ORVEL_HERE);            \
     readOwn;                                                                                                 \
     return ::orvel::BoolResult(true);                                                                        \
   }
@@ -170,13 +170,13 @@ private:                                                                        
 /// Defines what ORVEL_DECLARE_ABSTRACT_SERIALIZABLE declares.
 #define ORVEL_DEFINE_ABSTRACT_SERIALIZABLE(Class, Base, classVersion)                                        \
   ORVEL_DEFINE_TYPE_NAME(Class)                                                                              \
-  ORVEL_DEFINE_VERSION(Class, classVersion)                                                                       \
+  ORVEL_DEFINE_VERSION(Class, classVersion)                                                                  \
   ORVEL_DEFINE_LEVEL(Class, Base, , , )
 
 /// Defines what ORVEL_DECLARE_SERIALIZABLE declares, and registers the class.
 #define ORVEL_DEFINE_SERIALIZABLE(Class, Base, classVersion)                                                 \
   ORVEL_DEFINE_TYPE_NAME(Class)                                                                              \
-  ORVEL_DEFINE_VERSION(Class, classVersion)                                                                       \
+  ORVEL_DEFINE_VERSION(Class, classVersion)                                                                  \
   ORVEL_DEFINE_LEVEL(Class, Base, copyMembers(static_cast<const Class&>(other)), writeMembers(archive),      \
                      readMembers(archive, version))                                                          \
   const ::orvel::DynamicRegistrator<Class> Class::g_classRegistrator("orvel::" #Class);                      \

@@ -13,8 +13,9 @@ namespace orvel
 
 class BaseSerializationObject;
 
-using SerializationObjectPtr = boost::shared_ptr<BaseSerializationObject>;            ///< shared object
-using SerializationObjectConstPtr = boost::shared_ptr<const BaseSerializationObject>; ///< shared constant object
+using SerializationObjectPtr = boost::shared_ptr<BaseSerializationObject>; ///< shared object
+using SerializationObjectConstPtr =
+    boost::shared_ptr<const BaseSerializationObject>; ///< shared constant object
 
 /// \brief A value to be filed under a key. Lives for one `operator<<` expression; does not own the value.
 template <class T>

@@ -8,13 +8,15 @@
 /// | value | filed as |
 /// |---|---|
 /// | bool, signed char to unsigned long, float, double, std::string, boost::filesystem::path | one value |
-/// | eDataType and the other named enumerations that own operators | one value: \see NamedEnumerationItems.h |
-/// | a serialisable object | in place, through its own `write` and `read` |
-/// | std::vector of numbers (bool apart) | section(key), section("vector"), "size", then an item "value" per element, or one raw block where the archive is not element-wise |
-/// | std::vector of anything else with an item form | section(key), section("vector"), "size", an item "value" per element |
-/// | std::set of serialisable objects | section(key), section("set"), "size", an item "key" per element |
-/// | std::map | section(key), section("map"), "size", items "key" and "value" per entry |
-/// | boost::shared_ptr to a serialisable object | section(key), section("shared_ptr<" + type name + ">"), pointer "pObject"; on reading the name of the inner section is "shared_ptr<>" |
+/// | eDataType and the other named enumerations that own operators | one value: \see NamedEnumerationItems.h
+/// | | a serialisable object | in place, through its own `write` and `read` | | std::vector of numbers (bool
+/// apart) | section(key), section("vector"), "size", then an item "value" per element, or one raw block where
+/// the archive is not element-wise | | std::vector of anything else with an item form | section(key),
+/// section("vector"), "size", an item "value" per element | | std::set of serialisable objects |
+/// section(key), section("set"), "size", an item "key" per element | | std::map | section(key),
+/// section("map"), "size", items "key" and "value" per entry | | boost::shared_ptr to a serialisable object |
+/// section(key), section("shared_ptr<" + type name + ">"), pointer "pObject"; on reading the name of the
+/// inner section is "shared_ptr<>" |
 ///
 /// Counts are filed as ipUInt32: of a count above 32 bits its low 32 bits. On input a count that the rest of
 /// the archive cannot hold is a failure before anything is allocated for it. Vectors are resized to the
@@ -55,10 +57,10 @@ namespace details
 /// The arithmetic types that have an item form; the others differ in width between platforms or compilers.
 template <class T>
 inline constexpr bool isItemScalar =
-  std::is_same_v<T, bool> || std::is_same_v<T, signed char> || std::is_same_v<T, unsigned char> ||
-  std::is_same_v<T, short> || std::is_same_v<T, unsigned short> || std::is_same_v<T, int> ||
-  std::is_same_v<T, unsigned int> || std::is_same_v<T, long> || std::is_same_v<T, unsigned long> ||
-  std::is_same_v<T, float> || std::is_same_v<T, double>;
+    std::is_same_v<T, bool> || std::is_same_v<T, signed char> || std::is_same_v<T, unsigned char> ||
+    std::is_same_v<T, short> || std::is_same_v<T, unsigned short> || std::is_same_v<T, int> ||
+    std::is_same_v<T, unsigned int> || std::is_same_v<T, long> || std::is_same_v<T, unsigned long> ||
+    std::is_same_v<T, float> || std::is_same_v<T, double>;
 
 /// Vectors of these travel as raw blocks where the archive is not element-wise.
 template <class T>
@@ -115,7 +117,7 @@ operator>>(BaseIArchive& archive, const SerializationIItem<T>& item)
     item.getValue() = archive.readReal64(item.getKey());
   else if constexpr (std::is_signed_v<T>)
     item.getValue() = static_cast<T>(
-      archive.readInteger(item.getKey(), std::numeric_limits<T>::min(), std::numeric_limits<T>::max()));
+        archive.readInteger(item.getKey(), std::numeric_limits<T>::min(), std::numeric_limits<T>::max()));
   else
     item.getValue() = static_cast<T>(archive.readUnsigned(item.getKey(), std::numeric_limits<T>::max()));
   return archive;

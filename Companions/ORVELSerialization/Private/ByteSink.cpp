@@ -40,7 +40,8 @@ public:
       return;
     }
     openTemporary();
-    // The new file is to be as readable as the one that it replaces; where that is refused it keeps its own mode.
+    // The new file is to be as readable as the one that it replaces; where that is refused it keeps its own
+    // mode.
     if (exists && ::fchmod(_file.get(), existing.st_mode & 07777U) != 0)
       errno = 0;
   }
@@ -114,7 +115,7 @@ private:
     for (int attempt = 0; attempt < 100; ++attempt)
     {
       const boost::filesystem::path name =
-        getFolder() / ("." + _path.filename().native() + "." + std::to_string(random()) + ".tmp");
+          getFolder() / ("." + _path.filename().native() + "." + std::to_string(random()) + ".tmp");
       _file = FileDescriptor(::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
       if (_file)
       {

@@ -42,6 +42,32 @@ public:
 
   std::size_t read(char* data, std::size_t size) override
   {
+    if (_hasPeeked && size != 0)
+    {
+      *data = _peeked;
+      _hasPeeked = false;
+      return 1;
+    }
+    return readFile(data, size);
+  }
+
+  int peek() override
+  {
+    if (readFile(&_peeked, 1) == 0)
+      return -1;
+    _hasPeeked = ::lseek(_file.get(), 0, SEEK_SET) < 0; // a pipe does not give it again
+    return static_cast<unsigned char>(_peeked);
+  }
+
+  bool getLength(ipUInt64& length) const override
+  {
+    length = _length;
+    return _isRegular;
+  }
+
+private:
+  std::size_t readFile(char* data, std::size_t size)
+  {
     for (;;)
     {
       const ssize_t nbRead = ::read(_file.get(), data, size);
@@ -52,15 +78,10 @@ public:
     }
   }
 
-  bool getLength(ipUInt64& length) const override
-  {
-    length = _length;
-    return _isRegular;
-  }
-
-private:
   FileDescriptor _file;
   bool _isRegular = false;
+  bool _hasPeeked = false;
+  char _peeked = 0;
   ipUInt64 _length = 0;
 };
 
@@ -85,6 +106,12 @@ public:
   std::size_t read(char* data, std::size_t size) override
   {
     return static_cast<std::size_t>(_buffer->sgetn(data, static_cast<std::streamsize>(size)));
+  }
+
+  int peek() override
+  {
+    const auto first = _buffer->sgetc();
+    return first == std::streambuf::traits_type::eof() ? -1 : first;
   }
 
   bool getLength(ipUInt64& length) const override
@@ -122,8 +149,7 @@ ByteSource::ByteSource(std::unique_ptr<InputOrigin> origin, Hashing hashing)
 // One page lies before the base: what is left of the old window goes there, so that reading starts aligned.
 void ByteSource::allocate(std::size_t capacity)
 {
-  std::unique_ptr<char, Free> memory(
-    static_cast<char*>(std::aligned_alloc(pageSize, pageSize + capacity)));
+  std::unique_ptr<char, Free> memory(static_cast<char*>(std::aligned_alloc(pageSize, pageSize + capacity)));
   if (!memory)
     throw std::bad_alloc();
   char* const base = memory.get() + pageSize;
@@ -184,8 +210,7 @@ ipUInt64 ByteSource::takeInto(char* data, ipUInt64 size)
   {
     if (_at == _end && !refill(1))
       break;
-    const std::size_t piece =
-      static_cast<std::size_t>(std::min(left, static_cast<ipUInt64>(_end - _at)));
+    const std::size_t piece = static_cast<std::size_t>(std::min(left, static_cast<ipUInt64>(_end - _at)));
     std::copy_n(_at, piece, data);
     _at += piece;
     data += piece;
@@ -213,8 +238,10 @@ void ByteSource::readAhead(std::size_t size)
   while (static_cast<std::size_t>(_end - _at) < size)
   {
     if (_end == _base + _capacity)
-      allocate(std::max(windowSize, 2 * ((static_cast<std::size_t>(_end - _at) + pageSize) & ~(pageSize - 1))));
-    const std::size_t nbRead = readOrigin(const_cast<char*>(_end), static_cast<std::size_t>(_base + _capacity - _end));
+      allocate(
+          std::max(windowSize, 2 * ((static_cast<std::size_t>(_end - _at) + pageSize) & ~(pageSize - 1))));
+    const std::size_t nbRead =
+        readOrigin(const_cast<char*>(_end), static_cast<std::size_t>(_base + _capacity - _end));
     if (nbRead == 0)
       return;
     _end += nbRead;

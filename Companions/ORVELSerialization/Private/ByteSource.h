@@ -23,6 +23,9 @@ public:
   /// Reads up to size bytes; 0 only at the end.
   virtual std::size_t read(char* data, std::size_t size) = 0;
 
+  /// Returns the first byte, -1 if there is none; reading still begins with it.
+  virtual int peek() = 0;
+
   /// Tells how many bytes there are from the start, where that can be known without reading them.
   virtual bool getLength(ipUInt64& length) const = 0;
 };

@@ -16,7 +16,8 @@ std::string integerText(const Head& head)
 
 std::string describe(const Head& head)
 {
-  const std::string length = head.isIndefinite() ? "unknown length" : std::to_string(head.argument) + " bytes";
+  const std::string length =
+      head.isIndefinite() ? "unknown length" : std::to_string(head.argument) + " bytes";
   switch (static_cast<Major>(head.first >> 5U))
   {
   case Major::unsignedInteger:

@@ -52,7 +52,8 @@ inline bool isReserved(const Head& head)
 {
   const unsigned info = head.first & 31U;
   return (info >= 28 && info < 31) ||
-         (info == 31 && (head.is(Major::unsignedInteger) || head.is(Major::negativeInteger) || head.is(Major::tag)));
+         (info == 31 &&
+          (head.is(Major::unsignedInteger) || head.is(Major::negativeInteger) || head.is(Major::tag)));
 }
 
 /// Stores the low bytes of a number, the most significant first. \return the end of what was stored

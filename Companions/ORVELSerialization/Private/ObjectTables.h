@@ -52,7 +52,8 @@ private:
   static std::size_t hash(const BaseSerializationObject* object)
   {
     // Fibonacci hashing: the products' upper bits depend on every bit of the address.
-    return static_cast<std::size_t>((reinterpret_cast<std::uintptr_t>(object) >> 4U) * 0x9E3779B97F4A7C15U) >> 20U;
+    return static_cast<std::size_t>((reinterpret_cast<std::uintptr_t>(object) >> 4U) * 0x9E3779B97F4A7C15U) >>
+           20U;
   }
 
   void grow()

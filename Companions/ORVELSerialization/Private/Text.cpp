@@ -27,7 +27,8 @@ bool consistsOf(std::string_view text, AsciiTest isLegalAscii, OtherTest isLegal
       continue;
     }
     const boost::locale::utf::code_point point = Utf8::decode(at, end);
-    if (point == boost::locale::utf::illegal || point == boost::locale::utf::incomplete || !isLegalOther(point))
+    if (point == boost::locale::utf::illegal || point == boost::locale::utf::incomplete ||
+        !isLegalOther(point))
       return false;
   }
   return true;
@@ -38,14 +39,14 @@ bool consistsOf(std::string_view text, AsciiTest isLegalAscii, OtherTest isLegal
 bool isUtf8(std::string_view text)
 {
   return consistsOf(
-    text, [](unsigned char) { return true; }, [](boost::locale::utf::code_point) { return true; });
+      text, [](unsigned char) { return true; }, [](boost::locale::utf::code_point) { return true; });
 }
 
 bool isXmlText(std::string_view text)
 {
   return consistsOf(
-    text, [](unsigned char byte) { return byte >= 0x20 || byte == '\t' || byte == '\n'; },
-    [](boost::locale::utf::code_point point) { return point != 0xFFFE && point != 0xFFFF; });
+      text, [](unsigned char byte) { return byte >= 0x20 || byte == '\t' || byte == '\n'; },
+      [](boost::locale::utf::code_point point) { return point != 0xFFFE && point != 0xFFFF; });
 }
 
 std::string quoted(std::string_view text)

@@ -1,0 +1,66 @@
+#pragma once
+
+/// \file
+/// \brief One object, one file.
+
+#include <ORVELSerialization/BaseSerializationObject.h>
+#include <ORVELSerialization/ORVELSerializationExport.h>
+
+#include <boost/filesystem/path.hpp>
+#include <boost/shared_ptr.hpp>
+
+namespace orvel
+{
+
+/// \brief Whether a file may be taken at its word about the classes of its objects.
+enum class ArchiveTrust
+{
+  trusted,  ///< written by this kit: pointers within objects are converted to their class on trust
+  untrusted ///< from elsewhere: an object of a class that does not fit raises
+};
+
+/// \brief Save an object: XML if the extension is ".xml" (in any case of letters), else binary.
+///
+/// The file is replaced as a whole and brought to the disk; if anything fails the old one stays as it is.
+/// \throw ORVELSerializationException with the path, the place and the reason
+ORVELSERIALIZATION_EXPORT void saveObject(const boost::filesystem::path& path,
+                                          const BaseSerializationObject& object);
+
+/// \brief Save a shared object; null is saved as such. \see saveObject
+ORVELSERIALIZATION_EXPORT void saveObject(const boost::filesystem::path& path,
+                                          const SerializationObjectConstPtr& object);
+
+/// \brief Load the object of a file, which may be of either format: the content tells.
+///
+/// The object is created by the class name that the file holds. The file is read to its end and checked
+/// before the object is handed out.
+/// \return null if null was saved
+/// \throw ORVELSerializationException with the path, the place and the reason
+ORVELSERIALIZATION_EXPORT SerializationObjectPtr loadObject(const boost::filesystem::path& path,
+                                                            ArchiveTrust trust = ArchiveTrust::trusted);
+
+namespace details
+{
+
+/// \brief Raise the failure of a file whose object is of another class than asked for.
+[[noreturn]] ORVELSERIALIZATION_EXPORT void raiseWrongClass(const boost::filesystem::path& path,
+                                                            const BaseSerializationObject& object,
+                                                            const std::string& expectedClassName);
+
+} // namespace details
+
+/// \brief Load the object of a file that must be a T or of a class derived from it. \see loadObject
+/// \return null if null was saved
+/// \throw ORVELSerializationException also if the object is of another class
+template <class T>
+boost::shared_ptr<T> loadObject(const boost::filesystem::path& path,
+                                ArchiveTrust trust = ArchiveTrust::trusted)
+{
+  const SerializationObjectPtr object = loadObject(path, trust);
+  boost::shared_ptr<T> typed = boost::dynamic_pointer_cast<T>(object);
+  if (object && !typed)
+    details::raiseWrongClass(path, *object, T::getTypeName());
+  return typed;
+}
+
+} // namespace orvel

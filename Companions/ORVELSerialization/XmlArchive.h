@@ -1,0 +1,160 @@
+#pragma once
+
+/// \file
+/// \brief Archives in the XML format: made to be read, compared and edited by people.
+
+#include <ORVELSerialization/BaseIArchive.h>
+#include <ORVELSerialization/BaseOArchive.h>
+#include <ORVELSerialization/ORVELSerializationExport.h>
+
+#include <boost/filesystem/path.hpp>
+
+#include <iosfwd>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace orvel
+{
+
+namespace details
+{
+class InputOrigin;
+}
+
+/// \brief Writes the XML format: UTF-8, indented, an element for every item.
+///
+/// \code{.xml}
+/// <?xml version="1.0" encoding="UTF-8"?>
+/// <orvelArchive format="1">
+///   <section name="orvel::ElementsRange">
+///     <item key="version">2</item>
+///   </section>
+///   <item key="_startOffset">0</item>
+///   <item key="_nbElements">5</item>
+/// </orvelArchive>
+/// \endcode
+///
+/// | Operation | Element |
+/// |---|---|
+/// | section | `<section name="...">` around its content |
+/// | value | `<item key="...">text</item>` |
+/// | object in place | `<object key="...">` around its content |
+/// | pointer, first time | `<pointer key="..." id="1" class="orvel::KernelXY">` around the content; ids count
+/// up from 1 | | pointer, again | `<pointer key="..." ref="1"/>` | | null pointer | `<pointer key="..."
+/// null="true"/>` | | raw block | `<block size="40">` with base64 text, in lines of 76 characters |
+///
+/// Booleans are `true` or `false`, integers decimal; floating values are the shortest text that reads back to
+/// the same bits, `inf`, `-inf`, `nan`, or `nan(0x7fc00001)` with the bits of any other NaN. A string that
+/// XML can't carry unchanged is base64 text under `encoding="base64"`. Nothing depends on the locale. The
+/// same objects give the same bytes.
+class ORVELSERIALIZATION_EXPORT XmlOArchive : public BaseOArchive
+{
+public:
+  /// \brief Begin an archive that replaces the file of that name on close(). \see BinaryOArchive
+  /// \throw ORVELSerializationException if the file cannot be made, with the system's reason
+  explicit XmlOArchive(const boost::filesystem::path& path);
+
+  /// \brief Begin an archive on a stream, which must outlive it. Needs no seeking.
+  explicit XmlOArchive(std::ostream& stream);
+
+  ~XmlOArchive() override;
+
+  bool isElementWise() const override; ///< true
+
+  void writeBlock(const void* data, ipUInt64 sizeInBytes) override;
+  void writeObjectPtr(const SerializationOItem<SerializationObjectPtr>& item) override;
+  void writeObject(const std::string& key, const BaseSerializationObject& object) override;
+  void writeBool(const std::string& key, bool value) override;
+  void writeInteger(const std::string& key, ipInt64 value) override;
+  void writeUnsigned(const std::string& key, ipUInt64 value) override;
+  void writeReal32(const std::string& key, ipReal32 value) override;
+  void writeReal64(const std::string& key, ipReal64 value) override;
+  void writeString(const std::string& key, std::string_view value) override;
+
+  /// \brief Write the end and publish. \see BinaryOArchive::close
+  void close() override;
+
+protected:
+  void openSection(std::string_view name) override;
+  void closeSection() override;
+  std::string getPlace() const override;
+
+private:
+  struct Impl;
+
+  XmlOArchive(std::string name, std::unique_ptr<Impl> impl);
+
+  template <class Operation>
+  void perform(Operation operation);
+  [[noreturn]] void raiseWriteFailed(const char* reason);
+  void putName(std::string_view name);
+  void putItem(const std::string& key, std::string_view text);
+
+  std::unique_ptr<Impl> _impl;
+};
+
+/// \brief Reads the XML format. \see XmlOArchive
+///
+/// One pass in pieces: memory does not grow with the file. Comments and white space between elements may
+/// stand anywhere; unknown elements and attributes, a DOCTYPE, and entities other than the five predefined
+/// ones are refused. Places in failures are line and column, from 1, columns in bytes.
+class ORVELSERIALIZATION_EXPORT XmlIArchive : public BaseIArchive
+{
+public:
+  /// \throw ORVELSerializationException if the file cannot be opened, is no archive of this format, or is
+  /// one of another version
+  explicit XmlIArchive(const boost::filesystem::path& path);
+
+  /// \brief Read from a stream, which must outlive the archive, from where it stands to its end.
+  /// \throw ORVELSerializationException as with a file
+  explicit XmlIArchive(std::istream& stream);
+
+  ~XmlIArchive() override;
+
+  bool isElementWise() const override; ///< true
+
+  void readBlock(void* data, ipUInt64 sizeInBytes) override;
+  void readObjectPtr(const SerializationIItem<SerializationObjectPtr>& item) override;
+  void readObject(const std::string& key, BaseSerializationObject& object) override;
+  bool readBool(const std::string& key) override;
+  ipInt64 readInteger(const std::string& key, ipInt64 minimum, ipInt64 maximum) override;
+  ipUInt64 readUnsigned(const std::string& key, ipUInt64 maximum) override;
+  ipReal32 readReal32(const std::string& key) override;
+  ipReal64 readReal64(const std::string& key) override;
+  void readString(const std::string& key, std::string& value) override;
+  void close() override;
+
+protected:
+  void openSection(std::string_view name) override;
+  void closeSection() override;
+  std::string getPlace() const override;
+  bool holds(ipUInt64 sizeInBytes) override;
+  ipUInt64 getMinItemSize() const override; ///< 19: `<item key="value"/>`
+  ipUInt64 getPosition() const override;
+
+private:
+  struct Impl;
+  struct Start;
+
+  friend struct details::ArchiveAccess;
+
+  XmlIArchive(std::string name, std::unique_ptr<details::InputOrigin> origin);
+
+  template <class Operation>
+  auto perform(Operation operation);
+  void readHeader();
+  Start expectStart(unsigned char element, const std::string& key);
+  void expectEnd();
+  std::string_view readItemText(const std::string& key, bool& isBase64);
+  std::string_view readValueText(const std::string& key);
+  template <class Number>
+  Number readNumber(const std::string& key, Number minimum, Number maximum);
+  std::string describeNext();
+  [[noreturn]] void raiseUnexpected(const std::string& expected);
+  SerializationObjectPtr createObject(std::string_view className);
+
+  std::unique_ptr<Impl> _impl;
+};
+
+} // namespace orvel
