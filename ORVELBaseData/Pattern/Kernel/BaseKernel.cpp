@@ -1,0 +1,10 @@
+#include <ORVELBaseData/Pattern/Kernel/BaseKernel.h>
+
+namespace orvel
+{
+
+ORVEL_DEFINE_ABSTRACT_SERIALIZABLE(BaseKernel, BaseSerializationObject, 1)
+
+BaseKernel::~BaseKernel() = default;
+
+} // namespace orvel

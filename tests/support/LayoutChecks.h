@@ -1,0 +1,78 @@
+#pragma once
+
+/// \file
+/// \brief Looks at the order of virtual operations and of data members, as the Itanium C++ ABI lays them out.
+
+#include <cstddef>
+#include <cstring>
+#include <stdexcept>
+#include <type_traits>
+
+#include <dlfcn.h>
+#include <elf.h>
+#include <link.h>
+
+namespace orvel::test
+{
+
+/// \brief Return the index of a virtual operation in its class's table; the two entries of a virtual
+/// destructor count.
+/// \throw std::invalid_argument if the operation is not virtual
+template <class Operation>
+std::size_t vtableIndexOf(Operation operation)
+{
+  static_assert(std::is_member_function_pointer<Operation>::value, "give it &Class::operation");
+  // The first word of such a pointer is the function's address or, odd, 1 + the offset in the table.
+  std::size_t words[2];
+  static_assert(sizeof operation == sizeof words, "the Itanium ABI has two words here");
+  std::memcpy(words, &operation, sizeof words);
+  if (words[0] % 2 == 0)
+    throw std::invalid_argument("not virtual");
+  return (words[0] - 1) / sizeof(void*);
+}
+
+/// \brief Return how many entries the table of virtual operations of an object's class has.
+///
+/// The class must have a single chain of bases, and its table must be an exported symbol.
+/// \throw std::runtime_error if the table is not found
+template <class Object>
+std::size_t vtableSizeOf(const Object& object)
+{
+  static_assert(std::is_polymorphic<Object>::value, "has no table");
+  const void* table = nullptr;
+  std::memcpy(&table, static_cast<const void*>(&object), sizeof table);
+  Dl_info info = {};
+  void* symbol = nullptr;
+  if (dladdr1(table, &info, &symbol, RTLD_DL_SYMENT) == 0 || symbol == nullptr)
+    throw std::runtime_error("the table is not exported");
+  // The symbol starts with two words, the offset to the top and the type information.
+  return static_cast<const ElfW(Sym)*>(symbol)->st_size / sizeof(void*) - 2;
+}
+
+/// \brief Return the place of a data member in its class, in bytes.
+template <class Class, class Member>
+std::ptrdiff_t offsetOf(Member Class::*member)
+{
+  static_assert(sizeof member == sizeof(std::ptrdiff_t), "the Itanium ABI has one word here");
+  std::ptrdiff_t offset = 0;
+  std::memcpy(&offset, &member, sizeof offset);
+  return offset;
+}
+
+} // namespace orvel::test
+
+/// Makes memberOf(Tag()) a pointer to the private member of a class, as an explicit instantiation may name
+/// it: \code ORVEL_TEST_EXPOSE(StartOffset, &orvel::ElementsRange::_startOffset)
+/// ... offsetOf(memberOf(StartOffset())) ...
+/// \endcode
+#define ORVEL_TEST_EXPOSE(Tag, ...)                                                                          \
+  struct Tag                                                                                                 \
+  {                                                                                                          \
+    friend constexpr auto memberOf(Tag);                                                                     \
+  };                                                                                                         \
+  template <auto member>                                                                                     \
+  struct Tag##Exposed                                                                                        \
+  {                                                                                                          \
+    friend constexpr auto memberOf(Tag) { return member; }                                                   \
+  };                                                                                                         \
+  template struct Tag##Exposed<__VA_ARGS__>;
