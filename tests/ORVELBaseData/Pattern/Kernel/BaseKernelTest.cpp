@@ -1,0 +1,98 @@
+#include <ORVELBaseData/Pattern/Kernel/BaseKernel.h>
+
+#include <gtest/gtest.h>
+
+#include <ORVELBaseData/Pattern/Kernel/KernelXY.h>
+#include <ORVELUtil/DynamicObjectFactory.h>
+
+#include "../HandWrittenArchive.h"
+#include "LayoutChecks.h"
+
+#include <type_traits>
+
+namespace
+{
+
+using namespace orvel;
+using namespace orvel::test;
+
+TEST(BaseKernel, IsTheAbstractRootOfKernels)
+{
+  EXPECT_TRUE(std::is_abstract<BaseKernel>::value);
+  EXPECT_TRUE((std::is_base_of<BaseSerializationObject, BaseKernel>::value));
+  EXPECT_TRUE(std::has_virtual_destructor<BaseKernel>::value);
+}
+
+TEST(BaseKernel, HasItsNameAndVersion)
+{
+  EXPECT_EQ(BaseKernel::getTypeName(), "orvel::BaseKernel");
+  EXPECT_EQ(BaseKernel::getVersion(), 1U);
+  EXPECT_EQ(KernelXY().BaseKernel::getClassName(), "orvel::BaseKernel"); // each level has its own
+}
+
+TEST(BaseKernel, IsNotKnownToTheFactory)
+{
+  EXPECT_FALSE(DynamicObjectFactory::getInstance().isRegistered("orvel::BaseKernel"));
+}
+
+TEST(BaseKernel, HasNoFieldOfItsOwn)
+{
+  EXPECT_EQ(sizeof(BaseKernel), sizeof(void*)); // the pointer to the virtual operations
+}
+
+TEST(BaseKernel, HasItsVirtualOperationsInOrder)
+{
+  // Two entries for the destructor come first.
+  EXPECT_EQ(vtableIndexOf(&BaseKernel::getClassName), 2U);
+  EXPECT_EQ(vtableIndexOf(&BaseKernel::createNew), 3U);
+  EXPECT_EQ(vtableIndexOf(&BaseKernel::createShared), 4U);
+  EXPECT_EQ(vtableIndexOf(&BaseKernel::hasCopySupport), 5U);
+  EXPECT_EQ(vtableIndexOf(&BaseKernel::duplicate), 6U);
+  EXPECT_EQ(vtableIndexOf(&BaseKernel::duplicateShared), 7U);
+  EXPECT_EQ(vtableIndexOf(&BaseKernel::initCtorCopy), 8U);
+  EXPECT_EQ(vtableIndexOf(&BaseKernel::copy), 9U);
+  EXPECT_EQ(vtableIndexOf(&BaseKernel::write), 10U);
+  EXPECT_EQ(vtableIndexOf(&BaseKernel::read), 11U);
+  EXPECT_EQ(vtableIndexOf(&BaseKernel::getKernelType), 12U);
+  EXPECT_EQ(vtableIndexOf(&BaseKernel::getNbData), 13U);
+  EXPECT_EQ(vtableIndexOf(&BaseKernel::clear), 14U);
+}
+
+template <class HandWritten>
+class ArchivedBaseKernel : public ::testing::Test
+{
+};
+
+using Formats = ::testing::Types<HandWrittenXml, HandWrittenBinary>;
+TYPED_TEST_SUITE(ArchivedBaseKernel, Formats, );
+
+TYPED_TEST(ArchivedBaseKernel, FilesItsVersionAndNothingElse)
+{
+  TypeParam expected;
+  putVersion(expected, "orvel::BaseKernel", 1);
+  EXPECT_EQ(fileOf<TypeParam>(
+                [](BaseOArchive& archive)
+                {
+                  const BoolResult written = KernelXY().BaseKernel::write(archive);
+                  EXPECT_TRUE(written);
+                  EXPECT_EQ(written.getMessage(), "");
+                }),
+            expected.file());
+}
+
+TYPED_TEST(ArchivedBaseKernel, ReadsItsVersionAndNothingElse)
+{
+  TypeParam file;
+  putVersion(file, "orvel::BaseKernel", 1);
+  readFile<TypeParam>(file.file(),
+                      [](BaseIArchive& archive)
+                      {
+                        KernelXY kernel;
+                        const BoolResult read = kernel.BaseKernel::read(archive);
+                        EXPECT_TRUE(read);
+                        EXPECT_EQ(read.getMessage(), "");
+                        EXPECT_EQ(archive.getRegisterClassVersion("orvel::BaseKernel"), 1U);
+                      });
+}
+
+} // namespace

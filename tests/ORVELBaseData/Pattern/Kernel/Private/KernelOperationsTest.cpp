@@ -1,0 +1,1038 @@
+#include <ORVELBaseData/Pattern/Kernel/Private/KernelOperations.h>
+
+#include <gtest/gtest.h>
+
+#include <ORVELBaseData/ORVELBaseDataException.h>
+#include <ORVELBaseData/Pattern/Kernel/KernelXY.h>
+#include <ORVELBaseData/Pattern/Kernel/KernelXYZ.h>
+#include <ORVELSerialization/ORVELSerializationException.h>
+
+#include "../../HandWrittenArchive.h"
+
+#include <boost/scoped_ptr.hpp>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+// What KernelXY and KernelXYZ have in common, tested on both. Coordinates are given for x, y and z; a kernel
+// of the plane takes the first two.
+namespace
+{
+
+using namespace orvel;
+using namespace orvel::test;
+
+constexpr ipInt32 g_lowest = std::numeric_limits<ipInt32>::min();
+constexpr ipInt32 g_highest = std::numeric_limits<ipInt32>::max();
+
+using Coordinates = std::array<ipInt32, 3>;
+using Sizes = std::array<ipUInt32, 3>;
+
+template <class Kernel>
+struct Traits;
+
+template <>
+struct Traits<KernelXY>
+{
+  static constexpr const char* name = "KernelXY";
+  static constexpr const char* offsetName = "OffsetXY";
+  static constexpr std::size_t nbAxes = 2;
+
+  static OffsetXY at(ipInt32 x, ipInt32 y, ipInt32 /*z*/) { return OffsetXY(x, y); }
+  static Coordinates minOf(const KernelXY& kernel) { return {kernel.getMinX(), kernel.getMinY(), 0}; }
+  static Sizes sizeOf(const KernelXY& kernel) { return {kernel.getSizeX(), kernel.getSizeY(), 0}; }
+};
+
+template <>
+struct Traits<KernelXYZ>
+{
+  static constexpr const char* name = "KernelXYZ";
+  static constexpr const char* offsetName = "OffsetXYZ";
+  static constexpr std::size_t nbAxes = 3;
+
+  static OffsetXYZ at(ipInt32 x, ipInt32 y, ipInt32 z) { return OffsetXYZ(x, y, z); }
+  static Coordinates minOf(const KernelXYZ& kernel)
+  {
+    return {kernel.getMinX(), kernel.getMinY(), kernel.getMinZ()};
+  }
+  static Sizes sizeOf(const KernelXYZ& kernel)
+  {
+    return {kernel.getSizeX(), kernel.getSizeY(), kernel.getSizeZ()};
+  }
+};
+
+/// Everything that can be seen of a kernel, to compare states by.
+template <class Kernel>
+struct State
+{
+  explicit State(const Kernel& kernel)
+    : min(Traits<Kernel>::minOf(kernel))
+    , size(Traits<Kernel>::sizeOf(kernel))
+    , coefSum(kernel.getCoefSum())
+    , absCoefSum(kernel.getAbsCoefSum())
+  {
+    for (const auto& tap : kernel.getDataColl())
+      taps.push_back(tap);
+  }
+
+  friend bool operator==(const State& left, const State& right)
+  {
+    return left.min == right.min && left.size == right.size && left.coefSum == right.coefSum &&
+           left.absCoefSum == right.absCoefSum && left.taps == right.taps;
+  }
+
+  Coordinates min;
+  Sizes size;
+  ipReal32 coefSum;
+  ipReal32 absCoefSum;
+  std::vector<std::pair<typename Kernel::OffsetType, ipReal32>> taps;
+};
+
+template <class Kernel>
+State<Kernel> stateOf(const Kernel& kernel)
+{
+  return State<Kernel>(kernel);
+}
+
+template <class Kernel>
+void expectBox(const Kernel& kernel, Coordinates min, Sizes size)
+{
+  for (std::size_t axis = Traits<Kernel>::nbAxes; axis < 3; ++axis)
+  {
+    min[axis] = 0;
+    size[axis] = 0;
+  }
+  EXPECT_EQ(Traits<Kernel>::minOf(kernel), min);
+  EXPECT_EQ(Traits<Kernel>::sizeOf(kernel), size);
+}
+
+template <class Kernel>
+void expectSums(const Kernel& kernel, ipReal32 coefSum, ipReal32 absCoefSum)
+{
+  EXPECT_EQ(kernel.getCoefSum(), coefSum);
+  EXPECT_EQ(kernel.getAbsCoefSum(), absCoefSum);
+}
+
+template <class Operation>
+std::string failureOf(Operation operation)
+{
+  try
+  {
+    operation();
+  }
+  catch (const ORVELBaseDataException& failure)
+  {
+    return failure.getMessage();
+  }
+  return "no failure";
+}
+
+template <class KernelType>
+class Kernel : public ::testing::Test
+{
+protected:
+  using Offset = typename KernelType::OffsetType;
+
+  static Offset at(ipInt32 x, ipInt32 y, ipInt32 z = 0) { return Traits<KernelType>::at(x, y, z); }
+
+  /// Taps 2 at (0, 0, 0), -0.5 at (4, -1, 2).
+  static KernelType makeKernel()
+  {
+    KernelType kernel;
+    kernel.insert(at(0, 0, 0), 2);
+    kernel.insert(at(4, -1, 2), -0.5);
+    return kernel;
+  }
+
+  /// A kernel whose only tap was removed.
+  static KernelType makeEmptied()
+  {
+    KernelType kernel;
+    kernel.insert(at(1, 2, 3), 5);
+    kernel.remove(at(1, 2, 3));
+    return kernel;
+  }
+};
+
+using Kernels = ::testing::Types<KernelXY, KernelXYZ>;
+
+struct KernelNames
+{
+  template <class KernelType>
+  static std::string GetName(int)
+  {
+    return Traits<KernelType>::name;
+  }
+};
+
+TYPED_TEST_SUITE(Kernel, Kernels, KernelNames);
+
+TYPED_TEST(Kernel, IsFreshWithoutTapsAndWithZeroBoxAndSums)
+{
+  const TypeParam kernel;
+  EXPECT_EQ(kernel.getNbData(), 0U);
+  EXPECT_TRUE(kernel.getDataColl().empty());
+  expectBox(kernel, {0, 0, 0}, {0, 0, 0});
+  expectSums(kernel, 0, 0);
+}
+
+TYPED_TEST(Kernel, RaisesWhenFreshOnGetValueRemoveAndReplace)
+{
+  TypeParam kernel;
+  EXPECT_EQ(failureOf([&] { kernel.getValue(this->at(0, 0)); }),
+            "Can't get element value from kernel, it does not exists");
+  EXPECT_EQ(failureOf([&] { kernel.remove(this->at(0, 0)); }),
+            "Can't remove element from kernel, it does not exists");
+  EXPECT_EQ(failureOf([&] { kernel.replace(this->at(0, 0), 1); }),
+            "Can't remove element from kernel, it does not exists");
+  EXPECT_EQ(stateOf(kernel), stateOf(TypeParam()));
+}
+
+TYPED_TEST(Kernel, InsertsTheFirstTapWithABoxOfThatTap)
+{
+  TypeParam kernel;
+  kernel.insert(this->at(3, -2, 7), 1.5);
+  EXPECT_EQ(kernel.getNbData(), 1U);
+  EXPECT_EQ(kernel.getValue(this->at(3, -2, 7)), 1.5f);
+  expectBox(kernel, {3, -2, 7}, {1, 1, 1});
+  expectSums(kernel, 1.5, 1.5);
+}
+
+TYPED_TEST(Kernel, WidensTheBoxToEitherSide)
+{
+  TypeParam kernel;
+  kernel.insert(this->at(0, 0, 0), 1);
+  kernel.insert(this->at(4, 1, 9), 1);
+  expectBox(kernel, {0, 0, 0}, {5, 2, 10});
+  kernel.insert(this->at(-2, -3, -1), 1);
+  expectBox(kernel, {-2, -3, -1}, {7, 5, 11});
+}
+
+TYPED_TEST(Kernel, HasABoxOfOffsetsThatMayHoldHoles)
+{
+  TypeParam kernel;
+  kernel.insert(this->at(0, 0, 0), 1);
+  kernel.insert(this->at(4, 0, 0), 1);
+  EXPECT_EQ(kernel.getNbData(), 2U);
+  EXPECT_EQ(kernel.getSizeX(), 5U);
+}
+
+TYPED_TEST(Kernel, KeepsTheBoxForATapWithinIt)
+{
+  TypeParam kernel;
+  kernel.insert(this->at(-2, -2, -2), 1);
+  kernel.insert(this->at(2, 2, 2), 1);
+  kernel.insert(this->at(0, 1, -1), 1);
+  expectBox(kernel, {-2, -2, -2}, {5, 5, 5});
+}
+
+TYPED_TEST(Kernel, AddsAnInsertedCoefficientToBothSums)
+{
+  TypeParam kernel;
+  kernel.insert(this->at(0, 0), 1.5);
+  kernel.insert(this->at(1, 0), -0.5);
+  expectSums(kernel, 1, 2);
+}
+
+TYPED_TEST(Kernel, KeepsRunningSumsThatMayDifferFromAFreshSummation)
+{
+  TypeParam kernel;
+  kernel.insert(this->at(0, 0), 1e8f); // the floats there are 8 apart
+  kernel.insert(this->at(1, 0), 1);
+  kernel.remove(this->at(0, 0));
+  expectSums(kernel, 0, 0); // a fresh summation would give 1
+}
+
+TYPED_TEST(Kernel, RefusesATapThatExistsAndStaysUnchanged)
+{
+  TypeParam kernel = this->makeKernel();
+  const auto before = stateOf(kernel);
+  EXPECT_EQ(failureOf([&] { kernel.insert(this->at(0, 0, 0), 9); }),
+            "Can't insert element into kernel, it already exists");
+  EXPECT_EQ(failureOf([&] { kernel.insert(this->at(4, -1, 2), 9); }),
+            "Can't insert element into kernel, it already exists");
+  EXPECT_EQ(stateOf(kernel), before);
+}
+
+TYPED_TEST(Kernel, ReplacesACoefficientInBothSumsAndKeepsTheBox)
+{
+  TypeParam kernel = this->makeKernel();
+  kernel.replace(this->at(0, 0, 0), -3);
+  EXPECT_EQ(kernel.getValue(this->at(0, 0, 0)), -3.0f);
+  EXPECT_EQ(kernel.getNbData(), 2U);
+  expectBox(kernel, {0, -1, 0}, {5, 2, 3});
+  expectSums(kernel, -3.5, 3.5);
+}
+
+TYPED_TEST(Kernel, SubtractsTheOldCoefficientBeforeItAddsTheNew)
+{
+  TypeParam kernel;
+  kernel.insert(this->at(0, 0), 1e8f);
+  kernel.replace(this->at(0, 0), 1);
+  expectSums(kernel, 1, 1); // the other way round the 1 would be lost
+}
+
+TYPED_TEST(Kernel, ReportsAMissingTapOfReplaceWithTheTextOfRemove)
+{
+  TypeParam kernel = this->makeKernel();
+  const auto before = stateOf(kernel);
+  EXPECT_EQ(failureOf([&] { kernel.replace(this->at(1, 0, 0), 9); }),
+            "Can't remove element from kernel, it does not exists");
+  EXPECT_EQ(stateOf(kernel), before);
+}
+
+TYPED_TEST(Kernel, ShrinksTheBoxWhenATapIsRemoved)
+{
+  TypeParam kernel;
+  kernel.insert(this->at(0, 0, 0), 1);
+  kernel.insert(this->at(4, 0, 0), 2);
+  kernel.remove(this->at(4, 0, 0));
+  EXPECT_EQ(kernel.getNbData(), 1U);
+  EXPECT_FALSE(kernel.exists(this->at(4, 0, 0)));
+  expectBox(kernel, {0, 0, 0}, {1, 1, 1});
+  expectSums(kernel, 1, 1);
+}
+
+TYPED_TEST(Kernel, FindsTheBoxOfTheTapsLeftOnEveryAxis)
+{
+  TypeParam kernel;
+  kernel.insert(this->at(-1, 8, 3), 1);
+  kernel.insert(this->at(5, -7, -4), 1);
+  kernel.insert(this->at(2, 2, 6), 1);
+  kernel.insert(this->at(100, -100, 50), 1);
+  kernel.remove(this->at(100, -100, 50));
+  expectBox(kernel, {-1, -7, -4}, {7, 16, 11});
+}
+
+TYPED_TEST(Kernel, KeepsTheBoxWhenATapWithinItIsRemoved)
+{
+  TypeParam kernel;
+  kernel.insert(this->at(-2, -2, -2), 1);
+  kernel.insert(this->at(0, 0, 0), 1);
+  kernel.insert(this->at(2, 2, 2), 1);
+  kernel.remove(this->at(0, 0, 0));
+  expectBox(kernel, {-2, -2, -2}, {5, 5, 5});
+}
+
+TYPED_TEST(Kernel, ReportsAMissingTapOfRemoveAndStaysUnchanged)
+{
+  TypeParam kernel = this->makeKernel();
+  const auto before = stateOf(kernel);
+  EXPECT_EQ(failureOf([&] { kernel.remove(this->at(1, 0, 0)); }),
+            "Can't remove element from kernel, it does not exists");
+  EXPECT_EQ(stateOf(kernel), before);
+}
+
+TYPED_TEST(Kernel, IsEmptiedByTheLastRemovalToTheLargestMinimumAndSizeTwo)
+{
+  const TypeParam kernel = this->makeEmptied();
+  EXPECT_EQ(kernel.getNbData(), 0U);
+  expectBox(kernel, {g_highest, g_highest, g_highest}, {2, 2, 2});
+  expectSums(kernel, 0, 0);
+}
+
+TYPED_TEST(Kernel, KeepsTheRoundingResidueWhenEmptied)
+{
+  TypeParam kernel;
+  kernel.insert(this->at(0, 0), 1e8f);
+  kernel.insert(this->at(1, 0), 1); // lost in the sums
+  kernel.remove(this->at(0, 0));
+  kernel.remove(this->at(1, 0));
+  expectSums(kernel, -1, -1);
+}
+
+TYPED_TEST(Kernel, HasTheBoxOfTheNextTapAfterBeingEmptied)
+{
+  const Coordinates places[] = {{-5, 7, 1},
+                                {0, 0, 0},
+                                {-1, -1, -1},
+                                {g_lowest, g_highest, g_lowest},
+                                {g_highest, g_lowest, g_highest},
+                                {g_lowest + 1, g_highest - 1, 2}};
+  for (const Coordinates& place : places)
+  {
+    TypeParam kernel = this->makeEmptied();
+    kernel.insert(this->at(place[0], place[1], place[2]), 1);
+    expectBox(kernel, place, {1, 1, 1});
+  }
+}
+
+TYPED_TEST(Kernel, HasTheBoxOfTheNextTapAfterBeingCleared)
+{
+  TypeParam kernel = this->makeKernel();
+  kernel.clear();
+  kernel.insert(this->at(-5, 7, 1), 1);
+  expectBox(kernel, {-5, 7, 1}, {1, 1, 1});
+}
+
+TYPED_TEST(Kernel, AnswersAlikeInBothEmptyStates)
+{
+  TypeParam emptied = this->makeEmptied();
+  TypeParam cleared = this->makeKernel();
+  cleared.clear();
+  for (const TypeParam* kernel : {&emptied, &cleared})
+  {
+    EXPECT_EQ(kernel->getNbData(), 0U);
+    EXPECT_FALSE(kernel->exists(this->at(1, 2, 3)));
+    EXPECT_EQ(failureOf([&] { kernel->getValue(this->at(1, 2, 3)); }),
+              "Can't get element value from kernel, it does not exists");
+  }
+}
+
+TYPED_TEST(Kernel, ComparesTheBoundsAsSignedNumbers)
+{
+  TypeParam kernel;
+  kernel.insert(this->at(0, 0, 0), 1);
+  kernel.insert(this->at(-1, -1, -1), 1);
+  kernel.insert(this->at(1, 1, 1), 1);
+  expectBox(kernel, {-1, -1, -1}, {3, 3, 3});
+}
+
+TYPED_TEST(Kernel, HoldsABoxWiderThanTheSignedRange)
+{
+  TypeParam kernel;
+  kernel.insert(this->at(-2000000000, -2000000000, -2000000000), 1);
+  kernel.insert(this->at(2000000000, 2000000000, 2000000000), 1);
+  expectBox(kernel, {-2000000000, -2000000000, -2000000000}, {4000000001U, 4000000001U, 4000000001U});
+  kernel.insert(this->at(0, 0, 0), 1);
+  expectBox(kernel, {-2000000000, -2000000000, -2000000000}, {4000000001U, 4000000001U, 4000000001U});
+}
+
+TYPED_TEST(Kernel, WrapsTheSizeOfTheFullRangeToZero)
+{
+  TypeParam upwards;
+  upwards.insert(this->at(g_lowest, g_lowest, g_lowest), 1);
+  upwards.insert(this->at(g_highest, g_highest, g_highest), 1);
+  expectBox(upwards, {g_lowest, g_lowest, g_lowest}, {0, 0, 0});
+
+  TypeParam downwards;
+  downwards.insert(this->at(g_highest, g_highest, g_highest), 1);
+  downwards.insert(this->at(g_lowest, g_lowest, g_lowest), 1);
+  expectBox(downwards, {g_lowest, g_lowest, g_lowest}, {0, 0, 0});
+}
+
+TYPED_TEST(Kernel, TakesAWrappedSizeForABoxWithoutTaps)
+{
+  TypeParam kernel;
+  kernel.insert(this->at(g_lowest, g_lowest, g_lowest), 1);
+  kernel.insert(this->at(g_highest, g_highest, g_highest), 1);
+  kernel.insert(this->at(5, 6, 7), 1);
+  expectBox(kernel, {5, 6, 7}, {1, 1, 1});
+  kernel.remove(this->at(5, 6, 7)); // the walk finds the full range again
+  expectBox(kernel, {g_lowest, g_lowest, g_lowest}, {0, 0, 0});
+}
+
+TYPED_TEST(Kernel, FindsTheValueOfATap)
+{
+  const TypeParam kernel = this->makeKernel();
+  EXPECT_EQ(kernel.getValue(this->at(0, 0, 0)), 2.0f);
+  EXPECT_EQ(kernel.getValue(this->at(4, -1, 2)), -0.5f);
+}
+
+TYPED_TEST(Kernel, ReportsAMissingTapOfGetValue)
+{
+  const TypeParam kernel = this->makeKernel();
+  EXPECT_EQ(failureOf([&] { kernel.getValue(this->at(-1, 4, 2)); }),
+            "Can't get element value from kernel, it does not exists");
+}
+
+TYPED_TEST(Kernel, TellsWhichTapsExist)
+{
+  const TypeParam kernel = this->makeKernel();
+  EXPECT_TRUE(kernel.exists(this->at(0, 0, 0)));
+  EXPECT_TRUE(kernel.exists(this->at(4, -1, 2)));
+  EXPECT_FALSE(kernel.exists(this->at(-1, 4, 2)));
+}
+
+TYPED_TEST(Kernel, MultipliesCoefficientsAndSumsAndKeepsTheBox)
+{
+  TypeParam kernel = this->makeKernel();
+  kernel.multiply(4);
+  EXPECT_EQ(kernel.getValue(this->at(0, 0, 0)), 8.0f);
+  EXPECT_EQ(kernel.getValue(this->at(4, -1, 2)), -2.0f);
+  expectSums(kernel, 6, 10);
+  expectBox(kernel, {0, -1, 0}, {5, 2, 3});
+}
+
+TYPED_TEST(Kernel, TurnsTheSignOfTheAbsoluteSumByANegativeFactor)
+{
+  TypeParam kernel;
+  kernel.insert(this->at(0, 0, 0), 2);
+  kernel.multiply(-1);
+  EXPECT_EQ(kernel.getValue(this->at(0, 0, 0)), -2.0f);
+  expectSums(kernel, -2, -2);
+}
+
+TYPED_TEST(Kernel, MultipliesTheSumsThemselves)
+{
+  TypeParam kernel;
+  kernel.insert(this->at(0, 0), 1e8f);
+  kernel.insert(this->at(1, 0), 1);
+  kernel.remove(this->at(0, 0)); // leaves the sums at 0
+  kernel.multiply(3);
+  EXPECT_EQ(kernel.getValue(this->at(1, 0)), 3.0f);
+  expectSums(kernel, 0, 0);
+}
+
+TYPED_TEST(Kernel, KeepsTapsOfZero)
+{
+  TypeParam kernel = this->makeKernel();
+  kernel.multiply(0);
+  EXPECT_EQ(kernel.getNbData(), 2U);
+  EXPECT_EQ(kernel.getValue(this->at(0, 0, 0)), 0.0f);
+  expectSums(kernel, 0, 0);
+}
+
+TYPED_TEST(Kernel, IsClearedToTheFreshState)
+{
+  for (TypeParam kernel : {this->makeKernel(), this->makeEmptied()})
+  {
+    kernel.clear();
+    EXPECT_EQ(stateOf(kernel), stateOf(TypeParam()));
+  }
+}
+
+TYPED_TEST(Kernel, TakesNaNAsACoefficientThatPoisonsBothSums)
+{
+  TypeParam kernel = this->makeKernel();
+  kernel.insert(this->at(1, 1, 1), std::numeric_limits<float>::quiet_NaN());
+  EXPECT_TRUE(std::isnan(kernel.getValue(this->at(1, 1, 1))));
+  EXPECT_TRUE(std::isnan(kernel.getCoefSum()));
+  EXPECT_TRUE(std::isnan(kernel.getAbsCoefSum()));
+  kernel.remove(this->at(1, 1, 1));
+  EXPECT_TRUE(std::isnan(kernel.getCoefSum()));
+  EXPECT_TRUE(std::isnan(kernel.getAbsCoefSum()));
+}
+
+TYPED_TEST(Kernel, IsWalkedInAscendingOrderOfOffsets)
+{
+  TypeParam kernel;
+  for (const int i : {3, 0, 4, 1, 2})
+    kernel.insert(this->at(-i, i, 0), static_cast<float>(i));
+  float expected = 0;
+  for (const auto& tap : kernel.getDataColl())
+    EXPECT_EQ(tap.second, expected++);
+  EXPECT_EQ(expected, 5);
+}
+
+TYPED_TEST(Kernel, AgreesWithASimpleModelUnderRandomChanges)
+{
+  // Coefficients are small integers, so that the sums are exact.
+  std::mt19937 random(20241);
+  const auto draw = [&random](int lowest, int highest)
+  {
+    return std::uniform_int_distribution<int>(lowest, highest)(random);
+  };
+  TypeParam kernel;
+  std::vector<std::pair<Coordinates, int>> model;
+  for (int step = 0; step < 3000; ++step)
+  {
+    Coordinates place = {draw(-3, 3), draw(-3, 3), draw(-2, 2)};
+    if (Traits<TypeParam>::nbAxes == 2)
+      place[2] = 0;
+    const auto offset = this->at(place[0], place[1], place[2]);
+    const auto found =
+        std::find_if(model.begin(), model.end(), [&place](const auto& tap) { return tap.first == place; });
+    const int value = draw(-9, 9);
+    ASSERT_EQ(kernel.exists(offset), found != model.end());
+    if (found == model.end())
+    {
+      kernel.insert(offset, static_cast<float>(value));
+      model.emplace_back(place, value);
+    }
+    else if (draw(0, 3) == 0)
+    {
+      kernel.replace(offset, static_cast<float>(value));
+      found->second = value;
+    }
+    else
+    {
+      kernel.remove(offset);
+      model.erase(found);
+    }
+
+    if (model.empty())
+      continue; // the box of an emptied kernel is another test's
+    Coordinates min = model.front().first;
+    Coordinates max = min;
+    int sum = 0;
+    int absSum = 0;
+    for (const auto& tap : model)
+    {
+      for (std::size_t axis = 0; axis < 3; ++axis)
+      {
+        min[axis] = std::min(min[axis], tap.first[axis]);
+        max[axis] = std::max(max[axis], tap.first[axis]);
+      }
+      sum += tap.second;
+      absSum += std::abs(tap.second);
+    }
+    Sizes size = {};
+    for (std::size_t axis = 0; axis < 3; ++axis)
+      size[axis] = static_cast<ipUInt32>(max[axis] - min[axis] + 1);
+    ASSERT_EQ(kernel.getNbData(), model.size());
+    expectBox(kernel, min, size);
+    expectSums(kernel, static_cast<float>(sum), static_cast<float>(absSum));
+    ASSERT_FALSE(this->HasFailure()) << "step " << step;
+  }
+}
+
+TYPED_TEST(Kernel, IsCopiedWithItsCachesAsTheyStand)
+{
+  for (TypeParam source : {TypeParam(), this->makeKernel(), this->makeEmptied()})
+  {
+    source.multiply(-1); // an absolute sum that no fresh summation gives
+    const TypeParam constructed(source);
+    TypeParam assigned = this->makeKernel();
+    assigned = source;
+    TypeParam copied = this->makeKernel();
+    copied.copy(source);
+    EXPECT_EQ(stateOf(constructed), stateOf(source));
+    EXPECT_EQ(stateOf(assigned), stateOf(source));
+    EXPECT_EQ(stateOf(copied), stateOf(source));
+  }
+}
+
+TYPED_TEST(Kernel, SharesNothingWithItsCopy)
+{
+  const TypeParam source = this->makeKernel();
+  const auto before = stateOf(source);
+  TypeParam copied(source);
+  copied.replace(this->at(0, 0, 0), 100);
+  copied.insert(this->at(9, 9, 9), 1);
+  EXPECT_EQ(stateOf(source), before);
+}
+
+TYPED_TEST(Kernel, StandsACopyOfItself)
+{
+  TypeParam kernel = this->makeKernel();
+  const auto before = stateOf(kernel);
+  const TypeParam& itself = kernel;
+  kernel = itself;
+  kernel.copy(itself);
+  EXPECT_EQ(stateOf(kernel), before);
+}
+
+TYPED_TEST(Kernel, IsDuplicated)
+{
+  const TypeParam source = this->makeKernel();
+  const boost::scoped_ptr<BaseDynamicObject> owned(source.duplicate());
+  const DynamicObjectPtr shared = source.duplicateShared();
+  ASSERT_NE(dynamic_cast<TypeParam*>(owned.get()), nullptr);
+  ASSERT_NE(dynamic_cast<TypeParam*>(shared.get()), nullptr);
+  EXPECT_EQ(stateOf(dynamic_cast<TypeParam&>(*owned)), stateOf(source));
+  EXPECT_EQ(stateOf(dynamic_cast<TypeParam&>(*shared)), stateOf(source));
+}
+
+/// Puts kernels into archives by hand, in one of the formats.
+template <class KernelAndFormat>
+class ArchivedKernel : public ::testing::Test
+{
+protected:
+  using KernelType = typename KernelAndFormat::first_type;
+  using HandWritten = typename KernelAndFormat::second_type;
+  using Names = Traits<KernelType>;
+
+  struct Tap
+  {
+    Coordinates place;
+    ipReal32 value;
+  };
+
+  static typename KernelType::OffsetType at(ipInt32 x, ipInt32 y, ipInt32 z) { return Names::at(x, y, z); }
+
+  static void putVersions(HandWritten& archive, ipUInt32 baseVersion, ipUInt32 version)
+  {
+    putVersion(archive, "orvel::BaseKernel", baseVersion);
+    putVersion(archive, std::string("orvel::") + Names::name, version);
+  }
+
+  /// \param isFirst whether these are the first offsets of the archive
+  static void putTaps(HandWritten& archive, const std::vector<Tap>& taps, bool isFirst = true)
+  {
+    archive.openSection("_dataColl");
+    archive.openSection("map");
+    archive.integer("size", static_cast<std::int64_t>(taps.size()));
+    for (const Tap& tap : taps)
+    {
+      archive.openObject("key");
+      if (isFirst)
+        putVersion(archive, std::string("orvel::") + Names::offsetName, 1);
+      isFirst = false;
+      put(archive, tap.place, {"_xOffset", "_yOffset", "_zOffset"});
+      archive.close();
+      archive.real32("value", tap.value);
+    }
+    archive.close();
+    archive.close();
+  }
+
+  static void putBox(HandWritten& archive, const Coordinates& min, const Sizes& size)
+  {
+    put(archive, min, {"_minX", "_minY", "_minZ"});
+    put(archive, size, {"_sizeX", "_sizeY", "_sizeZ"});
+  }
+
+  static void putVersion2(HandWritten& archive, const std::vector<Tap>& taps, const Coordinates& min,
+                          const Sizes& size, ipReal32 coefSum, ipReal32 absCoefSum, bool isFirst = true)
+  {
+    putTaps(archive, taps, isFirst);
+    putBox(archive, min, size);
+    archive.real32("_coefSum", coefSum);
+    archive.real32("_absCoefSum", absCoefSum);
+  }
+
+  /// The taps 1.5 and -0.5 in a layout without the sum of absolute values.
+  static void putVersion1(HandWritten& archive, bool isFirst = true)
+  {
+    putTaps(archive, {{{0, 0, 0}, 1.5}, {{1, 0, 0}, -0.5}}, isFirst);
+    putBox(archive, {0, 0, 0}, {2, 1, 1});
+    archive.real32("_coefSum", 1);
+  }
+
+  static void expectReadFromVersion1(const KernelType& kernel)
+  {
+    EXPECT_EQ(kernel.getNbData(), 2U);
+    EXPECT_EQ(kernel.getValue(at(0, 0, 0)), 3.0f);
+    EXPECT_EQ(kernel.getValue(at(1, 0, 0)), 0.0f);
+    expectSums(kernel, 1, 0); // the plain sum stays as it was stored
+    expectBox(kernel, {0, 0, 0}, {2, 1, 1});
+  }
+
+  static KernelType makeKernel()
+  {
+    KernelType kernel;
+    kernel.insert(at(0, 0, 0), 2);
+    kernel.insert(at(4, -1, 2), -0.5);
+    return kernel;
+  }
+
+private:
+  template <class Number>
+  static void put(HandWritten& archive, const std::array<Number, 3>& numbers,
+                  const std::array<const char*, 3>& keys)
+  {
+    for (std::size_t axis = 0; axis < Names::nbAxes; ++axis)
+      archive.integer(keys[axis], numbers[axis]);
+  }
+};
+
+using KernelsAndFormats =
+    ::testing::Types<std::pair<KernelXY, HandWrittenXml>, std::pair<KernelXY, HandWrittenBinary>,
+                     std::pair<KernelXYZ, HandWrittenXml>, std::pair<KernelXYZ, HandWrittenBinary>>;
+
+struct KernelAndFormatNames
+{
+  template <class KernelAndFormat>
+  static std::string GetName(int)
+  {
+    return std::string(Traits<typename KernelAndFormat::first_type>::name) +
+           (std::is_same<typename KernelAndFormat::second_type, HandWrittenXml>::value ? "Xml" : "Binary");
+  }
+};
+
+TYPED_TEST_SUITE(ArchivedKernel, KernelsAndFormats, KernelAndFormatNames);
+
+TYPED_TEST(ArchivedKernel, HoldsVersionsTapsBoxAndSumsInOrder)
+{
+  typename TypeParam::second_type expected;
+  this->putVersions(expected, 1, 2);
+  // In the order of the offsets: by z, then by y.
+  if (TestFixture::Names::nbAxes == 2)
+    this->putVersion2(expected, {{{4, -1, 2}, -0.5}, {{0, 0, 0}, 2}}, {0, -1, 0}, {5, 2, 3}, 1.5, 2.5);
+  else
+    this->putVersion2(expected, {{{0, 0, 0}, 2}, {{4, -1, 2}, -0.5}}, {0, -1, 0}, {5, 2, 3}, 1.5, 2.5);
+  EXPECT_EQ(fileOf<typename TypeParam::second_type>([this](BaseOArchive& archive)
+                                                    { EXPECT_TRUE(this->makeKernel().write(archive)); }),
+            expected.file());
+}
+
+TYPED_TEST(ArchivedKernel, HoldsEachVersionOnceForManyKernels)
+{
+  typename TypeParam::second_type expected;
+  this->putVersions(expected, 1, 2);
+  this->putVersion2(expected, {{{7, 8, 9}, 1}}, {7, 8, 9}, {1, 1, 1}, 1, 1);
+  this->putVersion2(expected, {{{7, 8, 9}, 1}}, {7, 8, 9}, {1, 1, 1}, 1, 1, false);
+  EXPECT_EQ(fileOf<typename TypeParam::second_type>(
+                [this](BaseOArchive& archive)
+                {
+                  typename TypeParam::first_type kernel;
+                  kernel.insert(this->at(7, 8, 9), 1);
+                  kernel.write(archive);
+                  kernel.write(archive);
+                }),
+            expected.file());
+}
+
+TYPED_TEST(ArchivedKernel, ComesBackAsItWas)
+{
+  const auto written = this->makeKernel();
+  const std::string file =
+      fileOf<typename TypeParam::second_type>([&written](BaseOArchive& archive) { written.write(archive); });
+  readFile<typename TypeParam::second_type>(file,
+                                            [&written](BaseIArchive& archive)
+                                            {
+                                              typename TypeParam::first_type kernel;
+                                              const BoolResult read = kernel.read(archive);
+                                              EXPECT_TRUE(read);
+                                              EXPECT_EQ(read.getMessage(), "");
+                                              EXPECT_EQ(stateOf(kernel), stateOf(written));
+                                            });
+}
+
+TYPED_TEST(ArchivedKernel, ComesBackInItsEmptyState)
+{
+  typename TypeParam::first_type emptied;
+  emptied.insert(this->at(1, 2, 3), 1e8f);
+  emptied.insert(this->at(4, 5, 6), 1);
+  emptied.remove(this->at(1, 2, 3));
+  emptied.remove(this->at(4, 5, 6)); // leaves a residue in the sums
+  for (const auto& written : {typename TypeParam::first_type(), emptied})
+  {
+    const std::string file = fileOf<typename TypeParam::second_type>([&written](BaseOArchive& archive)
+                                                                     { written.write(archive); });
+    readFile<typename TypeParam::second_type>(file,
+                                              [&written, this](BaseIArchive& archive)
+                                              {
+                                                auto kernel = this->makeKernel();
+                                                kernel.read(archive);
+                                                EXPECT_EQ(stateOf(kernel), stateOf(written));
+                                              });
+  }
+}
+
+TYPED_TEST(ArchivedKernel, HoldsTheTwoEmptyStatesApart)
+{
+  typename TypeParam::second_type fresh;
+  this->putVersions(fresh, 1, 2);
+  this->putVersion2(fresh, {}, {0, 0, 0}, {0, 0, 0}, 0, 0);
+  EXPECT_EQ(fileOf<typename TypeParam::second_type>([](BaseOArchive& archive)
+                                                    { typename TypeParam::first_type().write(archive); }),
+            fresh.file());
+
+  typename TypeParam::second_type emptied;
+  this->putVersions(emptied, 1, 2);
+  this->putVersion2(emptied, {}, {g_highest, g_highest, g_highest}, {2, 2, 2}, 0, 0);
+  EXPECT_EQ(fileOf<typename TypeParam::second_type>(
+                [this](BaseOArchive& archive)
+                {
+                  typename TypeParam::first_type kernel;
+                  kernel.insert(this->at(1, 2, 3), 5);
+                  kernel.remove(this->at(1, 2, 3));
+                  kernel.write(archive);
+                }),
+            emptied.file());
+}
+
+TYPED_TEST(ArchivedKernel, LosesWhatItHeldWhenItIsRead)
+{
+  typename TypeParam::second_type file;
+  this->putVersions(file, 1, 2);
+  this->putVersion2(file, {{{7, 8, 9}, 1}}, {7, 8, 9}, {1, 1, 1}, 1, 1);
+  readFile<typename TypeParam::second_type>(file.file(),
+                                            [this](BaseIArchive& archive)
+                                            {
+                                              auto kernel = this->makeKernel();
+                                              kernel.read(archive);
+                                              EXPECT_EQ(kernel.getNbData(), 1U);
+                                              EXPECT_EQ(kernel.getValue(this->at(7, 8, 9)), 1.0f);
+                                            });
+}
+
+TYPED_TEST(ArchivedKernel, TakesTheCachesAsTheyAreStored)
+{
+  typename TypeParam::second_type file;
+  this->putVersions(file, 1, 2);
+  this->putVersion2(file, {{{7, 8, 9}, 1}}, {-1, -2, -3}, {40, 50, 60}, 17, -18);
+  readFile<typename TypeParam::second_type>(file.file(),
+                                            [](BaseIArchive& archive)
+                                            {
+                                              typename TypeParam::first_type kernel;
+                                              kernel.read(archive);
+                                              expectBox(kernel, {-1, -2, -3}, {40, 50, 60});
+                                              expectSums(kernel, 17, -18);
+                                            });
+}
+
+TYPED_TEST(ArchivedKernel, CountsARepeatedOffsetAsOneTapWithTheLaterCoefficient)
+{
+  typename TypeParam::second_type file;
+  this->putVersions(file, 1, 2);
+  this->putVersion2(file, {{{1, 1, 1}, 4}, {{2, 2, 2}, 5}, {{1, 1, 1}, 6}}, {1, 1, 1}, {2, 2, 2}, 15, 15);
+  readFile<typename TypeParam::second_type>(file.file(),
+                                            [this](BaseIArchive& archive)
+                                            {
+                                              typename TypeParam::first_type kernel;
+                                              kernel.read(archive);
+                                              EXPECT_EQ(kernel.getNbData(), 2U);
+                                              EXPECT_EQ(kernel.getValue(this->at(1, 1, 1)), 6.0f);
+                                              EXPECT_EQ(kernel.getValue(this->at(2, 2, 2)), 5.0f);
+                                            });
+}
+
+TYPED_TEST(ArchivedKernel, SortsTapsThatAreStoredInAnotherOrder)
+{
+  typename TypeParam::second_type file;
+  this->putVersions(file, 1, 2);
+  this->putVersion2(file, {{{2, 2, 2}, 3}, {{1, 1, 1}, 2}, {{0, 0, 0}, 1}}, {0, 0, 0}, {3, 3, 3}, 6, 6);
+  readFile<typename TypeParam::second_type>(file.file(),
+                                            [](BaseIArchive& archive)
+                                            {
+                                              typename TypeParam::first_type kernel;
+                                              kernel.read(archive);
+                                              float expected = 1;
+                                              for (const auto& tap : kernel.getDataColl())
+                                                EXPECT_EQ(tap.second, expected++);
+                                              EXPECT_EQ(expected, 4);
+                                            });
+}
+
+TYPED_TEST(ArchivedKernel, RewritesTheCoefficientsOfOldVersions)
+{
+  for (const ipUInt32 version : {0U, 1U})
+  {
+    typename TypeParam::second_type file;
+    this->putVersions(file, 1, version);
+    this->putVersion1(file);
+    readFile<typename TypeParam::second_type>(file.file(),
+                                              [this](BaseIArchive& archive)
+                                              {
+                                                auto kernel = this->makeKernel();
+                                                EXPECT_TRUE(kernel.read(archive));
+                                                this->expectReadFromVersion1(kernel);
+                                              });
+  }
+}
+
+TYPED_TEST(ArchivedKernel, ReadsLaterKernelsUnderTheOldVersionOfTheFirst)
+{
+  typename TypeParam::second_type file;
+  this->putVersions(file, 1, 1);
+  this->putVersion1(file);
+  this->putVersion1(file, false);
+  readFile<typename TypeParam::second_type>(file.file(),
+                                            [this](BaseIArchive& archive)
+                                            {
+                                              for (int i = 0; i < 2; ++i)
+                                              {
+                                                typename TypeParam::first_type kernel;
+                                                kernel.read(archive);
+                                                this->expectReadFromVersion1(kernel);
+                                              }
+                                            });
+}
+
+TYPED_TEST(ArchivedKernel, TurnsOldNaNCoefficientsIntoNaN)
+{
+  typename TypeParam::second_type file;
+  this->putVersions(file, 1, 1);
+  this->putTaps(file, {{{0, 0, 0}, std::numeric_limits<float>::quiet_NaN()}});
+  this->putBox(file, {0, 0, 0}, {1, 1, 1});
+  file.real32("_coefSum", 1);
+  readFile<typename TypeParam::second_type>(file.file(),
+                                            [this](BaseIArchive& archive)
+                                            {
+                                              typename TypeParam::first_type kernel;
+                                              kernel.read(archive);
+                                              EXPECT_TRUE(std::isnan(kernel.getValue(this->at(0, 0, 0))));
+                                              expectSums(kernel, 1, 0);
+                                            });
+}
+
+TYPED_TEST(ArchivedKernel, IsReadUnderALowerVersionOfItsBase)
+{
+  typename TypeParam::second_type file;
+  this->putVersions(file, 0, 2);
+  this->putVersion2(file, {{{7, 8, 9}, 1}}, {7, 8, 9}, {1, 1, 1}, 1, 1);
+  readFile<typename TypeParam::second_type>(file.file(),
+                                            [this](BaseIArchive& archive)
+                                            {
+                                              typename TypeParam::first_type kernel;
+                                              kernel.read(archive);
+                                              EXPECT_TRUE(kernel.exists(this->at(7, 8, 9)));
+                                            });
+}
+
+TYPED_TEST(ArchivedKernel, OfAHigherVersionIsRefusedAndChangesNothing)
+{
+  const std::pair<ipUInt32, ipUInt32> versions[] = {{1, 3}, {2, 2}}; // of the kernel, of its base
+  for (const auto& version : versions)
+  {
+    typename TypeParam::second_type file;
+    this->putVersions(file, version.first, version.second);
+    this->putVersion2(file, {{{7, 8, 9}, 1}}, {7, 8, 9}, {1, 1, 1}, 1, 1);
+    readStart<typename TypeParam::second_type>(file.file(),
+                                               [this](BaseIArchive& archive)
+                                               {
+                                                 auto kernel = this->makeKernel();
+                                                 EXPECT_THROW(kernel.read(archive),
+                                                              ORVELSerializationException);
+                                                 EXPECT_EQ(stateOf(kernel), stateOf(this->makeKernel()));
+                                               });
+  }
+}
+
+TYPED_TEST(ArchivedKernel, KeepsWhatWasReadBeforeAFailure)
+{
+  typename TypeParam::second_type file;
+  this->putVersions(file, 1, 2);
+  this->putTaps(file, {{{7, 8, 9}, 1}});
+  file.integer("_minX", 7);
+  readStart<typename TypeParam::second_type>(file.file(),
+                                             [this](BaseIArchive& archive)
+                                             {
+                                               auto kernel = this->makeKernel();
+                                               EXPECT_THROW(kernel.read(archive),
+                                                            ORVELSerializationException);
+                                               EXPECT_EQ(kernel.getNbData(), 1U);
+                                               EXPECT_TRUE(kernel.exists(this->at(7, 8, 9)));
+                                               expectBox(kernel, {7, -1, 0}, {5, 2, 3});
+                                               expectSums(kernel, 1.5, 2.5);
+                                             });
+}
+
+TYPED_TEST(ArchivedKernel, RefusesASizeBeyondWhatTheArchiveHolds)
+{
+  typename TypeParam::second_type file;
+  this->putVersions(file, 1, 2);
+  file.openSection("_dataColl");
+  file.openSection("map");
+  file.integer("size", 4294967295);
+  file.close();
+  file.close();
+  readStart<typename TypeParam::second_type>(file.file(),
+                                             [](BaseIArchive& archive)
+                                             {
+                                               typename TypeParam::first_type kernel;
+                                               EXPECT_THROW(kernel.read(archive),
+                                                            ORVELSerializationException);
+                                               EXPECT_EQ(kernel.getNbData(), 0U);
+                                             });
+}
+
+TYPED_TEST(ArchivedKernel, ComesBackWithManyTaps)
+{
+  typename TypeParam::first_type written;
+  for (int y = -50; y < 50; ++y)
+    for (int x = -50; x < 50; ++x)
+      written.insert(this->at(x, y, 0), static_cast<float>(x) / 3 + static_cast<float>(y) / 7);
+  const std::string file =
+      fileOf<typename TypeParam::second_type>([&written](BaseOArchive& archive) { written.write(archive); });
+  readFile<typename TypeParam::second_type>(file,
+                                            [&written](BaseIArchive& archive)
+                                            {
+                                              typename TypeParam::first_type kernel;
+                                              kernel.read(archive);
+                                              EXPECT_EQ(kernel.getNbData(), 10000U);
+                                              EXPECT_TRUE(stateOf(kernel) == stateOf(written));
+                                            });
+}
+
+} // namespace
