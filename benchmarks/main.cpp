@@ -1,0 +1,29 @@
+// Measures the library beside its peers. report.py runs this program and compares.
+//
+//   ORVELBenchmarks [Google Benchmark's options]
+//
+// The environment variable ORVEL_BENCHMARK_DISK names the folder for files on a disk.
+
+#include "BenchmarkSupport.h"
+
+#include <cstdlib>
+
+int main(int argc, char** argv)
+{
+  if (const char* folder = std::getenv("ORVEL_BENCHMARK_DISK"))
+  {
+    orvel::benchmarks::setDiskFolder(folder);
+  }
+  orvel::benchmarks::addBlockCases();
+  orvel::benchmarks::addArchiveCases();
+  orvel::benchmarks::addFrameCases();
+
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv))
+  {
+    return 2;
+  }
+  benchmark::RunSpecifiedBenchmarks();
+  benchmark::Shutdown();
+  return 0;
+}
