@@ -11,7 +11,7 @@
 #include <ORVELSerialization/Private/NumberText.h>
 #include <ORVELSerialization/Private/ObjectTables.h>
 #include <ORVELSerialization/Private/OpenArchive.h>
-#include <ORVELSerialization/Private/XmlEvents.h>
+#include <ORVELSerialization/Private/XmlDocument.h>
 
 namespace orvel
 {
@@ -377,32 +377,19 @@ std::string XmlOArchive::getPlace() const
 struct XmlIArchive::Impl
 {
   explicit Impl(std::unique_ptr<InputOrigin> origin)
-    : events(std::move(origin))
+    : document(std::move(origin))
   {
   }
 
-  XmlEvents events;
-  ipUInt64 itemPosition = 0; // where the present item begins: the place that failures name
+  XmlDocument document;
+  ipUInt64 place = 0; // where something was met that is no item; 0 as long as the present item is the place
   ipUInt64 nbOpenSections = 0;
-  std::string scratch;                                  // a text that came in several events
   std::vector<SerializationObjectPtr> objects;          // by number, from 0
   std::unordered_map<std::string, ObjectClass> classes; // by name
 };
 
-/// The start of an element, as long as no further event is asked for.
-struct XmlIArchive::Start
-{
-  const XmlEvents& events;
-  const XmlEvents::Event& event;
-
-  bool find(XmlAttribute attribute, std::string_view& value) const
-  {
-    return events.findAttribute(event, attribute, value);
-  }
-};
-
-/// Runs an operation on an open archive, at the cost of a unit of work, and turns what the parser and the
-/// system report into failures of the archive.
+/// Runs an operation on an open archive, at the cost of a unit of work, and turns what the document reports
+/// into failures of the archive.
 template <class Operation>
 auto XmlIArchive::perform(Operation operation)
 {
@@ -414,22 +401,53 @@ auto XmlIArchive::perform(Operation operation)
   }
   catch (const XmlFailure& failure)
   {
-    _impl->itemPosition = _impl->events.getFailurePosition();
-    if (failure.isCutShort())
-      ArchiveAccess::fail(*this, ORVEL_HERE, Message::eCutShort);
-    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eDamaged, failure.what());
+    raiseXmlFailure(failure);
+  }
+}
+
+void XmlIArchive::raiseXmlFailure(const XmlFailure& failure)
+{
+  _impl->place = failure.position;
+  switch (failure.kind)
+  {
+  case XmlFailure::Kind::notAnArchive:
+    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eNotAnArchive, failure.reason);
+  case XmlFailure::Kind::cutShort:
+    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eCutShort);
+  case XmlFailure::Kind::unexpected:
+    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eUnexpectedItem, failure.expected, failure.reason);
+  default:
+    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eDamaged, failure.reason);
+  }
+}
+
+std::unique_ptr<XmlIArchive::Impl> XmlIArchive::load(std::unique_ptr<InputOrigin> origin) const
+{
+  try
+  {
+    return std::make_unique<Impl>(std::move(origin));
   }
   catch (const IoFailure& failure)
   {
-    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eReadFailed, failure.what());
+    raise(ORVEL_HERE, Message::eReadFailed, getName(), "line 1, column 1", failure.what());
   }
 }
 
 XmlIArchive::XmlIArchive(std::string name, std::unique_ptr<InputOrigin> origin)
   : BaseIArchive(std::move(name))
-  , _impl(std::make_unique<Impl>(std::move(origin)))
+  , _impl(load(std::move(origin)))
 {
-  perform([this] { readHeader(); });
+  perform(
+      [this]
+      {
+        const XmlAttributes& attributes = _impl->document.open();
+        const std::string_view format = attributes.get(XmlAttribute::format);
+        if (!attributes.has(XmlAttribute::format))
+          ArchiveAccess::fail(*this, ORVEL_HERE, Message::eNotAnArchive, "it names no format version");
+        if (format != formatVersion)
+          ArchiveAccess::fail(*this, ORVEL_HERE, Message::eOtherFormatVersion, quoted(format),
+                              quoted(formatVersion));
+      });
 }
 
 XmlIArchive::XmlIArchive(const boost::filesystem::path& path)
@@ -449,132 +467,12 @@ bool XmlIArchive::isElementWise() const
   return true;
 }
 
-void XmlIArchive::readHeader()
+/// Reads an item that is no string: its text needs no encoding.
+std::string_view XmlIArchive::readText(const std::string& key)
 {
-  XmlEvents& events = _impl->events;
-  const XmlEvents::Event* event = nullptr;
-  try
-  {
-    event = &events.peek();
-  }
-  catch (const XmlFailure& failure) // before the first element: it may be anything
-  {
-    _impl->itemPosition = events.getFailurePosition();
-    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eNotAnArchive, failure.what());
-  }
-  _impl->itemPosition = event->position;
-  if (event->kind != XmlEvents::Kind::start || event->element != XmlElement::archive)
-    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eNotAnArchive, "it is XML with other content");
-  std::string_view format;
-  if (!events.findAttribute(*event, XmlAttribute::format, format))
-    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eNotAnArchive, "it names no format version");
-  if (format != formatVersion)
-    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eOtherFormatVersion, quoted(format),
-                        quoted(formatVersion));
-  events.pop();
-}
-
-/// What the next event stands for, for messages.
-std::string XmlIArchive::describeNext()
-{
-  const XmlEvents::Event& event = _impl->events.peek();
-  switch (event.kind)
-  {
-  case XmlEvents::Kind::text:
-    return "the text " + quoted(_impl->events.getText(event));
-  case XmlEvents::Kind::end:
-    return event.element == XmlElement::archive ? "the end of the archive"
-                                                : "the end of " + std::string(getElementName(event.element));
-  case XmlEvents::Kind::finish:
-    return "the end of the file";
-  case XmlEvents::Kind::start:
-    break;
-  }
-  if (event.element == XmlElement::unknown)
-    return "the unknown element " + quoted(_impl->events.getText(event));
-  std::string_view name;
-  if (!_impl->events.findAttribute(event, XmlAttribute::key, name))
-    _impl->events.findAttribute(event, XmlAttribute::name, name);
-  return std::string(getElementName(event.element)) + (name.empty() ? "" : " " + quoted(name));
-}
-
-void XmlIArchive::raiseUnexpected(const std::string& expected)
-{
-  const std::string found = describeNext();
-  _impl->itemPosition = _impl->events.peek().position;
-  ArchiveAccess::fail(*this, ORVEL_HERE, Message::eUnexpectedItem, expected, found);
-}
-
-/// Takes the start of an element; its key must be the one asked for, where it has one. The start's texts
-/// stay valid until the next event is asked for.
-XmlIArchive::Start XmlIArchive::expectStart(unsigned char elementNumber, const std::string& key)
-{
-  const auto element = static_cast<XmlElement>(elementNumber);
-  XmlEvents& events = _impl->events;
-  const XmlEvents::Event& event = events.peek();
-  _impl->itemPosition = event.position;
-  const bool hasKey = element != XmlElement::section && element != XmlElement::block;
-  std::string_view foundKey;
-  if (event.kind != XmlEvents::Kind::start || event.element != element ||
-      (hasKey && (!events.findAttribute(event, XmlAttribute::key, foundKey) || foundKey != key)))
-    raiseUnexpected(std::string(getElementName(element)) + (hasKey ? " " + quoted(key) : ""));
-  std::string_view value;
-  if (events.findAttribute(event, XmlAttribute::unknown, value))
-    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eDamaged,
-                        "unknown attribute of " + std::string(getElementName(element)));
-  events.pop();
-  return {events, event};
-}
-
-void XmlIArchive::expectEnd()
-{
-  const XmlEvents::Event& event = _impl->events.peek();
-  if (event.kind != XmlEvents::Kind::end)
-    raiseUnexpected("the end of the element");
-  _impl->events.pop();
-}
-
-/// Reads an item as text. It stays valid until the next event is asked for.
-std::string_view XmlIArchive::readItemText(const std::string& key, bool& isBase64)
-{
-  XmlEvents& events = _impl->events;
-  const Start start = expectStart(static_cast<unsigned char>(XmlElement::item), key);
-  std::string_view encoding;
-  isBase64 = start.find(XmlAttribute::encoding, encoding);
-  if (isBase64 && encoding != "base64")
-    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eDamaged, "unknown encoding " + quoted(encoding));
-
-  const XmlEvents::Event* event = &events.peek();
-  if (event->kind == XmlEvents::Kind::end)
-  {
-    events.pop();
-    return {};
-  }
-  if (event->kind != XmlEvents::Kind::text)
-    raiseUnexpected("the text of item " + quoted(key));
-  const std::string_view text = events.getText(*event);
-  events.pop();
-  if (events.hasNext() && events.peek().kind == XmlEvents::Kind::end) // the usual case: all in one place
-  {
-    events.pop();
-    return text;
-  }
-  _impl->scratch = text;
-  for (event = &events.peek(); event->kind == XmlEvents::Kind::text; event = &events.peek())
-  {
-    _impl->scratch += events.getText(*event);
-    events.pop();
-  }
-  expectEnd();
-  return _impl->scratch;
-}
-
-/// Reads the text of a value that is no string.
-std::string_view XmlIArchive::readValueText(const std::string& key)
-{
-  bool isBase64 = false;
-  const std::string_view text = readItemText(key, isBase64);
-  if (isBase64)
+  std::string_view text;
+  const XmlAttributes& attributes = _impl->document.takeText(XmlElement::item, &key, text, false);
+  if (attributes.has(XmlAttribute::encoding))
     raiseInvalidValue(std::string(text), key);
   return text;
 }
@@ -585,7 +483,7 @@ Number XmlIArchive::readNumber(const std::string& key, Number minimum, Number ma
   return perform(
       [&]
       {
-        const std::string_view text = readValueText(key);
+        const std::string_view text = readText(key);
         Number number = 0;
         const ParseResult result = parseNumber(text, number);
         if (result == ParseResult::invalid)
@@ -607,29 +505,20 @@ void XmlIArchive::readBlock(void* data, ipUInt64 sizeInBytes)
   perform(
       [&]
       {
-        XmlEvents& events = _impl->events;
-        const Start start = expectStart(static_cast<unsigned char>(XmlElement::block), "");
-        std::string_view size;
+        std::string_view text;
+        const XmlAttributes& attributes = _impl->document.takeText(XmlElement::block, nullptr, text, true);
         ipUInt64 filedSize = 0;
-        if (!start.find(XmlAttribute::size, size) || parseNumber(size, filedSize) != ParseResult::ok)
+        if (parseNumber(attributes.get(XmlAttribute::size), filedSize) != ParseResult::ok)
           ArchiveAccess::fail(*this, ORVEL_HERE, Message::eDamaged, "a block without its size");
         if (filedSize != sizeInBytes)
           ArchiveAccess::fail(*this, ORVEL_HERE, Message::eUnexpectedItem,
                               "a block of " + std::to_string(sizeInBytes) + " bytes",
                               "a block of " + std::to_string(filedSize) + " bytes");
         Base64Decoder decoder;
-        char* to = static_cast<char*>(data);
-        std::size_t left = sizeInBytes;
-        for (; events.peek().kind == XmlEvents::Kind::text; events.pop())
-        {
-          const std::size_t nbBytes = decoder.decode(events.getText(events.peek()), to, left);
-          to += nbBytes;
-          left -= nbBytes;
-        }
-        if (!decoder.isFinished() || left != 0)
+        if (decoder.decode(text, static_cast<char*>(data), sizeInBytes) != sizeInBytes ||
+            !decoder.isFinished())
           ArchiveAccess::fail(*this, ORVEL_HERE, Message::eDamaged,
                               "the text of a block is not its bytes in base64");
-        expectEnd();
       });
 }
 
@@ -638,45 +527,46 @@ void XmlIArchive::readObjectPtr(const SerializationIItem<SerializationObjectPtr>
   perform(
       [&]
       {
-        const Start start = expectStart(static_cast<unsigned char>(XmlElement::pointer), item.getKey());
-        std::string_view text;
-        std::string_view className;
+        XmlDocument& document = _impl->document;
+        const XmlAttributes& attributes = document.enter(XmlElement::pointer, &item.getKey());
         ipUInt64 number = 0;
-        if (start.find(XmlAttribute::null, text) && text == "true")
+        if (attributes.get(XmlAttribute::null) == "true")
         {
-          expectEnd();
+          document.leave();
           item.getValue().reset();
           return;
         }
-        if (start.find(XmlAttribute::ref, text))
+        if (attributes.has(XmlAttribute::ref))
         {
+          const std::string_view text = attributes.get(XmlAttribute::ref);
           if (parseNumber(text, number) != ParseResult::ok || number == 0 || number > _impl->objects.size())
             ArchiveAccess::fail(*this, ORVEL_HERE, Message::eUnknownReference, quoted(text));
-          expectEnd();
+          document.leave();
           item.getValue() = _impl->objects[number - 1];
           return;
         }
-        if (!start.find(XmlAttribute::id, text) || !start.find(XmlAttribute::className, className) ||
-            parseNumber(text, number) != ParseResult::ok || number != _impl->objects.size() + 1)
+        if (!attributes.has(XmlAttribute::className) ||
+            parseNumber(attributes.get(XmlAttribute::id), number) != ParseResult::ok ||
+            number != _impl->objects.size() + 1)
           ArchiveAccess::fail(*this, ORVEL_HERE, Message::eDamaged,
                               "a pointer needs the next id and a class");
 
         ObjectScope scope(*this);
-        const SerializationObjectPtr object = createObject(className);
+        const SerializationObjectPtr object =
+            createObject(std::string(attributes.get(XmlAttribute::className)));
         _impl->objects.push_back(object); // before its content: a cycle leads back to it
         ArchiveAccess::readWhole(*this, *object);
-        expectEnd();
+        document.leave();
         scope.finish();
         item.getValue() = object;
       });
 }
 
-SerializationObjectPtr XmlIArchive::createObject(std::string_view className)
+SerializationObjectPtr XmlIArchive::createObject(const std::string& className)
 {
-  std::string name(className);
-  auto found = _impl->classes.find(name);
+  auto found = _impl->classes.find(className);
   if (found == _impl->classes.end())
-    found = _impl->classes.emplace(name, ObjectClass(name)).first;
+    found = _impl->classes.emplace(className, ObjectClass(className)).first;
   return ArchiveAccess::create(*this, found->second);
 }
 
@@ -685,10 +575,10 @@ void XmlIArchive::readObject(const std::string& key, BaseSerializationObject& ob
   perform(
       [&]
       {
+        _impl->document.enter(XmlElement::object, &key);
         ObjectScope scope(*this);
-        expectStart(static_cast<unsigned char>(XmlElement::object), key);
         ArchiveAccess::readWhole(*this, object);
-        expectEnd();
+        _impl->document.leave();
         scope.finish();
       });
 }
@@ -698,7 +588,7 @@ bool XmlIArchive::readBool(const std::string& key)
   return perform(
       [&]
       {
-        const std::string_view text = readValueText(key);
+        const std::string_view text = readText(key);
         if (text != "true" && text != "false")
           raiseInvalidValue(std::string(text), key);
         return text == "true";
@@ -732,13 +622,16 @@ void XmlIArchive::readString(const std::string& key, std::string& value)
   perform(
       [&]
       {
-        bool isBase64 = false;
-        const std::string_view text = readItemText(key, isBase64);
-        if (!isBase64)
+        std::string_view text;
+        const XmlAttributes& attributes = _impl->document.takeText(XmlElement::item, &key, text, false);
+        if (!attributes.has(XmlAttribute::encoding))
         {
           value = text;
           return;
         }
+        const std::string_view encoding = attributes.get(XmlAttribute::encoding);
+        if (encoding != "base64")
+          ArchiveAccess::fail(*this, ORVEL_HERE, Message::eDamaged, "unknown encoding " + quoted(encoding));
         std::string content;
         if (!decodeBase64(text, content))
           raiseInvalidValue(std::string(text), key);
@@ -751,21 +644,17 @@ void XmlIArchive::close()
   perform(
       [this]
       {
-        XmlEvents& events = _impl->events;
+        XmlDocument& document = _impl->document;
         if (_impl->nbOpenSections != 0 || getDepth() != 0)
           ArchiveAccess::fail(*this, ORVEL_HERE, Message::eNotFinished);
-        const XmlEvents::Event& event = events.peek();
-        _impl->itemPosition = event.position;
-        if (event.kind != XmlEvents::Kind::end)
-          ArchiveAccess::fail(*this, ORVEL_HERE, Message::eUnreadItems, describeNext());
-        events.pop();
-        try
+        if (document.hasNext())
         {
-          events.peek(); // the end of the file; the parser refuses anything else behind the root
+          _impl->place = document.getNextPosition();
+          ArchiveAccess::fail(*this, ORVEL_HERE, Message::eUnreadItems, document.describeNext());
         }
-        catch (const XmlFailure&)
+        if (document.hasBehindRoot())
         {
-          _impl->itemPosition = events.getFailurePosition();
+          _impl->place = document.getBehindPosition();
           ArchiveAccess::fail(*this, ORVEL_HERE, Message::eBehindEnd);
         }
         markClosed();
@@ -777,7 +666,7 @@ void XmlIArchive::openSection(std::string_view /*name*/)
   perform(
       [this]
       {
-        expectStart(static_cast<unsigned char>(XmlElement::section), "");
+        _impl->document.enter(XmlElement::section, nullptr);
         ++_impl->nbOpenSections;
       });
 }
@@ -789,19 +678,21 @@ void XmlIArchive::closeSection()
   perform(
       [this]
       {
-        expectEnd();
+        _impl->document.leave();
         --_impl->nbOpenSections;
       });
 }
 
 std::string XmlIArchive::getPlace() const
 {
-  return _impl->events.getPlace(_impl->itemPosition);
+  const XmlDocument& document = _impl->document;
+  return document.getPlace(_impl->place != 0 ? _impl->place : document.getTakenPosition());
 }
 
 bool XmlIArchive::holds(ipUInt64 sizeInBytes)
 {
-  return perform([&] { return _impl->events.holds(sizeInBytes); });
+  const XmlDocument& document = _impl->document;
+  return sizeInBytes <= document.getSize() - document.getNextPosition();
 }
 
 ipUInt64 XmlIArchive::getMinItemSize() const
@@ -811,7 +702,7 @@ ipUInt64 XmlIArchive::getMinItemSize() const
 
 ipUInt64 XmlIArchive::getPosition() const
 {
-  return _impl->events.getPosition();
+  return _impl->document.getSize();
 }
 
 } // namespace orvel

@@ -20,7 +20,8 @@ namespace orvel
 namespace details
 {
 class InputOrigin;
-}
+struct XmlFailure;
+} // namespace details
 
 /// \brief Writes the XML format: UTF-8, indented, an element for every item.
 ///
@@ -96,9 +97,11 @@ private:
 
 /// \brief Reads the XML format. \see XmlOArchive
 ///
-/// One pass in pieces: memory does not grow with the file. Comments and white space between elements may
-/// stand anywhere; unknown elements and attributes, a DOCTYPE, and entities other than the five predefined
-/// ones are refused. Places in failures are line and column, from 1, columns in bytes.
+/// The file is parsed whole when the archive is opened; that takes about five times its size in memory.
+/// Comments and white space between elements may stand anywhere, CDATA sections and the line ends of other
+/// systems within texts; unknown elements and attributes, a DOCTYPE, and entities other than the five
+/// predefined ones and character references are refused. Places in failures are line and column of elements,
+/// from 1, columns in bytes; where an end was met too early, those of the element that ends.
 class ORVELSERIALIZATION_EXPORT XmlIArchive : public BaseIArchive
 {
 public:
@@ -135,24 +138,18 @@ protected:
 
 private:
   struct Impl;
-  struct Start;
-
   friend struct details::ArchiveAccess;
 
   XmlIArchive(std::string name, std::unique_ptr<details::InputOrigin> origin);
 
   template <class Operation>
   auto perform(Operation operation);
-  void readHeader();
-  Start expectStart(unsigned char element, const std::string& key);
-  void expectEnd();
-  std::string_view readItemText(const std::string& key, bool& isBase64);
-  std::string_view readValueText(const std::string& key);
+  [[noreturn]] void raiseXmlFailure(const details::XmlFailure& failure);
+  std::unique_ptr<Impl> load(std::unique_ptr<details::InputOrigin> origin) const;
+  std::string_view readText(const std::string& key);
   template <class Number>
   Number readNumber(const std::string& key, Number minimum, Number maximum);
-  std::string describeNext();
-  [[noreturn]] void raiseUnexpected(const std::string& expected);
-  SerializationObjectPtr createObject(std::string_view className);
+  SerializationObjectPtr createObject(const std::string& className);
 
   std::unique_ptr<Impl> _impl;
 };

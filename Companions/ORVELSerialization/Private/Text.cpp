@@ -10,9 +10,9 @@ namespace
 
 using Utf8 = boost::locale::utf::utf_traits<char>;
 
-/// Tells whether every character of a text is legal, by a test for the ASCII bytes and one for the others.
+/// Counts the bytes up to the first illegal character, by a test for the ASCII bytes and one for the others.
 template <class AsciiTest, class OtherTest>
-bool consistsOf(std::string_view text, AsciiTest isLegalAscii, OtherTest isLegalOther)
+std::size_t countLegal(std::string_view text, AsciiTest isLegalAscii, OtherTest isLegalOther)
 {
   const char* at = text.data();
   const char* const end = at + text.size();
@@ -22,31 +22,47 @@ bool consistsOf(std::string_view text, AsciiTest isLegalAscii, OtherTest isLegal
     if (byte < 0x80)
     {
       if (!isLegalAscii(byte))
-        return false;
+        break;
       ++at;
       continue;
     }
-    const boost::locale::utf::code_point point = Utf8::decode(at, end);
+    const char* next = at;
+    const boost::locale::utf::code_point point = Utf8::decode(next, end);
     if (point == boost::locale::utf::illegal || point == boost::locale::utf::incomplete ||
         !isLegalOther(point))
-      return false;
+      break;
+    at = next;
   }
-  return true;
+  return static_cast<std::size_t>(at - text.data());
+}
+
+/// Tells whether XML has a character beyond ASCII.
+bool isXmlCharacter(boost::locale::utf::code_point point)
+{
+  return point != 0xFFFE && point != 0xFFFF;
 }
 
 } // namespace
 
 bool isUtf8(std::string_view text)
 {
-  return consistsOf(
-      text, [](unsigned char) { return true; }, [](boost::locale::utf::code_point) { return true; });
+  return countLegal(
+             text, [](unsigned char) { return true; }, [](boost::locale::utf::code_point) { return true; }) ==
+         text.size();
 }
 
 bool isXmlText(std::string_view text)
 {
-  return consistsOf(
-      text, [](unsigned char byte) { return byte >= 0x20 || byte == '\t' || byte == '\n'; },
-      [](boost::locale::utf::code_point point) { return point != 0xFFFE && point != 0xFFFF; });
+  return countLegal(
+             text, [](unsigned char byte) { return byte >= 0x20 || byte == '\t' || byte == '\n'; },
+             isXmlCharacter) == text.size();
+}
+
+std::size_t countXmlText(std::string_view text)
+{
+  return countLegal(
+      text, [](unsigned char byte) { return byte >= 0x20 || byte == '\t' || byte == '\n' || byte == '\r'; },
+      isXmlCharacter);
 }
 
 std::string quoted(std::string_view text)

@@ -15,6 +15,9 @@ bool isUtf8(std::string_view text);
 /// and without the two non-characters that XML excludes.
 bool isXmlText(std::string_view text);
 
+/// Counts the bytes up to the first one that XML excludes; carriage returns are let pass.
+std::size_t countXmlText(std::string_view text);
+
 /// A text for messages: between quotation marks, bytes outside printable ASCII as \xNN, long ones cut.
 std::string quoted(std::string_view text);
 

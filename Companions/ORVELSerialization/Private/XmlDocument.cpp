@@ -1,0 +1,356 @@
+#include <ORVELSerialization/Private/XmlDocument.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cstring>
+#include <iterator>
+#include <new>
+
+#include <boost/locale/utf.hpp>
+
+#include <ORVELSerialization/Private/Text.h>
+
+namespace orvel::details
+{
+
+namespace
+{
+
+constexpr const char* elementNames[] = {"orvelArchive", "section", "item", "object", "pointer", "block"};
+
+constexpr const char* attributeNames[nbXmlAttributes] = {"format", "name", "key",  "id",      "class",
+                                                         "ref",    "null", "size", "encoding"};
+
+constexpr unsigned bitOf(XmlAttribute attribute)
+{
+  return 1U << static_cast<unsigned>(attribute);
+}
+
+/// The attributes that an element may have, by element.
+constexpr unsigned allowedAttributes[] = {bitOf(XmlAttribute::format),
+                                          bitOf(XmlAttribute::name),
+                                          bitOf(XmlAttribute::key) | bitOf(XmlAttribute::encoding),
+                                          bitOf(XmlAttribute::key),
+                                          bitOf(XmlAttribute::key) | bitOf(XmlAttribute::id) |
+                                              bitOf(XmlAttribute::className) | bitOf(XmlAttribute::ref) |
+                                              bitOf(XmlAttribute::null),
+                                          bitOf(XmlAttribute::size)};
+
+// Texts are decoded here: the parser would let unknown entities pass. A text stands in its element's own
+// value, which saves a node; blanks between elements are left out.
+constexpr unsigned parseFlags = pugi::parse_minimal | pugi::parse_cdata | pugi::parse_ws_pcdata_single |
+                                pugi::parse_embed_pcdata | pugi::parse_doctype | pugi::parse_fragment;
+
+bool isBlank(const char* text)
+{
+  return text[std::strspn(text, " \t\r\n")] == '\0';
+}
+
+bool isElement(pugi::xml_node node, XmlElement element)
+{
+  return node.type() == pugi::node_element && std::strcmp(node.name(), getElementName(element)) == 0;
+}
+
+/// Byte offset of a node; the parser knows that of an element's name.
+ipUInt64 positionOf(pugi::xml_node node)
+{
+  const std::ptrdiff_t offset = node.offset_debug();
+  if (offset < 0)
+    return 0;
+  return static_cast<ipUInt64>(node.type() == pugi::node_element ? std::max<std::ptrdiff_t>(offset - 1, 0)
+                                                                 : offset);
+}
+
+/// Appends the character that an entity stands for; its text is that between & and ;.
+bool appendEntity(std::string_view entity, std::string& text)
+{
+  if (entity == "amp")
+    text += '&';
+  else if (entity == "lt")
+    text += '<';
+  else if (entity == "gt")
+    text += '>';
+  else if (entity == "quot")
+    text += '"';
+  else if (entity == "apos")
+    text += '\'';
+  else
+  {
+    const bool isHexadecimal = entity.substr(0, 2) == "#x";
+    if (entity.substr(0, 1) != "#")
+      return false;
+    entity.remove_prefix(isHexadecimal ? 2 : 1);
+    boost::locale::utf::code_point point = 0;
+    const char* const end = entity.data() + entity.size();
+    const std::from_chars_result result = std::from_chars(entity.data(), end, point, isHexadecimal ? 16 : 10);
+    const bool isControl = point < 0x20 && point != '\t' && point != '\n' && point != '\r';
+    if (result.ec != std::errc() || result.ptr != end || isControl || point == 0xFFFE || point == 0xFFFF ||
+        !boost::locale::utf::is_valid_codepoint(point))
+      return false;
+    boost::locale::utf::utf_traits<char>::encode(point, std::back_inserter(text));
+  }
+  return true;
+}
+
+} // namespace
+
+const char* getElementName(XmlElement element)
+{
+  return elementNames[static_cast<std::size_t>(element)];
+}
+
+XmlDocument::XmlDocument(std::unique_ptr<InputOrigin> origin)
+{
+  readAll(*origin);
+}
+
+// Memory grows with what has really come; where the length is known it is right at once.
+void XmlDocument::readAll(InputOrigin& origin)
+{
+  ipUInt64 capacity = 0;
+  if (!origin.getLength(capacity))
+    capacity = 64 * 1024;
+  ++capacity; // so that the read that finds the end has room
+  for (;;)
+  {
+    if (_text == nullptr || _size == capacity)
+    {
+      capacity = _text == nullptr ? capacity : 2 * capacity;
+      char* const larger = static_cast<char*>(std::realloc(_text.get(), capacity));
+      if (larger == nullptr)
+        throw std::bad_alloc();
+      static_cast<void>(_text.release());
+      _text.reset(larger);
+    }
+    const std::size_t nbRead = origin.read(_text.get() + _size, capacity - _size);
+    if (nbRead == 0)
+      return;
+    _size += nbRead;
+  }
+}
+
+/// Refuses what is no UTF-8 and characters that XML excludes, and notes where lines begin.
+void XmlDocument::checkCharacters()
+{
+  const char* const begin = _text.get();
+  const char* const end = begin + _size;
+  _lineStarts.assign(1, 0);
+  for (const char* line = begin; line != end;)
+  {
+    const void* const lineFeed = std::memchr(line, '\n', static_cast<std::size_t>(end - line));
+    const char* const lineEnd = lineFeed == nullptr ? end : static_cast<const char*>(lineFeed) + 1;
+    unsigned nbUnusual = 0; // the line feed itself is one; counted so that the compiler can use vectors
+    for (const char* at = line; at != lineEnd; ++at)
+      nbUnusual += static_cast<unsigned char>(static_cast<unsigned char>(*at) - 0x20U) >= 0x60U ? 1U : 0U;
+    if (nbUnusual > 1 || lineFeed == nullptr)
+    {
+      const std::string_view text(line, static_cast<std::size_t>(lineEnd - line));
+      const std::size_t legal = countXmlText(text);
+      if (legal != text.size())
+        throw XmlFailure{XmlFailure::Kind::damaged, static_cast<ipUInt64>(line - begin) + legal,
+                         "a byte that is no UTF-8 or no character of XML", ""};
+    }
+    if (lineFeed != nullptr)
+      _lineStarts.push_back(static_cast<ipUInt64>(lineEnd - begin));
+    line = lineEnd;
+  }
+}
+
+const XmlAttributes& XmlDocument::open()
+{
+  using Kind = XmlFailure::Kind;
+  checkCharacters();
+  const std::string_view text(_text.get(), _size);
+  const bool hasEnd = text.rfind("</orvelArchive") != std::string_view::npos;
+  const pugi::xml_parse_result result =
+      _document.load_buffer_inplace(_text.get(), _size, parseFlags, pugi::encoding_utf8);
+  if (result.status == pugi::status_out_of_memory)
+    throw std::bad_alloc();
+
+  const pugi::xml_node first = _document.first_child();
+  if (first.type() == pugi::node_doctype)
+    throw XmlFailure{Kind::damaged, positionOf(first), "a DOCTYPE is not allowed", ""};
+  const bool isArchive = isElement(first, XmlElement::archive);
+  if (!result)
+  {
+    const Kind kind = !isArchive ? Kind::notAnArchive : hasEnd ? Kind::damaged : Kind::cutShort;
+    throw XmlFailure{kind, static_cast<ipUInt64>(result.offset), result.description(), ""};
+  }
+  if (!isArchive)
+    throw XmlFailure{Kind::notAnArchive, positionOf(first), "it is no XML or XML with other content", ""};
+  _next = first;
+  return enter(XmlElement::archive, nullptr);
+}
+
+void XmlDocument::raiseUnexpected(const std::string& expected) const
+{
+  throw XmlFailure{XmlFailure::Kind::unexpected, getNextPosition(), describeNext(), expected};
+}
+
+/// Looks at the next element, without taking it yet.
+pugi::xml_node XmlDocument::requireNext(XmlElement element, const std::string* key)
+{
+  bool isExpected = isElement(_next, element);
+  if (isExpected)
+  {
+    readAttributes(element);
+    isExpected = key == nullptr || _attributes.get(XmlAttribute::key) == *key;
+  }
+  if (!isExpected)
+    raiseUnexpected(getElementName(element) + (key == nullptr ? std::string() : " " + quoted(*key)));
+  _taken = _next;
+  return _next;
+}
+
+void XmlDocument::readAttributes(XmlElement element)
+{
+  for (std::string_view& value : _attributes._values)
+    value = {};
+  for (pugi::xml_attribute attribute = _next.first_attribute(); attribute;
+       attribute = attribute.next_attribute())
+  {
+    const char* const name = attribute.name();
+    const auto known =
+        std::find_if(std::begin(attributeNames), std::end(attributeNames),
+                     [name](const char* candidate) { return std::strcmp(candidate, name) == 0; });
+    const auto index = static_cast<std::size_t>(known - std::begin(attributeNames));
+    const bool isKnown =
+        index != nbXmlAttributes && (allowedAttributes[static_cast<std::size_t>(element)] >> index & 1U) != 0;
+    if (!isKnown || _attributes._values[index].data() != nullptr)
+      throw XmlFailure{XmlFailure::Kind::damaged, positionOf(_next),
+                       (isKnown ? "repeated attribute " : "unknown attribute ") + quoted(name) + " of " +
+                           getElementName(element),
+                       ""};
+    _attributes._values[index] =
+        decode(attribute.value(), true, _decodedAttributes[index], positionOf(_next));
+  }
+}
+
+const XmlAttributes& XmlDocument::take(XmlElement element, const std::string* key)
+{
+  enter(element, key);
+  leave();
+  return _attributes;
+}
+
+const XmlAttributes& XmlDocument::takeText(XmlElement element, const std::string* key, std::string_view& text,
+                                           bool isRaw)
+{
+  const pugi::xml_node node = requireNext(element, key);
+
+  // Its text is the element's value; only after a comment or a CDATA section there is more of it.
+  text = isRaw ? node.value() : decode(node.value(), false, _decodedText, positionOf(node));
+  if (!node.first_child().empty())
+  {
+    std::string joined(text);
+    for (const pugi::xml_node part : node.children())
+    {
+      if (part.type() == pugi::node_element)
+        throw XmlFailure{XmlFailure::Kind::damaged, positionOf(part),
+                         std::string("an element within ") + getElementName(element), ""};
+      std::string decoded;
+      joined += part.type() == pugi::node_cdata || isRaw
+                    ? std::string_view(part.value())
+                    : decode(part.value(), false, decoded, positionOf(part));
+    }
+    _decodedText.swap(joined);
+    text = _decodedText;
+  }
+  _next = node.next_sibling();
+  return _attributes;
+}
+
+const XmlAttributes& XmlDocument::enter(XmlElement element, const std::string* key)
+{
+  const pugi::xml_node node = requireNext(element, key);
+  if (!isBlank(node.value()))
+    throw XmlFailure{XmlFailure::Kind::unexpected, positionOf(node), "the text " + quoted(node.value()),
+                     std::string("elements or the end of ") + getElementName(element)};
+  _parent = node;
+  _next = node.first_child();
+  return _attributes;
+}
+
+void XmlDocument::leave()
+{
+  if (hasNext())
+    raiseUnexpected(std::string("the end of ") + _parent.name());
+  _next = _parent.next_sibling();
+  _parent = _parent.parent();
+}
+
+bool XmlDocument::hasBehindRoot() const
+{
+  return !_document.first_child().next_sibling().empty();
+}
+
+ipUInt64 XmlDocument::getBehindPosition() const
+{
+  return positionOf(_document.first_child().next_sibling());
+}
+
+std::string XmlDocument::describeNext() const
+{
+  if (_next.empty())
+    return isElement(_parent, XmlElement::archive) ? std::string("the end of the archive")
+                                                   : std::string("the end of ") + _parent.name();
+  if (_next.type() != pugi::node_element)
+    return "the text " + quoted(_next.value());
+  pugi::xml_attribute name = _next.attribute("key");
+  if (name.empty())
+    name = _next.attribute("name");
+  return _next.name() + (name.empty() ? std::string() : " " + quoted(name.value()));
+}
+
+ipUInt64 XmlDocument::getTakenPosition() const
+{
+  return positionOf(_taken);
+}
+
+ipUInt64 XmlDocument::getNextPosition() const
+{
+  return positionOf(_next.empty() ? _parent : _next);
+}
+
+std::string XmlDocument::getPlace(ipUInt64 position) const
+{
+  const auto next = std::upper_bound(_lineStarts.begin(), _lineStarts.end(), position);
+  if (next == _lineStarts.begin()) // before any character was looked at
+    return "line 1, column 1";
+  return "line " + std::to_string(next - _lineStarts.begin()) + ", column " +
+         std::to_string(position - *std::prev(next) + 1);
+}
+
+/// The text that XML stands for: entities replaced, line ends normalised; blanks in attributes become spaces.
+std::string_view XmlDocument::decode(const char* raw, bool isAttribute, std::string& decoded,
+                                     ipUInt64 position) const
+{
+  const std::string_view text = raw;
+  const char* const special = isAttribute ? "&\r\n\t" : "&\r";
+  if (text.find_first_of(special) == std::string_view::npos)
+    return text;
+  decoded.clear();
+  for (std::size_t index = 0; index < text.size(); ++index)
+  {
+    const char character = text[index];
+    if (character == '&')
+    {
+      const std::size_t end = text.find(';', index);
+      if (end == std::string_view::npos || !appendEntity(text.substr(index + 1, end - index - 1), decoded))
+        throw XmlFailure{
+            XmlFailure::Kind::damaged, position,
+            "unknown entity " + quoted(text.substr(index, std::min<std::size_t>(end - index + 1, 16))), ""};
+      index = end;
+    }
+    else if (character == '\r')
+    {
+      if (text.substr(index + 1, 1) != "\n")
+        decoded += isAttribute ? ' ' : '\n';
+    }
+    else
+      decoded += isAttribute && (character == '\n' || character == '\t') ? ' ' : character;
+  }
+  return decoded;
+}
+
+} // namespace orvel::details
