@@ -31,15 +31,15 @@ void BaseArchive::registerClassVersion(const std::string& className, ipUInt32 ve
 
 bool BaseArchive::isClassVersionRegistred(const std::string& className) const
 {
-  return _classNames.find(className) != details::NameTable::none;
+  return findClassVersion(className) != nullptr;
 }
 
 ipUInt32 BaseArchive::getRegisterClassVersion(const std::string& className) const
 {
-  const std::size_t number = _classNames.find(className);
-  if (number == details::NameTable::none)
+  const ipUInt32* const version = findClassVersion(className);
+  if (version == nullptr)
     throw std::out_of_range("No version of class " + className + " is registered in archive " + _name);
-  return _classVersions[number];
+  return *version;
 }
 
 void BaseArchive::endSection(bool unwinding) noexcept

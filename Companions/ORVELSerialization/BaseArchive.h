@@ -19,7 +19,8 @@ namespace orvel
 namespace details
 {
 struct ArchiveAccess;
-}
+class SectionScope;
+} // namespace details
 
 /// \brief Common base of the archives: class versions, sections, limits, and the state after a failure.
 ///
@@ -42,6 +43,14 @@ public:
 
   /// \brief Tell whether the version of a class is recorded.
   bool isClassVersionRegistred(const std::string& className) const;
+
+  /// \brief Return the recorded version, null if none is recorded; valid until the next call that records
+  /// one.
+  const ipUInt32* findClassVersion(const std::string& className) const
+  {
+    const std::size_t number = _classNames.find(className);
+    return number == details::NameTable::none ? nullptr : &_classVersions[number];
+  }
 
   /// \brief Return the recorded version.
   /// \throw std::out_of_range naming the class if none is recorded: ask isClassVersionRegistred() first
@@ -111,6 +120,7 @@ protected:
 
 private:
   friend class ArchiveSectionManager;
+  friend class details::SectionScope;
   friend struct details::ArchiveAccess;
   enum class State
   {
@@ -150,5 +160,41 @@ private:
   BaseArchive& _archive;
   int _nbExceptions; // in flight when the section was opened
 };
+
+namespace details
+{
+
+/// \brief A section whose end is told: finish() closes it and raises if that fails.
+///
+/// Without finish() the section is left because of an exception. What the item operators use: it spares the
+/// look at the exceptions in flight that ArchiveSectionManager takes twice.
+class SectionScope
+{
+public:
+  SectionScope(BaseArchive& archive, std::string_view name)
+    : _archive(archive)
+  {
+    archive.openSection(name);
+  }
+  ~SectionScope()
+  {
+    if (!_isFinished)
+      _archive.endSection(true);
+  }
+  SectionScope(const SectionScope&) = delete;
+  SectionScope& operator=(const SectionScope&) = delete;
+
+  void finish()
+  {
+    _isFinished = true;
+    _archive.closeSection();
+  }
+
+private:
+  BaseArchive& _archive;
+  bool _isFinished = false;
+};
+
+} // namespace details
 
 } // namespace orvel

@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <limits>
+#include <typeinfo>
 #include <utility>
 #include <vector>
 
@@ -59,21 +60,11 @@ struct BinaryOArchive::Impl
     --nbOpenArrays;
   }
 
-  void putClass(const std::string& name)
-  {
-    const std::size_t number = classes.find(name);
-    if (number != NameTable::none)
-    {
-      putHead(cbor::Major::unsignedInteger, number);
-      return;
-    }
-    classes.add(name);
-    putText(cbor::Major::text, name);
-  }
-
   ByteSink sink;
   FiledObjects objects;
   NameTable classes;
+  const std::type_info* latestType = nullptr; // of the object filed last, and the number of its class
+  std::size_t latestClass = 0;
   ipUInt64 nbOpenArrays = 0;
 };
 
@@ -141,17 +132,22 @@ void BinaryOArchive::writeBlock(const void* data, ipUInt64 sizeInBytes)
 
 void BinaryOArchive::writeObjectPtr(const SerializationOItem<SerializationObjectPtr>& item)
 {
+  moveObjectPtr(item.getKey(), SerializationObjectPtr(item.getValue()));
+}
+
+void BinaryOArchive::moveObjectPtr(const std::string& /*key*/, SerializationObjectPtr&& object)
+{
   perform(
       [&]
       {
-        const SerializationObjectPtr& object = item.getValue();
         if (!object)
         {
           _impl->sink.put(cbor::null);
           return;
         }
+        const BaseSerializationObject& filed = *object;
         bool isNew = false;
-        const ipUInt64 number = _impl->objects.enter(object, isNew);
+        const ipUInt64 number = _impl->objects.enter(std::move(object), isNew);
         if (!isNew)
         {
           _impl->putHead(cbor::Major::tag, cbor::referenceTag);
@@ -161,11 +157,39 @@ void BinaryOArchive::writeObjectPtr(const SerializationOItem<SerializationObject
         ObjectScope scope(*this);
         _impl->putHead(cbor::Major::tag, cbor::shareableTag);
         _impl->openArray();
-        _impl->putClass(object->getClassName());
-        ArchiveAccess::writeWhole(*this, *object);
+        putClass(filed);
+        ArchiveAccess::writeWhole(*this, filed);
         _impl->closeArray();
         scope.finish();
       });
+}
+
+/// Files the class of an object: its name the first time, its number after that.
+void BinaryOArchive::putClass(const BaseSerializationObject& object)
+{
+  // Objects of one class come in rows, and to ask an object for its name takes a lock.
+  const std::type_info& type = typeid(object);
+  if (_impl->latestType == &type)
+  {
+    _impl->putHead(cbor::Major::unsignedInteger, _impl->latestClass);
+    return;
+  }
+  const std::string& name = object.getClassName();
+  std::size_t number = _impl->classes.find(name);
+  if (number != NameTable::none)
+    _impl->putHead(cbor::Major::unsignedInteger, number);
+  else
+  {
+    number = _impl->classes.add(name);
+    _impl->putText(cbor::Major::text, name);
+  }
+  _impl->latestType = &type;
+  _impl->latestClass = number;
+}
+
+bool BinaryOArchive::filesSectionNames() const
+{
+  return false;
 }
 
 void BinaryOArchive::writeObject(const std::string& /*key*/, const BaseSerializationObject& object)
@@ -369,21 +393,34 @@ void BinaryIArchive::raiseOutOfRange(const std::string& value, const std::string
 
 void BinaryIArchive::expectArray(const char* what)
 {
-  const cbor::Head head = readHead();
-  if (head.first != static_cast<unsigned char>(cbor::openArray))
-    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eUnexpectedItem, std::string("the start of ") + what,
-                        describe(head));
+  ByteSource& source = _impl->source;
+  if (!source.ensure(1) || *source.begin() != cbor::openArray)
+    raiseNoArray(what);
+  source.take(source.begin() + 1);
   ++_impl->nbOpenArrays;
 }
 
 void BinaryIArchive::expectArrayEnd(const char* what)
 {
-  _impl->itemPosition = _impl->source.getPosition();
-  const cbor::Head head = readHead();
-  if (head.first != static_cast<unsigned char>(cbor::closeArray))
-    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eUnexpectedItem, std::string("the end of ") + what,
-                        describe(head));
+  ByteSource& source = _impl->source;
+  if (!source.ensure(1) || *source.begin() != cbor::closeArray)
+    raiseNoArrayEnd(what);
+  source.take(source.begin() + 1);
   --_impl->nbOpenArrays;
+}
+
+void BinaryIArchive::raiseNoArray(const char* what)
+{
+  _impl->itemPosition = _impl->source.getPosition();
+  ArchiveAccess::fail(*this, ORVEL_HERE, Message::eUnexpectedItem, std::string("the start of ") + what,
+                      describe(readHead()));
+}
+
+void BinaryIArchive::raiseNoArrayEnd(const char* what)
+{
+  _impl->itemPosition = _impl->source.getPosition();
+  ArchiveAccess::fail(*this, ORVEL_HERE, Message::eUnexpectedItem, std::string("the end of ") + what,
+                      describe(readHead()));
 }
 
 /// The content of a text or byte string whose head was read.
@@ -472,7 +509,7 @@ void BinaryIArchive::readObjectPtr(const SerializationIItem<SerializationObjectP
 
         ObjectScope scope(*this);
         expectArray("an object");
-        const SerializationObjectPtr object = createObject();
+        SerializationObjectPtr object = createObject();
         _impl->objects.push_back(object); // before its content: a cycle leads back to it
         ArchiveAccess::readWhole(*this, *object);
         expectArrayEnd("the object");

@@ -58,6 +58,8 @@ public:
 
   void writeBlock(const void* data, ipUInt64 sizeInBytes) override;
   void writeObjectPtr(const SerializationOItem<SerializationObjectPtr>& item) override;
+  void moveObjectPtr(const std::string& key, SerializationObjectPtr&& object) override;
+  bool filesSectionNames() const override; ///< false
   void writeObject(const std::string& key, const BaseSerializationObject& object) override;
   void writeBool(const std::string& key, bool value) override;
   void writeInteger(const std::string& key, ipInt64 value) override;
@@ -83,6 +85,7 @@ private:
   template <class Operation>
   void perform(Operation operation);
   [[noreturn]] void raiseWriteFailed(const char* reason);
+  void putClass(const BaseSerializationObject& object);
 
   std::unique_ptr<Impl> _impl;
 };
@@ -144,6 +147,8 @@ private:
   std::string describe(const details::cbor::Head& head);
   void expectArray(const char* what);
   void expectArrayEnd(const char* what);
+  [[noreturn]] void raiseNoArray(const char* what);
+  [[noreturn]] void raiseNoArrayEnd(const char* what);
   void readContent(const details::cbor::Head& head, std::string& content);
   void readHeader();
   SerializationObjectPtr createObject();

@@ -11,24 +11,26 @@ void writeClassVersion(BaseOArchive& archive, const std::string& className, ipUI
   if (archive.isClassVersionRegistred(className))
     return;
   const ipUInt32 version = getVersion();
-  const ArchiveSectionManager section(archive, className);
+  SectionScope section(archive, className);
   archive << SerializationOItem("version", version);
   archive.registerClassVersion(className, version);
+  section.finish();
 }
 
 ipUInt32 readClassVersion(BaseIArchive& archive, const std::string& className, ipUInt32 (*getVersion)(),
                           const SourceLocation& here)
 {
-  if (archive.isClassVersionRegistred(className))
-    return archive.getRegisterClassVersion(className);
+  if (const ipUInt32* registered = archive.findClassVersion(className))
+    return *registered;
 
-  const ArchiveSectionManager section(archive, className);
+  SectionScope section(archive, className);
   ipUInt32 version = 0;
   archive >> SerializationIItem("version", version);
   const ipUInt32 supportedVersion = getVersion();
   if (version > supportedVersion)
     raise(here, eORVELSerializationMessage::eUnsupportedClassVersion, version, className, supportedVersion);
   archive.registerClassVersion(className, version);
+  section.finish();
   return version;
 }
 

@@ -5,6 +5,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <cstddef>
 #include <string>
 #include <utility>
 
@@ -28,6 +29,13 @@ public:
   {
   }
 
+  template <std::size_t N>
+  SerializationOItem(const char (&key)[N], const T& value) ///< a literal: its length is known beforehand
+    : _key(key, std::char_traits<char>::length(key))
+    , _value(value)
+  {
+  }
+
   const std::string& getKey() const { return _key; }
   const T& getValue() const { return _value; }
 
@@ -43,6 +51,13 @@ class SerializationIItem
 public:
   SerializationIItem(std::string key, T& value)
     : _key(std::move(key))
+    , _value(value)
+  {
+  }
+
+  template <std::size_t N>
+  SerializationIItem(const char (&key)[N], T& value) ///< a literal: its length is known beforehand
+    : _key(key, std::char_traits<char>::length(key))
     , _value(value)
   {
   }

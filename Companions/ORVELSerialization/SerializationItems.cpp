@@ -70,8 +70,9 @@ private:
 
 } // namespace
 
-SharedPtrSection::SharedPtrSection(BaseOArchive& archive, const std::string& typeName)
-  : _section(archive, SharedPtrSectionName(typeName).get())
+SharedPtrSection::SharedPtrSection(BaseOArchive& archive, const std::string& (*getTypeName)())
+  : _section(archive,
+             archive.filesSectionNames() ? SharedPtrSectionName(getTypeName()).get() : std::string_view())
 {
 }
 

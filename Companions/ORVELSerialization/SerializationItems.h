@@ -71,14 +71,16 @@ inline constexpr bool isSharedPtr = false;
 template <class E>
 inline constexpr bool isSharedPtr<boost::shared_ptr<E>> = true;
 
-/// \brief Opens section("shared_ptr<" + typeName + ">").
+/// \brief Opens section("shared_ptr<" + type name + ">"), or a nameless one if the archive files no names.
 class ORVELSERIALIZATION_EXPORT SharedPtrSection
 {
 public:
-  SharedPtrSection(BaseOArchive& archive, const std::string& typeName);
+  SharedPtrSection(BaseOArchive& archive, const std::string& (*getTypeName)());
+
+  void finish() { _section.finish(); }
 
 private:
-  ArchiveSectionManager _section;
+  SectionScope _section;
 };
 
 } // namespace details
@@ -163,24 +165,27 @@ operator>>(BaseIArchive& archive, const SerializationIItem<T>& item)
 template <class E>
 BaseOArchive& operator<<(BaseOArchive& archive, const SerializationOItem<boost::shared_ptr<E>>& item)
 {
-  const ArchiveSectionManager section(archive, item.getKey());
-  const details::SharedPtrSection pointerSection(archive, E::getTypeName());
+  details::SectionScope section(archive, item.getKey());
+  details::SharedPtrSection pointerSection(archive, &E::getTypeName);
   // The archive does not change the object; its interface has one pointer type for both directions.
-  const SerializationObjectPtr object = boost::const_pointer_cast<std::remove_const_t<E>>(item.getValue());
-  archive.writeObjectPtr(SerializationOItem<SerializationObjectPtr>("pObject", object));
+  archive.moveObjectPtr("pObject", boost::const_pointer_cast<std::remove_const_t<E>>(item.getValue()));
+  pointerSection.finish();
+  section.finish();
   return archive;
 }
 
 template <class E>
 BaseIArchive& operator>>(BaseIArchive& archive, const SerializationIItem<boost::shared_ptr<E>>& item)
 {
-  const ArchiveSectionManager section(archive, item.getKey());
-  const ArchiveSectionManager pointerSection(archive, "shared_ptr<>");
+  details::SectionScope section(archive, item.getKey());
+  details::SectionScope pointerSection(archive, "shared_ptr<>");
   SerializationObjectPtr object;
-  archive.readObjectPtr(SerializationIItem<SerializationObjectPtr>("pObject", object));
+  archive.readObjectPtr(SerializationIItem("pObject", object));
   if (archive.isUntrusted() && object && dynamic_cast<const E*>(object.get()) == nullptr)
     archive.raiseWrongClass(object->getClassName(), E::getTypeName());
-  item.getValue() = boost::static_pointer_cast<E>(object);
+  pointerSection.finish();
+  section.finish();
+  item.getValue() = boost::static_pointer_cast<E>(std::move(object));
   return archive;
 }
 /// \}
@@ -214,55 +219,41 @@ inline ipUInt32 readCount(BaseIArchive& archive)
   return count;
 }
 
-} // namespace details
-
-/// \name Containers
-/// \{
-
 template <class E, class A>
-BaseOArchive& operator<<(BaseOArchive& archive, const SerializationOItem<std::vector<E, A>>& item)
+void writeElements(BaseOArchive& archive, const std::vector<E, A>& values)
 {
-  const ArchiveSectionManager section(archive, item.getKey());
-  const ArchiveSectionManager vectorSection(archive, "vector");
-  const std::vector<E, A>& values = item.getValue();
-  details::writeCount(archive, values.size());
-  if constexpr (details::isBlockElement<E>)
+  if constexpr (isBlockElement<E>)
   {
     if (!archive.isElementWise())
     {
       archive.writeBlock(values.data(), values.size() * sizeof(E));
-      return archive;
+      return;
     }
   }
   for (std::size_t index = 0; index < values.size(); ++index)
   {
     if constexpr (std::is_same_v<E, bool>)
-      archive.writeBool("value", values[index]);
+      archive.writeBool("value", values[index]); // the vector holds no bool to refer to
     else
       archive << SerializationOItem<E>("value", values[index]);
   }
-  return archive;
 }
 
 template <class E, class A>
-BaseIArchive& operator>>(BaseIArchive& archive, const SerializationIItem<std::vector<E, A>>& item)
+void readElements(BaseIArchive& archive, std::vector<E, A>& values, ipUInt32 count)
 {
-  const ArchiveSectionManager section(archive, item.getKey());
-  const ArchiveSectionManager vectorSection(archive, "vector");
-  std::vector<E, A>& values = item.getValue();
-  const ipUInt32 count = details::readCount(archive);
-  if constexpr (details::isBlockElement<E>)
+  if constexpr (isBlockElement<E>)
   {
     if (!archive.isElementWise())
     {
       archive.checkBlock(count, sizeof(E));
       values.resize(count);
       archive.readBlock(values.data(), values.size() * sizeof(E));
-      return archive;
+      return;
     }
   }
   archive.checkCount(count);
-  if constexpr (details::isSharedPtr<E>)
+  if constexpr (isSharedPtr<E>)
     values.clear(); // the old objects are let go before new ones are made
   values.resize(count);
   for (std::size_t index = 0; index < count; ++index)
@@ -272,25 +263,55 @@ BaseIArchive& operator>>(BaseIArchive& archive, const SerializationIItem<std::ve
     else
       archive >> SerializationIItem<E>("value", values[index]);
   }
+}
+
+} // namespace details
+
+/// \name Containers
+/// \{
+
+template <class E, class A>
+BaseOArchive& operator<<(BaseOArchive& archive, const SerializationOItem<std::vector<E, A>>& item)
+{
+  details::SectionScope section(archive, item.getKey());
+  details::SectionScope vectorSection(archive, "vector");
+  const std::vector<E, A>& values = item.getValue();
+  details::writeCount(archive, values.size());
+  details::writeElements(archive, values);
+  vectorSection.finish();
+  section.finish();
+  return archive;
+}
+
+template <class E, class A>
+BaseIArchive& operator>>(BaseIArchive& archive, const SerializationIItem<std::vector<E, A>>& item)
+{
+  details::SectionScope section(archive, item.getKey());
+  details::SectionScope vectorSection(archive, "vector");
+  details::readElements(archive, item.getValue(), details::readCount(archive));
+  vectorSection.finish();
+  section.finish();
   return archive;
 }
 
 template <class E, class C, class A>
 BaseOArchive& operator<<(BaseOArchive& archive, const SerializationOItem<std::set<E, C, A>>& item)
 {
-  const ArchiveSectionManager section(archive, item.getKey());
-  const ArchiveSectionManager setSection(archive, "set");
+  details::SectionScope section(archive, item.getKey());
+  details::SectionScope setSection(archive, "set");
   details::writeCount(archive, item.getValue().size());
   for (const E& element : item.getValue())
     archive << SerializationOItem<E>("key", element);
+  setSection.finish();
+  section.finish();
   return archive;
 }
 
 template <class E, class C, class A>
 BaseIArchive& operator>>(BaseIArchive& archive, const SerializationIItem<std::set<E, C, A>>& item)
 {
-  const ArchiveSectionManager section(archive, item.getKey());
-  const ArchiveSectionManager setSection(archive, "set");
+  details::SectionScope section(archive, item.getKey());
+  details::SectionScope setSection(archive, "set");
   std::set<E, C, A>& elements = item.getValue();
   elements.clear();
   const ipUInt32 count = details::readCount(archive);
@@ -301,28 +322,32 @@ BaseIArchive& operator>>(BaseIArchive& archive, const SerializationIItem<std::se
     archive >> SerializationIItem<E>("key", element);
     elements.insert(elements.end(), std::move(element)); // archives hold them in order
   }
+  setSection.finish();
+  section.finish();
   return archive;
 }
 
 template <class K, class V, class C, class A>
 BaseOArchive& operator<<(BaseOArchive& archive, const SerializationOItem<std::map<K, V, C, A>>& item)
 {
-  const ArchiveSectionManager section(archive, item.getKey());
-  const ArchiveSectionManager mapSection(archive, "map");
+  details::SectionScope section(archive, item.getKey());
+  details::SectionScope mapSection(archive, "map");
   details::writeCount(archive, item.getValue().size());
   for (const auto& [key, value] : item.getValue())
   {
     archive << SerializationOItem<K>("key", key);
     archive << SerializationOItem<V>("value", value);
   }
+  mapSection.finish();
+  section.finish();
   return archive;
 }
 
 template <class K, class V, class C, class A>
 BaseIArchive& operator>>(BaseIArchive& archive, const SerializationIItem<std::map<K, V, C, A>>& item)
 {
-  const ArchiveSectionManager section(archive, item.getKey());
-  const ArchiveSectionManager mapSection(archive, "map");
+  details::SectionScope section(archive, item.getKey());
+  details::SectionScope mapSection(archive, "map");
   std::map<K, V, C, A>& entries = item.getValue();
   entries.clear();
   const ipUInt32 count = details::readCount(archive);
@@ -335,6 +360,8 @@ BaseIArchive& operator>>(BaseIArchive& archive, const SerializationIItem<std::ma
     archive >> SerializationIItem<V>("value", value);
     entries.insert_or_assign(entries.end(), std::move(key), std::move(value)); // archives hold them in order
   }
+  mapSection.finish();
+  section.finish();
   return archive;
 }
 /// \}

@@ -233,7 +233,7 @@ void XmlOArchive::writeObjectPtr(const SerializationOItem<SerializationObjectPtr
       {
         const SerializationObjectPtr& object = item.getValue();
         bool isNew = false;
-        const ipUInt64 number = object ? _impl->objects.enter(object, isNew) + 1 : 0;
+        const ipUInt64 number = object ? _impl->objects.enter(SerializationObjectPtr(object), isNew) + 1 : 0;
 
         _impl->indent();
         _impl->sink.append("<pointer key=\"");

@@ -18,10 +18,10 @@ SerializationObjectPtr ObjectClass::create(Problem& problem)
   problem = Problem::unknown;
   if (_create == nullptr)
     return nullptr;
-  const DynamicObjectPtr object = _create();
+  DynamicObjectPtr object = _create();
   problem = Problem::none;
   if (_isSerializable)
-    return boost::static_pointer_cast<BaseSerializationObject>(object);
+    return boost::static_pointer_cast<BaseSerializationObject>(std::move(object));
   SerializationObjectPtr serializable = boost::dynamic_pointer_cast<BaseSerializationObject>(object);
   if (serializable)
     _isSerializable = true;

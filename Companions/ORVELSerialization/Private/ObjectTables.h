@@ -7,7 +7,10 @@
 #include <ORVELUtil/ScalarTypes.h>
 
 #include <cstdint>
+#include <limits>
+#include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace orvel::details
@@ -18,59 +21,64 @@ namespace orvel::details
 class FiledObjects
 {
 public:
-  /// Returns the object's number, and enters it as the next one if it is new.
+  /// Returns the object's number; a new object is entered as the next one.
   /// \param isNew tells whether it was entered
-  ipUInt64 enter(const SerializationObjectPtr& object, bool& isNew)
+  ipUInt64 enter(SerializationObjectPtr&& object, bool& isNew)
   {
     if (2 * _objects.size() >= _slots.size())
       grow();
-    for (std::size_t slot = hash(object.get());; ++slot)
+    const ipUInt64 hash = hashOf(object.get());
+    for (std::size_t index = placeOf(hash);; index = (index + 1) & (_slots.size() - 1))
     {
-      Slot& candidate = _slots[slot & (_slots.size() - 1)];
-      if (candidate.object == nullptr)
+      Slot& slot = _slots[index];
+      isNew = slot.numberPlusOne == 0;
+      if (isNew)
       {
-        candidate = {object.get(), _objects.size()};
-        _objects.push_back(object);
-        isNew = true;
-        return candidate.number;
+        _objects.push_back(std::move(object));
+        slot = {static_cast<ipUInt32>(_objects.size()), static_cast<ipUInt32>(hash)};
+        return _objects.size() - 1;
       }
-      if (candidate.object == object.get())
-      {
-        isNew = false;
-        return candidate.number;
-      }
+      if (slot.hash == static_cast<ipUInt32>(hash) && _objects[slot.numberPlusOne - 1] == object)
+        return slot.numberPlusOne - 1;
     }
   }
 
 private:
-  struct Slot
+  struct Slot // small, as most look-ups wait for the memory that it lies in
   {
-    const BaseSerializationObject* object = nullptr;
-    ipUInt64 number = 0;
+    ipUInt32 numberPlusOne = 0; // 0: free
+    ipUInt32 hash = 0;          // the lower half
   };
 
-  static std::size_t hash(const BaseSerializationObject* object)
+  /// Fibonacci hashing: the upper bits of the product depend on every bit of the address.
+  static ipUInt64 hashOf(const BaseSerializationObject* object)
   {
-    // Fibonacci hashing: the products' upper bits depend on every bit of the address.
-    return static_cast<std::size_t>((reinterpret_cast<std::uintptr_t>(object) >> 4U) * 0x9E3779B97F4A7C15U) >>
-           20U;
+    return (reinterpret_cast<std::uintptr_t>(object) >> 4U) * 0x9E3779B97F4A7C15U;
   }
+
+  std::size_t placeOf(ipUInt64 hash) const { return hash >> (64U - _log2Slots); }
 
   void grow()
   {
-    std::vector<Slot> slots(_slots.empty() ? 64 : 2 * _slots.size());
+    if (_objects.size() >= std::numeric_limits<ipUInt32>::max() / 2)
+      throw std::length_error("more shared objects than an archive can number");
+    const unsigned log2Slots = _slots.empty() ? 6 : _log2Slots + 1;
+    std::vector<Slot> slots(std::size_t{1} << log2Slots);
+    _slots.swap(slots);
+    _log2Slots = log2Slots;
     for (std::size_t number = 0; number < _objects.size(); ++number)
     {
-      std::size_t slot = hash(_objects[number].get());
-      while (slots[slot & (slots.size() - 1)].object != nullptr)
-        ++slot;
-      slots[slot & (slots.size() - 1)] = {_objects[number].get(), number};
+      const ipUInt64 hash = hashOf(_objects[number].get());
+      std::size_t index = placeOf(hash);
+      while (_slots[index].numberPlusOne != 0)
+        index = (index + 1) & (_slots.size() - 1);
+      _slots[index] = {static_cast<ipUInt32>(number + 1), static_cast<ipUInt32>(hash)};
     }
-    _slots.swap(slots);
   }
 
   std::vector<SerializationObjectPtr> _objects; // by number
   std::vector<Slot> _slots;                     // a power of two of them, at most half of them taken
+  unsigned _log2Slots = 0;
 };
 
 /// A class that shared objects of an archive have, ready to make more of them.
