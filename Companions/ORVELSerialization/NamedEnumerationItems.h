@@ -34,6 +34,9 @@ ORVELSERIALIZATION_EXPORT ipUInt64 readEnumeration(BaseIArchive& archive, const 
 } // namespace orvel::details
 
 /// Defines the two item operators of an enumeration, within the namespace.
+///
+/// Failures name the operator by its full signature. It is spelled out here: compilers leave the namespace
+/// out of the parameters of a function that is no member.
 #define ORVEL_DEFINE_ENUMERATION_ITEMS(Enumeration)                                                          \
   BaseOArchive& operator<<(BaseOArchive& archive, const SerializationOItem<Enumeration>& item)               \
   {                                                                                                          \
@@ -43,7 +46,11 @@ ORVELSERIALIZATION_EXPORT ipUInt64 readEnumeration(BaseIArchive& archive, const 
   }                                                                                                          \
   BaseIArchive& operator>>(BaseIArchive& archive, const SerializationIItem<Enumeration>& item)               \
   {                                                                                                          \
+    const ::orvel::SourceLocation here = {                                                                   \
+        "orvel::BaseIArchive& orvel::operator>>(orvel::BaseIArchive&, const "                                \
+        "orvel::SerializationIItem<orvel::" #Enumeration ">&)",                                              \
+        __FILE__, __LINE__};                                                                                 \
     item.getValue() = Enumeration(                                                                           \
-        ::orvel::details::readEnumeration(archive, item.getKey(), &Enumeration::findText, ORVEL_HERE));      \
+        ::orvel::details::readEnumeration(archive, item.getKey(), &Enumeration::findText, here));            \
     return archive;                                                                                          \
   }
