@@ -1,7 +1,10 @@
 #include <ORVELSerialization/XmlArchive.h>
 
 #include <algorithm>
+#include <array>
+#include <cstring>
 #include <limits>
+#include <typeinfo>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -48,16 +51,22 @@ constexpr std::string_view getEscape(char character, bool inAttribute)
   }
 }
 
-/// Tells whether no character of a text has an escape.
+/// Tells whether a text stands for itself: printable ASCII without escapes.
 bool isPlain(std::string_view text)
 {
-  return std::none_of(text.begin(), text.end(),
-                      [](char character)
-                      {
-                        return character == '&' || character == '<' || character == '>' || character == '"' ||
-                               static_cast<unsigned char>(character) < 0x20 ||
-                               static_cast<unsigned char>(character) >= 0x7F;
-                      });
+  static constexpr std::array<bool, 256> isSpecial = []
+  {
+    std::array<bool, 256> special = {};
+    for (std::size_t code = 0; code < special.size(); ++code)
+      special[code] = code < 0x20 || code >= 0x7F;
+    for (const char character : std::string_view("&<>\""))
+      special[static_cast<unsigned char>(character)] = true;
+    return special;
+  }();
+  bool hasSpecial = false;
+  for (const char character : text)
+    hasSpecial |= isSpecial[static_cast<unsigned char>(character)];
+  return !hasSpecial;
 }
 
 } // namespace
@@ -73,20 +82,28 @@ struct XmlOArchive::Impl
 
   void indent()
   {
-    static constexpr std::string_view blanks = "                                ";
-    for (std::size_t left = 2 * level; left != 0;)
+    constexpr std::size_t piece = 32;
+    static constexpr char blanks[] = "                                ";
+    static_assert(sizeof(blanks) == piece + 1);
+    for (std::size_t left = 2 * level;; left -= piece)
     {
-      const std::size_t piece = std::min(left, blanks.size());
-      sink.append(blanks.substr(0, piece));
-      left -= piece;
+      // A whole piece each time, as a copy of constant size; only what is wanted of it is kept.
+      char* const to = sink.reserve(piece);
+      std::memcpy(to, blanks, piece);
+      if (left <= piece)
+      {
+        sink.advance(to + left);
+        return;
+      }
+      sink.advance(to + piece);
     }
   }
 
-  void putEscaped(std::string_view text, bool inAttribute)
+  void putEscaped(std::string_view text)
   {
     for (const char character : text)
     {
-      const std::string_view escape = getEscape(character, inAttribute);
+      const std::string_view escape = getEscape(character, false);
       if (escape.empty())
         sink.put(character);
       else
@@ -119,6 +136,10 @@ struct XmlOArchive::Impl
   ByteSink sink;
   std::size_t level = 0; // elements that are open
   FiledObjects objects;
+  std::string latestName; // that had escapes, and its form with them: names come in rows
+  std::string latestEscapedName;
+  const std::type_info* latestType = nullptr; // of the object filed last, and its class name
+  const std::string* latestClassName = nullptr;
 };
 
 XmlOArchive::XmlOArchive(std::string name, std::unique_ptr<Impl> impl)
@@ -177,10 +198,38 @@ void XmlOArchive::putName(std::string_view name)
 {
   if (isPlain(name))
     _impl->sink.append(name);
-  else if (isXmlText(name))
-    _impl->putEscaped(name, true);
   else
-    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eInvalidKey, quoted(name));
+    putEscapedName(name);
+}
+
+void XmlOArchive::putEscapedName(std::string_view name)
+{
+  if (name != _impl->latestName)
+  {
+    if (!isXmlText(name))
+      ArchiveAccess::fail(*this, ORVEL_HERE, Message::eInvalidKey, quoted(name));
+    std::string escaped;
+    for (const char character : name)
+    {
+      const std::string_view escape = getEscape(character, true);
+      escaped += escape.empty() ? std::string_view(&character, 1) : escape;
+    }
+    _impl->latestEscapedName.swap(escaped);
+    _impl->latestName = name;
+  }
+  _impl->sink.append(_impl->latestEscapedName);
+}
+
+/// The class name of an object; to ask an object for it takes a lock, and objects of one class come in rows.
+const std::string& XmlOArchive::getClassNameOf(const BaseSerializationObject& object)
+{
+  const std::type_info& type = typeid(object);
+  if (_impl->latestType != &type)
+  {
+    _impl->latestClassName = &object.getClassName();
+    _impl->latestType = &type;
+  }
+  return *_impl->latestClassName;
 }
 
 /// An item whose text needs no escapes.
@@ -228,17 +277,22 @@ void XmlOArchive::writeBlock(const void* data, ipUInt64 sizeInBytes)
 
 void XmlOArchive::writeObjectPtr(const SerializationOItem<SerializationObjectPtr>& item)
 {
+  moveObjectPtr(item.getKey(), SerializationObjectPtr(item.getValue()));
+}
+
+void XmlOArchive::moveObjectPtr(const std::string& key, SerializationObjectPtr&& object)
+{
   perform(
       [&]
       {
-        const SerializationObjectPtr& object = item.getValue();
+        const BaseSerializationObject* const filed = object.get();
         bool isNew = false;
-        const ipUInt64 number = object ? _impl->objects.enter(SerializationObjectPtr(object), isNew) + 1 : 0;
+        const ipUInt64 number = filed != nullptr ? _impl->objects.enter(std::move(object), isNew) + 1 : 0;
 
         _impl->indent();
         _impl->sink.append("<pointer key=\"");
-        putName(item.getKey());
-        if (!object)
+        putName(key);
+        if (filed == nullptr)
         {
           _impl->sink.append("\" null=\"true\"/>\n");
           return;
@@ -253,10 +307,10 @@ void XmlOArchive::writeObjectPtr(const SerializationOItem<SerializationObjectPtr
         }
         ObjectScope scope(*this);
         _impl->sink.append("\" class=\"");
-        putName(object->getClassName());
+        putName(getClassNameOf(*filed));
         _impl->sink.append("\">\n");
         ++_impl->level;
-        ArchiveAccess::writeWhole(*this, *object);
+        ArchiveAccess::writeWhole(*this, *filed);
         _impl->putEnd(getElementName(XmlElement::pointer));
         scope.finish();
       });
@@ -324,7 +378,7 @@ void XmlOArchive::writeString(const std::string& key, std::string_view value)
         if (isXmlText(value))
         {
           _impl->sink.append("\">");
-          _impl->putEscaped(value, false);
+          _impl->putEscaped(value);
         }
         else
         {
@@ -467,11 +521,11 @@ bool XmlIArchive::isElementWise() const
   return true;
 }
 
-/// Reads an item that is no string: its text needs no encoding.
+/// Reads an item that is no string: its text needs no encoding. What is no plain text comes as it stands.
 std::string_view XmlIArchive::readText(const std::string& key)
 {
   std::string_view text;
-  const XmlAttributes& attributes = _impl->document.takeText(XmlElement::item, &key, text, false);
+  const XmlAttributes& attributes = _impl->document.takeText(XmlElement::item, &key, text);
   if (attributes.has(XmlAttribute::encoding))
     raiseInvalidValue(std::string(text), key);
   return text;
@@ -506,7 +560,7 @@ void XmlIArchive::readBlock(void* data, ipUInt64 sizeInBytes)
       [&]
       {
         std::string_view text;
-        const XmlAttributes& attributes = _impl->document.takeText(XmlElement::block, nullptr, text, true);
+        const XmlAttributes& attributes = _impl->document.takeText(XmlElement::block, nullptr, text);
         ipUInt64 filedSize = 0;
         if (parseNumber(attributes.get(XmlAttribute::size), filedSize) != ParseResult::ok)
           ArchiveAccess::fail(*this, ORVEL_HERE, Message::eDamaged, "a block without its size");
@@ -623,7 +677,7 @@ void XmlIArchive::readString(const std::string& key, std::string& value)
       [&]
       {
         std::string_view text;
-        const XmlAttributes& attributes = _impl->document.takeText(XmlElement::item, &key, text, false);
+        const XmlAttributes& attributes = _impl->document.takeText(XmlElement::item, &key, text);
         if (!attributes.has(XmlAttribute::encoding))
         {
           value = text;

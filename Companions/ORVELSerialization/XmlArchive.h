@@ -65,6 +65,7 @@ public:
 
   void writeBlock(const void* data, ipUInt64 sizeInBytes) override;
   void writeObjectPtr(const SerializationOItem<SerializationObjectPtr>& item) override;
+  void moveObjectPtr(const std::string& key, SerializationObjectPtr&& object) override;
   void writeObject(const std::string& key, const BaseSerializationObject& object) override;
   void writeBool(const std::string& key, bool value) override;
   void writeInteger(const std::string& key, ipInt64 value) override;
@@ -90,6 +91,8 @@ private:
   void perform(Operation operation);
   [[noreturn]] void raiseWriteFailed(const char* reason);
   void putName(std::string_view name);
+  void putEscapedName(std::string_view name);
+  const std::string& getClassNameOf(const BaseSerializationObject& object);
   void putItem(const std::string& key, std::string_view text);
 
   std::unique_ptr<Impl> _impl;

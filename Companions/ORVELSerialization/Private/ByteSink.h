@@ -85,6 +85,12 @@ public:
     *reserve(1) = byte;
     ++_at;
   }
+  template <std::size_t N>
+  void append(const char (&literal)[N]) ///< a copy of constant size
+  {
+    std::memcpy(reserve(N - 1), literal, N - 1);
+    _at += N - 1;
+  }
   void append(std::string_view text) { append(text.data(), text.size()); }
   void append(const char* data, std::size_t size)
   {

@@ -1,6 +1,7 @@
 #include <ORVELSerialization/Private/XmlDocument.h>
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstring>
 #include <iterator>
@@ -40,6 +41,27 @@ constexpr unsigned allowedAttributes[] = {bitOf(XmlAttribute::format),
 // value, which saves a node; blanks between elements are left out.
 constexpr unsigned parseFlags = pugi::parse_minimal | pugi::parse_cdata | pugi::parse_ws_pcdata_single |
                                 pugi::parse_embed_pcdata | pugi::parse_doctype | pugi::parse_fragment;
+
+constexpr unsigned char specialInText = 1;
+constexpr unsigned char specialInAttribute = 2;
+
+/// What must be replaced when it is met, by character.
+constexpr std::array<unsigned char, 256> specialCharacters = []
+{
+  std::array<unsigned char, 256> special = {};
+  special['&'] = special['\r'] = specialInText | specialInAttribute;
+  special['\n'] = special['\t'] = specialInAttribute;
+  return special;
+}();
+
+/// The number of an attribute's name, nbXmlAttributes if it is unknown.
+std::size_t findAttributeName(const char* name)
+{
+  for (std::size_t index = 0; index < nbXmlAttributes; ++index)
+    if (attributeNames[index][0] == name[0] && std::strcmp(attributeNames[index], name) == 0)
+      return index;
+  return nbXmlAttributes;
+}
 
 bool isBlank(const char* text)
 {
@@ -210,10 +232,7 @@ void XmlDocument::readAttributes(XmlElement element)
        attribute = attribute.next_attribute())
   {
     const char* const name = attribute.name();
-    const auto known =
-        std::find_if(std::begin(attributeNames), std::end(attributeNames),
-                     [name](const char* candidate) { return std::strcmp(candidate, name) == 0; });
-    const auto index = static_cast<std::size_t>(known - std::begin(attributeNames));
+    const std::size_t index = findAttributeName(name);
     const bool isKnown =
         index != nbXmlAttributes && (allowedAttributes[static_cast<std::size_t>(element)] >> index & 1U) != 0;
     if (!isKnown || _attributes._values[index].data() != nullptr)
@@ -221,8 +240,7 @@ void XmlDocument::readAttributes(XmlElement element)
                        (isKnown ? "repeated attribute " : "unknown attribute ") + quoted(name) + " of " +
                            getElementName(element),
                        ""};
-    _attributes._values[index] =
-        decode(attribute.value(), true, _decodedAttributes[index], positionOf(_next));
+    _attributes._values[index] = decode(attribute.value(), true, _decodedAttributes[index], _next);
   }
 }
 
@@ -233,13 +251,12 @@ const XmlAttributes& XmlDocument::take(XmlElement element, const std::string* ke
   return _attributes;
 }
 
-const XmlAttributes& XmlDocument::takeText(XmlElement element, const std::string* key, std::string_view& text,
-                                           bool isRaw)
+const XmlAttributes& XmlDocument::takeText(XmlElement element, const std::string* key, std::string_view& text)
 {
   const pugi::xml_node node = requireNext(element, key);
 
   // Its text is the element's value; only after a comment or a CDATA section there is more of it.
-  text = isRaw ? node.value() : decode(node.value(), false, _decodedText, positionOf(node));
+  text = decode(node.value(), false, _decodedText, node);
   if (!node.first_child().empty())
   {
     std::string joined(text);
@@ -249,9 +266,8 @@ const XmlAttributes& XmlDocument::takeText(XmlElement element, const std::string
         throw XmlFailure{XmlFailure::Kind::damaged, positionOf(part),
                          std::string("an element within ") + getElementName(element), ""};
       std::string decoded;
-      joined += part.type() == pugi::node_cdata || isRaw
-                    ? std::string_view(part.value())
-                    : decode(part.value(), false, decoded, positionOf(part));
+      joined += part.type() == pugi::node_cdata ? std::string_view(part.value())
+                                                : decode(part.value(), false, decoded, node);
     }
     _decodedText.swap(joined);
     text = _decodedText;
@@ -323,11 +339,15 @@ std::string XmlDocument::getPlace(ipUInt64 position) const
 
 /// The text that XML stands for: entities replaced, line ends normalised; blanks in attributes become spaces.
 std::string_view XmlDocument::decode(const char* raw, bool isAttribute, std::string& decoded,
-                                     ipUInt64 position) const
+                                     pugi::xml_node node)
 {
-  const std::string_view text = raw;
-  const char* const special = isAttribute ? "&\r\n\t" : "&\r";
-  if (text.find_first_of(special) == std::string_view::npos)
+  const unsigned char special = isAttribute ? specialInAttribute : specialInText;
+  const char* end = raw;
+  unsigned char found = 0;
+  for (; *end != '\0'; ++end)
+    found |= specialCharacters[static_cast<unsigned char>(*end)];
+  const std::string_view text(raw, static_cast<std::size_t>(end - raw));
+  if ((found & special) == 0)
     return text;
   decoded.clear();
   for (std::size_t index = 0; index < text.size(); ++index)
@@ -335,12 +355,12 @@ std::string_view XmlDocument::decode(const char* raw, bool isAttribute, std::str
     const char character = text[index];
     if (character == '&')
     {
-      const std::size_t end = text.find(';', index);
-      if (end == std::string_view::npos || !appendEntity(text.substr(index + 1, end - index - 1), decoded))
+      const std::size_t last = text.find(';', index);
+      if (last == std::string_view::npos || !appendEntity(text.substr(index + 1, last - index - 1), decoded))
         throw XmlFailure{
-            XmlFailure::Kind::damaged, position,
-            "unknown entity " + quoted(text.substr(index, std::min<std::size_t>(end - index + 1, 16))), ""};
-      index = end;
+            XmlFailure::Kind::damaged, positionOf(node),
+            "unknown entity " + quoted(text.substr(index, std::min<std::size_t>(last - index + 1, 16))), ""};
+      index = last;
     }
     else if (character == '\r')
     {

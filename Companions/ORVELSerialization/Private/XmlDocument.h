@@ -60,7 +60,7 @@ struct XmlFailure
   std::string expected; ///< where something else was found
 };
 
-/// The attributes of an element that was found, decoded. They stay valid until the next element is asked for.
+/// The attributes of an element that was found. They stay valid until the next element is asked for.
 class XmlAttributes
 {
 public:
@@ -97,9 +97,7 @@ public:
 
   /// Takes an element with a text in it. \throw XmlFailure
   /// \param text stays valid until the next one is asked for
-  /// \param isRaw leaves entities and line ends as they are
-  const XmlAttributes& takeText(XmlElement element, const std::string* key, std::string_view& text,
-                                bool isRaw);
+  const XmlAttributes& takeText(XmlElement element, const std::string* key, std::string_view& text);
 
   /// Goes into an element with elements in it. \throw XmlFailure
   const XmlAttributes& enter(XmlElement element, const std::string* key);
@@ -130,7 +128,8 @@ private:
   pugi::xml_node requireNext(XmlElement element, const std::string* key);
   void readAttributes(XmlElement element);
   [[noreturn]] void raiseUnexpected(const std::string& expected) const;
-  std::string_view decode(const char* text, bool isAttribute, std::string& decoded, ipUInt64 position) const;
+  static std::string_view decode(const char* raw, bool isAttribute, std::string& decoded,
+                                 pugi::xml_node node);
 
   std::unique_ptr<char, Free> _text;
   ipUInt64 _size = 0;
