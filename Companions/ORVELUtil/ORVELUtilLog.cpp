@@ -1,5 +1,7 @@
 #include <ORVELUtil/ORVELUtilLog.h>
 
+#include <mutex>
+
 #include <log4cplus/logger.h>
 #include <log4cplus/nullappender.h>
 
@@ -7,6 +9,62 @@
 
 namespace orvel
 {
+
+namespace
+{
+
+/// A logger that is got from log4cplus on first use and lives until the library is unloaded.
+///
+/// It is made at load, empty: what a function made on its first call would be destroyed before the static
+/// objects of the application, whose destructors may still raise.
+class LateLogger
+{
+public:
+  log4cplus::Logger& get(const std::string& name)
+  {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    if (!_got)
+    {
+      _logger = log4cplus::Logger::getInstance(name);
+      _got = true;
+    }
+    return _logger;
+  }
+
+private:
+  std::mutex _mutex;
+  bool _got = false;
+  log4cplus::Logger _logger;
+};
+
+LateLogger& getLateBaseLogger()
+{
+  static LateLogger g_logger;
+  return g_logger;
+}
+
+LateLogger& getLateORVELUtilLogger()
+{
+  static LateLogger g_logger;
+  return g_logger;
+}
+
+[[maybe_unused]] const bool g_madeAtLoad =
+    (getBaseLoggerName(), getLateBaseLogger(), getLateORVELUtilLogger(), true);
+
+/// Gives the logger a null appender unless it has one: from an earlier load of the library, which log4cplus
+/// may outlive. When the application shuts log4cplus down all appenders go, so this is asked each time.
+void keepQuiet(log4cplus::Logger& logger)
+{
+  const log4cplus::tstring name = "ORVEL.Null";
+  if (logger.getAppender(name))
+    return;
+  const log4cplus::SharedAppenderPtr appender(new log4cplus::NullAppender);
+  appender->setName(name);
+  logger.addAppender(appender);
+}
+
+} // namespace
 
 const std::string& getBaseLoggerName()
 {
@@ -16,26 +74,21 @@ const std::string& getBaseLoggerName()
 
 log4cplus::Logger& getBaseLogger()
 {
-  static log4cplus::Logger g_baseLogger = []
-  {
-    log4cplus::Logger logger = log4cplus::Logger::getInstance(getBaseLoggerName());
-    logger.addAppender(log4cplus::SharedAppenderPtr(new log4cplus::NullAppender));
-    return logger;
-  }();
-  return g_baseLogger;
+  log4cplus::Logger& logger = getLateBaseLogger().get(getBaseLoggerName());
+  keepQuiet(logger);
+  return logger;
 }
 
 void logMessage(log4cplus::Logger& logger, const int& level, const std::string& message,
                 const std::string& file, int line)
 {
-  getBaseLogger(); // its null appender must stand before the first event
+  getBaseLogger(); // its null appender must stand before the event
   logger.forcedLog(level, message, file.c_str(), line);
 }
 
 log4cplus::Logger& getORVELUtilLogger()
 {
-  static log4cplus::Logger g_logger = log4cplus::Logger::getInstance(getBaseLoggerName() + ".ORVELUtil");
-  return g_logger;
+  return getLateORVELUtilLogger().get(getBaseLoggerName() + ".ORVELUtil");
 }
 
 LogMessageManager& getORVELUtilLogMessageManager()
