@@ -3,9 +3,9 @@
 /// \file
 /// \brief Comparison of floating-point numbers within a relative tolerance.
 
-#include <ORVELMath/ORVELMathExport.h>
-
 #include <vector>
+
+#include <ORVELMath/ORVELMathExport.h>
 
 namespace orvel::math
 {

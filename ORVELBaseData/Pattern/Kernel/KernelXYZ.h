@@ -3,13 +3,13 @@
 /// \file
 /// \brief Kernels of volumes.
 
-#include <ORVELBaseData/ORVELBaseDataExport.h>
-#include <ORVELBaseData/Pattern/Kernel/BaseKernel.h>
-#include <ORVELBaseData/Pattern/OffsetXYZ.h>
+#include <map>
 
 #include <boost/shared_ptr.hpp>
 
-#include <map>
+#include <ORVELBaseData/ORVELBaseDataExport.h>
+#include <ORVELBaseData/Pattern/Kernel/BaseKernel.h>
+#include <ORVELBaseData/Pattern/OffsetXYZ.h>
 
 namespace orvel
 {

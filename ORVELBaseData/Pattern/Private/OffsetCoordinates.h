@@ -3,11 +3,11 @@
 /// \file
 /// \brief Offsets as arrays of coordinates, for what is done alike in the plane and in space.
 
+#include <array>
+
 #include <ORVELBaseData/Pattern/OffsetXY.h>
 #include <ORVELBaseData/Pattern/OffsetXYZ.h>
 #include <ORVELUtil/ScalarTypes.h>
-
-#include <array>
 
 namespace orvel::details
 {

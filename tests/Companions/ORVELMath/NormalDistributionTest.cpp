@@ -1,11 +1,11 @@
 #include <ORVELMath/NormalDistribution.h>
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <limits>
 #include <thread>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace
 {

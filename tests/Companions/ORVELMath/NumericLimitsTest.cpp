@@ -1,8 +1,8 @@
 #include <ORVELMath/NumericLimits.h>
 
-#include <gtest/gtest.h>
-
 #include <limits>
+
+#include <gtest/gtest.h>
 
 namespace
 {

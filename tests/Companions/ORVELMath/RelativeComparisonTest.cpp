@@ -1,9 +1,9 @@
 #include <ORVELMath/RelativeComparison.h>
 
-#include <gtest/gtest.h>
-
 #include <limits>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace
 {

@@ -1,11 +1,11 @@
 #include <ORVELMath/Round.h>
 
-#include <gtest/gtest.h>
-
 #include <cfenv>
 #include <cmath>
 #include <cstdint>
 #include <limits>
+
+#include <gtest/gtest.h>
 
 namespace
 {

@@ -1,15 +1,5 @@
 #include <ORVELBaseData/Pattern/OffsetXY.h>
 
-#include <gtest/gtest.h>
-
-#include <ORVELSerialization/ORVELSerializationException.h>
-#include <ORVELUtil/DynamicObjectFactory.h>
-
-#include "HandWrittenArchive.h"
-#include "LayoutChecks.h"
-
-#include <boost/scoped_ptr.hpp>
-
 #include <cstring>
 #include <limits>
 #include <new>
@@ -17,6 +7,14 @@
 #include <string>
 #include <type_traits>
 #include <utility>
+
+#include <boost/scoped_ptr.hpp>
+#include <gtest/gtest.h>
+
+#include <ORVELSerialization/ORVELSerializationException.h>
+#include <ORVELUtil/DynamicObjectFactory.h>
+#include <support/HandWrittenArchive.h>
+#include <support/LayoutChecks.h>
 
 namespace
 {

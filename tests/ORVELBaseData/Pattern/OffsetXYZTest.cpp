@@ -1,16 +1,5 @@
 #include <ORVELBaseData/Pattern/OffsetXYZ.h>
 
-#include <gtest/gtest.h>
-
-#include <ORVELBaseData/Pattern/OffsetXY.h>
-#include <ORVELSerialization/ORVELSerializationException.h>
-#include <ORVELUtil/DynamicObjectFactory.h>
-
-#include "HandWrittenArchive.h"
-#include "LayoutChecks.h"
-
-#include <boost/scoped_ptr.hpp>
-
 #include <cstring>
 #include <limits>
 #include <new>
@@ -19,6 +8,15 @@
 #include <tuple>
 #include <type_traits>
 #include <utility>
+
+#include <boost/scoped_ptr.hpp>
+#include <gtest/gtest.h>
+
+#include <ORVELBaseData/Pattern/OffsetXY.h>
+#include <ORVELSerialization/ORVELSerializationException.h>
+#include <ORVELUtil/DynamicObjectFactory.h>
+#include <support/HandWrittenArchive.h>
+#include <support/LayoutChecks.h>
 
 namespace
 {

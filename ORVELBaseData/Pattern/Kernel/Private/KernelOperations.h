@@ -3,10 +3,6 @@
 /// \file
 /// \brief What KernelXY and KernelXYZ do alike, written once for any number of axes.
 
-#include <ORVELBaseData/Pattern/Private/OffsetCoordinates.h>
-#include <ORVELSerialization/SerializationItems.h>
-#include <ORVELUtil/ScalarTypes.h>
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -14,6 +10,10 @@
 #include <limits>
 #include <tuple>
 #include <utility>
+
+#include <ORVELBaseData/Pattern/Private/OffsetCoordinates.h>
+#include <ORVELSerialization/SerializationItems.h>
+#include <ORVELUtil/ScalarTypes.h>
 
 namespace orvel::details
 {

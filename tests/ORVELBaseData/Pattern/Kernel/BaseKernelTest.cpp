@@ -1,14 +1,13 @@
 #include <ORVELBaseData/Pattern/Kernel/BaseKernel.h>
 
+#include <type_traits>
+
 #include <gtest/gtest.h>
 
 #include <ORVELBaseData/Pattern/Kernel/KernelXY.h>
 #include <ORVELUtil/DynamicObjectFactory.h>
-
-#include "../HandWrittenArchive.h"
-#include "LayoutChecks.h"
-
-#include <type_traits>
+#include <support/HandWrittenArchive.h>
+#include <support/LayoutChecks.h>
 
 namespace
 {

@@ -1,12 +1,12 @@
 #include <ORVELBaseData/Pattern/Kernel/KernelLogMessages.h>
 
+#include <string>
+#include <typeinfo>
+
 #include <gtest/gtest.h>
 
 #include <ORVELUtil/LogMessageFormater.h>
 #include <ORVELUtil/LogMessageManager.h>
-
-#include <string>
-#include <typeinfo>
 
 namespace
 {

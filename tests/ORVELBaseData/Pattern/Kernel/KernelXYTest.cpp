@@ -1,20 +1,21 @@
 #include <ORVELBaseData/Pattern/Kernel/KernelXY.h>
 
-#include <gtest/gtest.h>
-
-#include <ORVELSerialization/SerializationItems.h>
-#include <ORVELUtil/DynamicObjectFactory.h>
-
-#include "../HandWrittenArchive.h"
-#include "../RaisedFailure.h"
-#include "LayoutChecks.h"
-
-#include <boost/make_shared.hpp>
-#include <boost/scoped_ptr.hpp>
-
 #include <map>
 #include <string>
 #include <type_traits>
+
+#include <boost/make_shared.hpp>
+#include <boost/scoped_ptr.hpp>
+#include <gtest/gtest.h>
+
+#include "../Signature.h"
+#include <ORVELBaseData/ORVELBaseDataException.h>
+#include <ORVELBaseData/ORVELBaseDataLog.h>
+#include <ORVELSerialization/SerializationItems.h>
+#include <ORVELUtil/DynamicObjectFactory.h>
+#include <support/HandWrittenArchive.h>
+#include <support/LayoutChecks.h>
+#include <support/RaisedFailure.h>
 
 namespace
 {
@@ -157,7 +158,8 @@ TEST(KernelXY, NamesTheRaisingFunctionAndStatement)
   {
     KernelXY kernel;
     kernel.insert(OffsetXY(0, 0), 1);
-    const ORVELBaseDataException failure = failureOf([&] { raising.operation(kernel); });
+    const ORVELBaseDataException failure =
+        failureOf<ORVELBaseDataException>([&] { raising.operation(kernel); });
     EXPECT_EQ(failure.getMessage(), raising.message);
     EXPECT_NE(std::string(failure.what()).find(raising.message), std::string::npos);
     EXPECT_EQ(normalisedSignature(failure.getFunction()), normalisedSignature(raising.function));
@@ -175,8 +177,9 @@ TEST(KernelXY, LogsEachFailureAtErrorLevel)
   {
     KernelXY kernel;
     kernel.insert(OffsetXY(0, 0), 1);
-    const LogCapture log;
-    const ORVELBaseDataException failure = failureOf([&] { raising.operation(kernel); });
+    const LogCapture log(getORVELBaseDataLogger());
+    const ORVELBaseDataException failure =
+        failureOf<ORVELBaseDataException>([&] { raising.operation(kernel); });
     ASSERT_EQ(log.getRecords().size(), 1U);
     const LogRecord& record = log.getRecords().front();
     EXPECT_EQ(record.level, 40000);
@@ -193,8 +196,9 @@ TEST(KernelXY, RaisesTheSameWithLoggingDisabled)
   {
     KernelXY kernel;
     kernel.insert(OffsetXY(0, 0), 1);
-    const LogCapture log(log4cplus::OFF_LOG_LEVEL);
-    EXPECT_EQ(failureOf([&] { raising.operation(kernel); }).getMessage(), raising.message);
+    const LogCapture log(getORVELBaseDataLogger(), log4cplus::OFF_LOG_LEVEL);
+    EXPECT_EQ(failureOf<ORVELBaseDataException>([&] { raising.operation(kernel); }).getMessage(),
+              raising.message);
     EXPECT_TRUE(log.getRecords().empty());
   }
 }

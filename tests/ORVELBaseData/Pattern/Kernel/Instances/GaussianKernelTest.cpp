@@ -1,18 +1,20 @@
 #include <ORVELBaseData/Pattern/Kernel/Instances/GaussianKernel.h>
 
-#include <gtest/gtest.h>
-
-#include "../../RaisedFailure.h"
-
-#include <boost/make_shared.hpp>
-#include <boost/weak_ptr.hpp>
-
 #include <algorithm>
 #include <cmath>
 #include <initializer_list>
 #include <limits>
 #include <string>
 #include <vector>
+
+#include <boost/make_shared.hpp>
+#include <boost/weak_ptr.hpp>
+#include <gtest/gtest.h>
+
+#include "../../Signature.h"
+#include <ORVELBaseData/ORVELBaseDataException.h>
+#include <ORVELBaseData/ORVELBaseDataLog.h>
+#include <support/RaisedFailure.h>
 
 namespace
 {
@@ -431,7 +433,9 @@ void expectFailureXY(float stdDevX, float stdDevY, float ratio, ipUInt32 minKern
   {
     KernelXYPtr x = boost::make_shared<KernelXY>();
     KernelXYPtr y = boost::make_shared<KernelXY>();
-    EXPECT_EQ(failureOf([&] { family.makeXY(stdDevX, stdDevY, ratio, minKernelSize, x, y); }).getMessage(),
+    EXPECT_EQ(failureOf<ORVELBaseDataException>(
+                  [&] { family.makeXY(stdDevX, stdDevY, ratio, minKernelSize, x, y); })
+                  .getMessage(),
               text)
         << family.name;
     EXPECT_EQ(x, nullptr) << family.name;
@@ -447,7 +451,8 @@ void expectFailureXYZ(float stdDevX, float stdDevY, float stdDevZ, float ratio, 
     KernelXYZPtr x = boost::make_shared<KernelXYZ>();
     KernelXYZPtr y = boost::make_shared<KernelXYZ>();
     KernelXYZPtr z = boost::make_shared<KernelXYZ>();
-    EXPECT_EQ(failureOf([&] { family.makeXYZ(stdDevX, stdDevY, stdDevZ, ratio, minKernelSize, x, y, z); })
+    EXPECT_EQ(failureOf<ORVELBaseDataException>(
+                  [&] { family.makeXYZ(stdDevX, stdDevY, stdDevZ, ratio, minKernelSize, x, y, z); })
                   .getMessage(),
               text)
         << family.name;
@@ -522,13 +527,14 @@ TEST(GaussianKernel, NamesThePublicFunctionAndItsStatement)
   for (const Family& family : g_families)
   {
     KernelsXY plane;
-    const ORVELBaseDataException inPlane = failureOf([&] { family.makeXY(0, 1, 0.9f, 0, plane.x, plane.y); });
+    const ORVELBaseDataException inPlane =
+        failureOf<ORVELBaseDataException>([&] { family.makeXY(0, 1, 0.9f, 0, plane.x, plane.y); });
     EXPECT_EQ(normalisedSignature(inPlane.getFunction()),
               normalisedSignature("void orvel::" + family.name +
                                   "(ipReal32, ipReal32, ipReal32, ipUInt32, KernelXYPtr&, KernelXYPtr&)"));
     KernelsXYZ space;
     const ORVELBaseDataException inSpace =
-        failureOf([&] { family.makeXYZ(1, 1, 1, 0, 0, space.x, space.y, space.z); });
+        failureOf<ORVELBaseDataException>([&] { family.makeXYZ(1, 1, 1, 0, 0, space.x, space.y, space.z); });
     EXPECT_EQ(normalisedSignature(inSpace.getFunction()),
               normalisedSignature("void orvel::" + family.name +
                                   "(ipReal32, ipReal32, ipReal32, ipReal32, ipUInt32, KernelXYZPtr&, "
@@ -546,9 +552,9 @@ TEST(GaussianKernel, LogsEachFailureAtErrorLevel)
   for (const Family& family : g_families)
   {
     KernelsXY kernels;
-    const LogCapture log;
+    const LogCapture log(getORVELBaseDataLogger());
     const ORVELBaseDataException failure =
-        failureOf([&] { family.makeXY(1, 1, 1, 0, kernels.x, kernels.y); });
+        failureOf<ORVELBaseDataException>([&] { family.makeXY(1, 1, 1, 0, kernels.x, kernels.y); });
     ASSERT_EQ(log.getRecords().size(), 1U);
     const LogRecord& record = log.getRecords().front();
     EXPECT_EQ(record.level, 40000);
@@ -561,7 +567,7 @@ TEST(GaussianKernel, LogsEachFailureAtErrorLevel)
 
 TEST(GaussianKernel, LogsNothingWhenItSucceeds)
 {
-  const LogCapture log;
+  const LogCapture log(getORVELBaseDataLogger());
   for (const Family& family : g_families)
     makeXY(family, 1, 1, 0.9f, 0);
   EXPECT_TRUE(log.getRecords().empty());

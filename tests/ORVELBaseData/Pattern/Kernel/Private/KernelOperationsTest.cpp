@@ -1,16 +1,5 @@
 #include <ORVELBaseData/Pattern/Kernel/Private/KernelOperations.h>
 
-#include <gtest/gtest.h>
-
-#include <ORVELBaseData/ORVELBaseDataException.h>
-#include <ORVELBaseData/Pattern/Kernel/KernelXY.h>
-#include <ORVELBaseData/Pattern/Kernel/KernelXYZ.h>
-#include <ORVELSerialization/ORVELSerializationException.h>
-
-#include "../../HandWrittenArchive.h"
-
-#include <boost/scoped_ptr.hpp>
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -20,6 +9,15 @@
 #include <string>
 #include <utility>
 #include <vector>
+
+#include <boost/scoped_ptr.hpp>
+#include <gtest/gtest.h>
+
+#include <ORVELBaseData/ORVELBaseDataException.h>
+#include <ORVELBaseData/Pattern/Kernel/KernelXY.h>
+#include <ORVELBaseData/Pattern/Kernel/KernelXYZ.h>
+#include <ORVELSerialization/ORVELSerializationException.h>
+#include <support/HandWrittenArchive.h>
 
 // What KernelXY and KernelXYZ have in common, tested on both. Coordinates are given for x, y and z; a kernel
 // of the plane takes the first two.
