@@ -107,7 +107,9 @@ bool show(const boost::filesystem::path& file,
   const orvel::SerializationObjectPtr object = orvel::loadObject(file, orvel::ArchiveTrust::untrusted);
   boost::filesystem::path name = file;
   name.replace_extension();
-  const auto [earlier, isFirst] = kernels.emplace(name, object);
+  const auto emplaced = kernels.emplace(name, object);
+  const orvel::SerializationObjectPtr& earlier = emplaced.first->second;
+  const bool isFirst = emplaced.second;
 
   bool isGood = true;
   const bool isKernel = withKernel(object.get(),
@@ -120,7 +122,7 @@ bool show(const boost::filesystem::path& file,
                                        return;
                                      }
                                      using Kernel = std::decay_t<decltype(kernel)>;
-                                     const auto* other = dynamic_cast<const Kernel*>(earlier->second.get());
+                                     const auto* other = dynamic_cast<const Kernel*>(earlier.get());
                                      isGood = other != nullptr && isEqual(kernel, *other);
                                      std::cout << file.filename().string()
                                                << (isGood ? ": the same kernel, bit for bit\n\n"
