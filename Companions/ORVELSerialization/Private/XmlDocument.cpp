@@ -240,7 +240,13 @@ void XmlDocument::readAttributes(XmlElement element)
                        (isKnown ? "repeated attribute " : "unknown attribute ") + quoted(name) + " of " +
                            getElementName(element),
                        ""};
-    _attributes._values[index] = decode(attribute.value(), true, _decodedAttributes[index], _next);
+    const bool isName = index == static_cast<std::size_t>(XmlAttribute::name);
+    if (isName && _checkedName == attribute.value())
+      _attributes._values[index] = _checkedName; // nobody compares names, and the same ones come in rows
+    else
+      _attributes._values[index] = decode(attribute.value(), true, _decodedAttributes[index], _next);
+    if (isName)
+      _checkedName = attribute.value();
   }
 }
 

@@ -140,6 +140,7 @@ private:
   pugi::xml_node _taken;
   XmlAttributes _attributes;
   std::string _decodedAttributes[nbXmlAttributes];
+  std::string _checkedName; // the latest name of a section, raw; its entities are known to be right
   std::string _decodedText;
 };
 
