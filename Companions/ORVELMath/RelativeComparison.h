@@ -19,9 +19,11 @@ namespace orvel::math
 template <class T>
 bool compareRelative(T a, T b, T tolerance) = delete;
 
+/// \brief The instance for \c float.
 template <>
 ORVELMATH_EXPORT bool compareRelative<float>(float a, float b, float tolerance);
 
+/// \brief The instance for \c double.
 template <>
 ORVELMATH_EXPORT bool compareRelative<double>(double a, double b, double tolerance);
 
@@ -31,10 +33,12 @@ ORVELMATH_EXPORT bool compareRelative<double>(double a, double b, double toleran
 template <class T>
 bool compareRelative(const std::vector<T>& a, const std::vector<T>& b, T tolerance) = delete;
 
+/// \brief The instance for \c float.
 template <>
 ORVELMATH_EXPORT bool compareRelative<float>(const std::vector<float>& a, const std::vector<float>& b,
                                              float tolerance);
 
+/// \brief The instance for \c double.
 template <>
 ORVELMATH_EXPORT bool compareRelative<double>(const std::vector<double>& a, const std::vector<double>& b,
                                               double tolerance);

@@ -21,6 +21,7 @@ public:
   /// \brief Make an offset whose coordinates are not set: they have no value until they are assigned or read.
   OffsetXY() {} // stands for = default, which would let OffsetXY() zero the coordinates
 
+  /// \brief Make an offset of these coordinates.
   OffsetXY(ipInt32 x, ipInt32 y)
     : _xOffset(x)
     , _yOffset(y)

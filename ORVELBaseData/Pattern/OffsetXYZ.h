@@ -21,6 +21,7 @@ public:
   /// \brief Make an offset whose coordinates are not set: they have no value until they are assigned or read.
   OffsetXYZ() {} // stands for = default, which would let OffsetXYZ() zero the coordinates
 
+  /// \brief Make an offset of these coordinates.
   OffsetXYZ(ipInt32 x, ipInt32 y, ipInt32 z)
     : _xOffset(x)
     , _yOffset(y)

@@ -40,8 +40,8 @@ class ORVELBASEDATA_EXPORT KernelXY : public BaseKernel
   ORVEL_DECLARE_SERIALIZABLE(KernelXY)
 
 public:
-  using OffsetType = OffsetXY;
-  using ValueType = ipReal32;
+  using OffsetType = OffsetXY; ///< place of a tap
+  using ValueType = ipReal32;  ///< coefficient of a tap
 
   KernelXY(); ///< a kernel without taps; box and sums are 0
 

@@ -30,8 +30,8 @@ class ORVELBASEDATA_EXPORT KernelXYZ : public BaseKernel
   ORVEL_DECLARE_SERIALIZABLE(KernelXYZ)
 
 public:
-  using OffsetType = OffsetXYZ;
-  using ValueType = ipReal32;
+  using OffsetType = OffsetXYZ; ///< place of a tap
+  using ValueType = ipReal32;   ///< coefficient of a tap
 
   KernelXYZ(); ///< a kernel without taps; box and sums are 0
 
