@@ -31,6 +31,12 @@ target_compile_options(orvel_options INTERFACE
   # Failures name their file as the path below the source tree, wherever the tree stands.
   "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=")
 
+# Nobody replaces a function of the libraries by one of the same name: calls within them may be direct.
+check_cxx_compiler_flag(-fno-semantic-interposition ORVEL_HAS_NO_SEMANTIC_INTERPOSITION)
+if(ORVEL_HAS_NO_SEMANTIC_INTERPOSITION)
+  target_compile_options(orvel_options INTERFACE -fno-semantic-interposition)
+endif()
+
 # A symbol that is unique in the process keeps its library from being unloaded.
 check_cxx_compiler_flag(-fno-gnu-unique ORVEL_HAS_NO_GNU_UNIQUE)
 if(ORVEL_HAS_NO_GNU_UNIQUE)

@@ -7,9 +7,6 @@ namespace orvel
 
 ORVEL_DEFINE_TYPE_NAME(BaseSerializationObject)
 
-BaseSerializationObject::BaseSerializationObject() = default;
-BaseSerializationObject::~BaseSerializationObject() = default;
-
 void BaseSerializationObject::copy(const BaseDynamicObject& /*other*/)
 {
 }

@@ -23,7 +23,7 @@ class BaseOArchive;
 class ORVELSERIALIZATION_EXPORT BaseSerializationObject : public BaseDynamicObject
 {
 public:
-  ~BaseSerializationObject() override;
+  ~BaseSerializationObject() override = default;
 
   static const std::string& getTypeName(); ///< "orvel::BaseSerializationObject"
 
@@ -40,7 +40,7 @@ public:
   virtual BoolResult read(BaseIArchive& archive);
 
 protected:
-  BaseSerializationObject();
+  BaseSerializationObject() = default;
 };
 
 } // namespace orvel

@@ -351,10 +351,22 @@ void BinaryIArchive::raiseCutShort()
   ArchiveAccess::fail(*this, ORVEL_HERE, Message::eCutShort);
 }
 
-cbor::Head BinaryIArchive::readHead()
+/// Reads the head of an item. Most lie in the window whole; near its end it must be moved on.
+inline cbor::Head BinaryIArchive::readHead()
 {
   ByteSource& source = _impl->source;
-  // Most heads lie in the window whole; near the end of the source there may be fewer bytes.
+  if (source.end() - source.begin() < static_cast<std::ptrdiff_t>(cbor::largestHead))
+    return readLastHead();
+  cbor::Head head;
+  source.take(cbor::readHead(source.begin(), source.end(), head));
+  if (cbor::isReserved(head))
+    raiseReserved();
+  return head;
+}
+
+cbor::Head BinaryIArchive::readLastHead()
+{
+  ByteSource& source = _impl->source;
   if (!source.ensure(cbor::largestHead) && !source.ensure(1))
     raiseCutShort();
   cbor::Head head;
@@ -362,9 +374,14 @@ cbor::Head BinaryIArchive::readHead()
   if (next == nullptr)
     raiseCutShort();
   if (cbor::isReserved(head))
-    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eDamaged, "there is no such CBOR item");
+    raiseReserved();
   source.take(next);
   return head;
+}
+
+void BinaryIArchive::raiseReserved()
+{
+  ArchiveAccess::fail(*this, ORVEL_HERE, Message::eDamaged, "there is no such CBOR item");
 }
 
 /// What a head that was just read stands for, for messages.

@@ -144,6 +144,8 @@ private:
   [[noreturn]] void raiseOutOfRange(const std::string& value, const std::string& key,
                                     const std::string& minimum, const std::string& maximum);
   details::cbor::Head readHead();
+  details::cbor::Head readLastHead();
+  [[noreturn]] void raiseReserved();
   std::string describe(const details::cbor::Head& head);
   void expectArray(const char* what);
   void expectArrayEnd(const char* what);

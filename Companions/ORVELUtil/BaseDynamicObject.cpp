@@ -3,8 +3,6 @@
 namespace orvel
 {
 
-BaseDynamicObject::~BaseDynamicObject() = default;
-
 void BaseDynamicObject::initCtorCopy(const BaseDynamicObject& /*other*/)
 {
 }

@@ -23,7 +23,7 @@ using DynamicObjectConstPtr = boost::shared_ptr<const BaseDynamicObject>; ///< s
 class ORVELUTIL_EXPORT BaseDynamicObject
 {
 public:
-  virtual ~BaseDynamicObject();
+  virtual ~BaseDynamicObject() = default;
 
   /// \brief Return the class-name text of the dynamic type, such as "orvel::KernelXY".
   virtual const std::string& getClassName() const = 0;

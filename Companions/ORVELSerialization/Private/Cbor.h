@@ -51,9 +51,9 @@ struct Head
 inline bool isReserved(const Head& head)
 {
   const unsigned info = head.first & 31U;
-  return (info >= 28 && info < 31) ||
-         (info == 31 &&
-          (head.is(Major::unsignedInteger) || head.is(Major::negativeInteger) || head.is(Major::tag)));
+  const bool hasLength =
+      head.is(Major::bytes) || head.is(Major::text) || head.is(Major::array) || head.is(Major::map);
+  return info >= 28 && !(info == 31 && (hasLength || head.is(Major::simple)));
 }
 
 /// Stores the low bytes of a number, the most significant first. \return the end of what was stored
