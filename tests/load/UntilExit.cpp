@@ -18,9 +18,9 @@ namespace
 using namespace orvel;
 using orvel::test::require;
 
-std::string create()
+DynamicObjectPtr create()
 {
-  return DynamicObjectFactory::getInstance().createShared("orvel::ElementsRange")->getClassName();
+  return DynamicObjectFactory::getInstance().createShared("orvel::ElementsRange");
 }
 
 std::string raiseFailure()
@@ -36,7 +36,7 @@ std::string raiseFailure()
   return "nothing";
 }
 
-bool g_asksForTheLogger = false;
+bool g_asksForNames = false;
 
 /// Constructed before main, so destroyed after all that main makes the libraries construct.
 class AtExit
@@ -45,11 +45,11 @@ public:
   AtExit() = default;
   ~AtExit()
   {
-    std::printf("created %s\n", create().c_str());
+    std::printf("created %s\n", create() ? "a range" : "nothing");
     std::printf("raised %s\n", raiseFailure().c_str());
-    if (g_asksForTheLogger)
-      std::printf("logger %s, %s\n", getORVELBaseDataLoggerName().c_str(),
-                  getORVELBaseDataLogger().getName().c_str());
+    if (g_asksForNames)
+      std::printf("named %s, %s, %s\n", create()->getClassName().c_str(),
+                  getORVELBaseDataLoggerName().c_str(), getORVELBaseDataLogger().getName().c_str());
   }
   AtExit(const AtExit&) = delete;
   AtExit& operator=(const AtExit&) = delete;
@@ -61,19 +61,20 @@ const AtExit g_atExit;
 
 int main(int argc, char** argv)
 {
-  require(argc == 2, "usage: LoadUntilExit first|again|shutDown|logger");
+  require(argc == 2, "usage: LoadUntilExit first|again|shutDown|names");
   const std::string mode = argv[1];
   std::unique_ptr<log4cplus::Initializer> initializer;
   if (mode == "shutDown")
     initializer = std::make_unique<log4cplus::Initializer>();
   if (mode != "first")
   {
-    require(create() == "orvel::ElementsRange", "creation in main");
+    require(create() != nullptr, "creation in main");
     require(raiseFailure() == "Unknown class name UntilExit::Unknown", "a failure in main");
   }
-  if (mode == "logger")
+  if (mode == "names")
   {
-    g_asksForTheLogger = true;
+    g_asksForNames = true;
+    require(create()->getClassName() == "orvel::ElementsRange", "the class name in main");
     require(getORVELBaseDataLogger().getName() == "ORVEL.ORVELBaseData", "the logger in main");
   }
   return 0;
