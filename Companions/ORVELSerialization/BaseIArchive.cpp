@@ -1,5 +1,6 @@
 #include <ORVELSerialization/BaseIArchive.h>
 
+#include <algorithm>
 #include <limits>
 
 #include <ORVELSerialization/ORVELSerializationLogMessages.h>
@@ -41,8 +42,11 @@ void BaseIArchive::extendWork(ipUInt64 units)
   const ipUInt64 budget = read > std::numeric_limits<ipUInt64>::max() - start ? read : read + start;
   if (budget > _workGranted)
   {
-    _workLeft += budget - _workGranted;
-    _workGranted = budget;
+    // In portions, so that limits that are set meanwhile count, also where all of the archive is read at
+    // once.
+    const ipUInt64 granted = std::min(budget - _workGranted, std::max(units, start));
+    _workLeft += granted;
+    _workGranted += granted;
   }
   if (units <= _workLeft)
     return;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <exception>
 #include <ostream>
 #include <random>
 #include <system_error>
@@ -112,10 +113,10 @@ private:
   void openTemporary()
   {
     std::random_device random;
+    const std::string start = "." + _path.filename().native().substr(0, 200) + "."; // names end at 255 bytes
     for (int attempt = 0; attempt < 100; ++attempt)
     {
-      const boost::filesystem::path name =
-          getFolder() / ("." + _path.filename().native() + "." + std::to_string(random()) + ".tmp");
+      const boost::filesystem::path name = getFolder() / (start + std::to_string(random()) + ".tmp");
       _file = FileDescriptor(::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
       if (_file)
       {
@@ -159,7 +160,7 @@ private:
     {
       operation();
     }
-    catch (const std::ios_base::failure& failure)
+    catch (const std::exception& failure) // also what a buffer of the caller's own throws: bytes are lost
     {
       throw IoFailure(failure.what());
     }

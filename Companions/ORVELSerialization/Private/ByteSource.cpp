@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <exception>
 #include <istream>
 #include <limits>
 #include <new>
@@ -85,6 +86,21 @@ private:
   ipUInt64 _length = 0;
 };
 
+/// Runs an operation of a stream buffer. It is used without its stream, which would catch what it throws
+/// (that of a file does so where the system refuses to read).
+template <class Operation>
+auto guarded(Operation operation)
+{
+  try
+  {
+    return operation();
+  }
+  catch (const std::exception& failure)
+  {
+    throw IoFailure(failure.what());
+  }
+}
+
 class StreamOrigin : public InputOrigin
 {
 public:
@@ -93,24 +109,18 @@ public:
   {
     if (_buffer == nullptr || !stream)
       throw IoFailure("the stream reports an error");
-    const std::streamoff here = _buffer->pubseekoff(0, std::ios_base::cur, std::ios_base::in);
-    if (here < 0)
-      return;
-    const std::streamoff last = _buffer->pubseekoff(0, std::ios_base::end, std::ios_base::in);
-    if (last < here || _buffer->pubseekpos(here, std::ios_base::in) != std::streampos(here))
-      return;
-    _length = static_cast<ipUInt64>(last - here);
-    _lengthKnown = true;
+    guarded([this] { findLength(); });
   }
 
   std::size_t read(char* data, std::size_t size) override
   {
-    return static_cast<std::size_t>(_buffer->sgetn(data, static_cast<std::streamsize>(size)));
+    return guarded(
+        [&] { return static_cast<std::size_t>(_buffer->sgetn(data, static_cast<std::streamsize>(size))); });
   }
 
   int peek() override
   {
-    const auto first = _buffer->sgetc();
+    const auto first = guarded([this] { return _buffer->sgetc(); });
     return first == std::streambuf::traits_type::eof() ? -1 : first;
   }
 
@@ -121,6 +131,18 @@ public:
   }
 
 private:
+  void findLength()
+  {
+    const std::streamoff here = _buffer->pubseekoff(0, std::ios_base::cur, std::ios_base::in);
+    if (here < 0)
+      return;
+    const std::streamoff last = _buffer->pubseekoff(0, std::ios_base::end, std::ios_base::in);
+    if (last < here || _buffer->pubseekpos(here, std::ios_base::in) != std::streampos(here))
+      return;
+    _length = static_cast<ipUInt64>(last - here);
+    _lengthKnown = true;
+  }
+
   std::streambuf* _buffer;
   bool _lengthKnown = false;
   ipUInt64 _length = 0;

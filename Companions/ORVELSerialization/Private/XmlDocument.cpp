@@ -83,6 +83,20 @@ ipUInt64 positionOf(pugi::xml_node node)
                                                                  : offset);
 }
 
+/// A CDATA section as XML means it: nothing but line ends is normalised there.
+std::string normaliseLineEnds(std::string_view text)
+{
+  std::string normalised;
+  for (std::size_t index = 0; index < text.size(); ++index)
+  {
+    if (text[index] != '\r')
+      normalised += text[index];
+    else if (text.substr(index + 1, 1) != "\n")
+      normalised += '\n';
+  }
+  return normalised;
+}
+
 /// Appends the character that an entity stands for; its text is that between & and ;.
 bool appendEntity(std::string_view entity, std::string& text)
 {
@@ -184,8 +198,9 @@ const XmlAttributes& XmlDocument::open()
   checkCharacters();
   const std::string_view text(_text.get(), _size);
   const bool hasEnd = text.rfind("</orvelArchive") != std::string_view::npos;
+  _text.get()[_size] = '\0'; // the parser would put it in the place of the last character
   const pugi::xml_parse_result result =
-      _document.load_buffer_inplace(_text.get(), _size, parseFlags, pugi::encoding_utf8);
+      _document.load_buffer_inplace(_text.get(), _size + 1, parseFlags, pugi::encoding_utf8);
   if (result.status == pugi::status_out_of_memory)
     throw std::bad_alloc();
 
@@ -272,8 +287,10 @@ const XmlAttributes& XmlDocument::takeText(XmlElement element, const std::string
         throw XmlFailure{XmlFailure::Kind::damaged, positionOf(part),
                          std::string("an element within ") + getElementName(element), ""};
       std::string decoded;
-      joined += part.type() == pugi::node_cdata ? std::string_view(part.value())
-                                                : decode(part.value(), false, decoded, node);
+      if (part.type() == pugi::node_cdata)
+        joined += normaliseLineEnds(part.value());
+      else
+        joined += decode(part.value(), false, decoded, node);
     }
     _decodedText.swap(joined);
     text = _decodedText;
@@ -363,9 +380,11 @@ std::string_view XmlDocument::decode(const char* raw, bool isAttribute, std::str
     {
       const std::size_t last = text.find(';', index);
       if (last == std::string_view::npos || !appendEntity(text.substr(index + 1, last - index - 1), decoded))
-        throw XmlFailure{
-            XmlFailure::Kind::damaged, positionOf(node),
-            "unknown entity " + quoted(text.substr(index, std::min<std::size_t>(last - index + 1, 16))), ""};
+        throw XmlFailure{XmlFailure::Kind::damaged, positionOf(node),
+                         "unknown entity " +
+                             quoted(text.substr(
+                                 index, std::min<std::size_t>(std::min(last, text.size()) - index + 1, 16))),
+                         ""};
       index = last;
     }
     else if (character == '\r')
