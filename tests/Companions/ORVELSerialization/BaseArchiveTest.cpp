@@ -1,0 +1,215 @@
+#include <ORVELSerialization/BaseArchive.h>
+
+#include <gtest/gtest.h>
+
+#include <ORVELSerialization/ORVELSerializationException.h>
+#include <ORVELSerialization/SerializationItems.h>
+#include <support/RaisedFailure.h>
+
+#include "RecordingArchive.h"
+
+#include <memory>
+#include <stdexcept>
+
+namespace
+{
+
+using namespace orvel;
+using namespace orvel::test;
+
+// Class versions
+
+TEST(BaseArchive, RecordsTheVersionsOfClasses)
+{
+  RecordingOArchive archive;
+  EXPECT_FALSE(archive.isClassVersionRegistred("a"));
+  archive.registerClassVersion("a", 5);
+  archive.registerClassVersion("b", 4294967295U);
+  archive.registerClassVersion("", 0);
+  EXPECT_TRUE(archive.isClassVersionRegistred("a"));
+  EXPECT_EQ(archive.getRegisterClassVersion("a"), 5U);
+  EXPECT_EQ(archive.getRegisterClassVersion("b"), 4294967295U);
+  EXPECT_TRUE(archive.isClassVersionRegistred(""));
+  EXPECT_EQ(archive.getRegisterClassVersion(""), 0U);
+  EXPECT_FALSE(archive.isClassVersionRegistred("c"));
+}
+
+TEST(BaseArchive, ReplacesAVersionThatIsRecordedAgain)
+{
+  RecordingOArchive archive;
+  archive.registerClassVersion("a", 5);
+  archive.registerClassVersion("b", 6);
+  archive.registerClassVersion("a", 1);
+  EXPECT_EQ(archive.getRegisterClassVersion("a"), 1U);
+  EXPECT_EQ(archive.getRegisterClassVersion("b"), 6U);
+}
+
+TEST(BaseArchive, TellsClassesApartByTheirTextAlsoAtOneAddress)
+{
+  RecordingOArchive archive;
+  std::string name = "a";
+  archive.registerClassVersion(name, 1);
+  EXPECT_EQ(archive.getRegisterClassVersion(name), 1U);
+  name = "b"; // the same object, another text
+  EXPECT_FALSE(archive.isClassVersionRegistred(name));
+  archive.registerClassVersion(name, 2);
+  EXPECT_EQ(archive.getRegisterClassVersion(name), 2U);
+  name = "a";
+  EXPECT_EQ(archive.getRegisterClassVersion(name), 1U);
+  const auto copy = std::make_unique<std::string>("b");
+  EXPECT_EQ(archive.getRegisterClassVersion(*copy), 2U);
+}
+
+TEST(BaseArchive, ThrowsForAVersionThatIsNotRecorded)
+{
+  const RecordingOArchive archive;
+  try
+  {
+    static_cast<void>(archive.getRegisterClassVersion("orvel::Missing"));
+    FAIL();
+  }
+  catch (const std::out_of_range& failure)
+  {
+    EXPECT_STREQ(failure.what(), "No version of class orvel::Missing is registered in archive recording");
+  }
+}
+
+TEST(BaseArchive, KeepsVersionsOfEachArchiveApart)
+{
+  RecordingOArchive first;
+  first.registerClassVersion("a", 1);
+  EXPECT_FALSE(RecordingOArchive().isClassVersionRegistred("a"));
+}
+
+// Limits and state
+
+TEST(BaseArchive, HasLimitsThatCanBeChanged)
+{
+  RecordingIArchive archive;
+  EXPECT_EQ(archive.getLimits().maxDepth, 128U);
+  EXPECT_EQ(archive.getLimits().maxWork, 16U);
+  archive.setLimits({3, 4});
+  EXPECT_EQ(archive.getLimits().maxDepth, 3U);
+  EXPECT_EQ(archive.getLimits().maxWork, 4U);
+}
+
+TEST(BaseArchive, StartsOpenUnderItsName)
+{
+  const RecordingOArchive archive;
+  EXPECT_EQ(archive.getName(), "recording");
+  EXPECT_FALSE(archive.isFailed());
+  EXPECT_FALSE(archive.isClosed());
+}
+
+// Sections
+
+TEST(ArchiveSectionManager, OpensAndClosesSectionsOneInTheOther)
+{
+  RecordingOArchive archive;
+  {
+    const ArchiveSectionManager outer(archive, "outer");
+    {
+      const ArchiveSectionManager inner(archive, std::string("inner"));
+    }
+    archive << SerializationOItem("K", 1);
+  }
+  EXPECT_EQ(archive.calls, (Calls{"section outer {", "section inner {", "}", "integer K 1", "}"}));
+  EXPECT_FALSE(archive.isFailed());
+}
+
+TEST(ArchiveSectionManager, ClosesDuringUnwindingAndLeavesTheArchiveFailed)
+{
+  RecordingOArchive archive;
+  try
+  {
+    const ArchiveSectionManager outer(archive, "outer");
+    const ArchiveSectionManager inner(archive, "inner");
+    throw std::runtime_error("half way");
+  }
+  catch (const std::runtime_error& failure)
+  {
+    EXPECT_STREQ(failure.what(), "half way");
+  }
+  EXPECT_EQ(archive.calls, (Calls{"section outer {", "section inner {", "}", "}"}));
+  EXPECT_TRUE(archive.isFailed());
+  EXPECT_EQ(messageOf<ORVELSerializationException>([&] { archive << SerializationOItem("K", 1); }),
+            "Archive recording, call 4: the archive can't be used after a failure");
+}
+
+TEST(ArchiveSectionManager, WorksWithinADestructorThatRunsDuringUnwinding)
+{
+  struct WritesAtTheEnd
+  {
+    RecordingOArchive& archive;
+    ~WritesAtTheEnd() { const ArchiveSectionManager section(archive, "last"); }
+  };
+  RecordingOArchive archive;
+  try
+  {
+    const WritesAtTheEnd writer = {archive};
+    throw std::runtime_error("of no concern to the archive");
+  }
+  catch (const std::runtime_error&)
+  {
+  }
+  EXPECT_EQ(archive.calls, (Calls{"section last {", "}"}));
+  EXPECT_FALSE(archive.isFailed());
+}
+
+TEST(ArchiveSectionManager, RaisesAFailureToCloseWithTheNextOperation)
+{
+  RecordingOArchive archive;
+  archive.sectionThatFails = 1;
+  {
+    const ArchiveSectionManager section(archive, "s");
+  }
+  EXPECT_TRUE(archive.isFailed());
+  try
+  {
+    archive << SerializationOItem("K", 1);
+    FAIL();
+  }
+  catch (const std::runtime_error& failure)
+  {
+    EXPECT_STREQ(failure.what(), "the section can't be closed");
+  }
+  // Once only; then the one answer to all that follows.
+  EXPECT_EQ(messageOf<ORVELSerializationException>([&] { archive << SerializationOItem("K", 1); }),
+            "Archive recording, call 2: the archive can't be used after a failure");
+  EXPECT_EQ(messageOf<ORVELSerializationException>([&] { archive.close(); }),
+            "Archive recording, call 2: the archive can't be used after a failure");
+}
+
+TEST(ArchiveSectionManager, KeepsTheFirstFailureWhenClosingFailsDuringUnwinding)
+{
+  RecordingOArchive archive;
+  archive.sectionThatFails = 1;
+  try
+  {
+    const ArchiveSectionManager section(archive, "s");
+    throw std::runtime_error("first");
+  }
+  catch (const std::runtime_error& failure)
+  {
+    EXPECT_STREQ(failure.what(), "first");
+  }
+  EXPECT_EQ(messageOf<ORVELSerializationException>([&] { archive << SerializationOItem("K", 1); }),
+            "Archive recording, call 2: the archive can't be used after a failure");
+}
+
+TEST(ArchiveSectionManager, CannotOpenASectionAfterAFailure)
+{
+  RecordingOArchive archive;
+  try
+  {
+    const ArchiveSectionManager section(archive, "s");
+    throw std::runtime_error("half way");
+  }
+  catch (const std::runtime_error&)
+  {
+  }
+  EXPECT_THROW(ArchiveSectionManager(archive, "t"), ORVELSerializationException);
+  EXPECT_EQ(archive.calls, (Calls{"section s {", "}"}));
+}
+
+} // namespace

@@ -1,0 +1,800 @@
+// What both concrete archives do alike: values, identity, limits, and what follows a failure.
+
+#include "ArchiveTesting.h"
+
+#include <gtest/gtest.h>
+
+#include <support/RaisedFailure.h>
+
+#include "SampleClasses.h"
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <random>
+#include <stdexcept>
+
+namespace
+{
+
+using namespace orvel;
+using namespace orvel::test;
+
+template <class Format>
+class BothArchives : public testing::Test
+{
+};
+
+using Formats = testing::Types<XmlFormat, BinaryFormat>;
+TYPED_TEST_SUITE(BothArchives, Formats, );
+
+template <class To, class From>
+To bitsOf(From value)
+{
+  static_assert(sizeof(To) == sizeof(From));
+  To bits;
+  std::memcpy(&bits, &value, sizeof bits);
+  return bits;
+}
+
+// Values
+
+template <class Format, class T>
+void expectKept(T value)
+{
+  EXPECT_EQ((throughFile<Format, T>(value)), value);
+}
+
+TYPED_TEST(BothArchives, KeepIntegersOfEveryWidthAtTheirLimits)
+{
+  using F = TypeParam;
+  expectKept<F>(true);
+  expectKept<F>(false);
+  const auto both = [](auto example)
+  {
+    using T = decltype(example);
+    for (const T value :
+         {std::numeric_limits<T>::min(), std::numeric_limits<T>::max(), T{0}, T{1}, static_cast<T>(-1)})
+      expectKept<F>(value);
+  };
+  both(static_cast<signed char>(0));
+  both(static_cast<unsigned char>(0));
+  both(static_cast<short>(0));
+  both(static_cast<unsigned short>(0));
+  both(0);
+  both(0U);
+  both(0L);
+  both(0UL);
+}
+
+TYPED_TEST(BothArchives, KeepEveryBitOfFloats)
+{
+  for (const ipUInt32 bits :
+       {0x00000000U, 0x80000000U, 0x00000001U, 0x80000001U, 0x007FFFFFU, 0x00800000U, 0x3F800000U,
+        0x3DCCCCCDU, 0x7F7FFFFFU, 0xFF7FFFFFU, 0x7F800000U, 0xFF800000U, 0x7FC00000U, 0xFFC00000U,
+        0x7FC00001U, 0x7F800001U, 0xFFFFFFFFU, 0x7FFFFFFFU, 0x7FA00000U})
+    EXPECT_EQ((bitsOf<ipUInt32>(throughFile<TypeParam>(bitsOf<float>(bits)))), bits);
+  std::mt19937 random(1);
+  for (int i = 0; i < 3000; ++i)
+  {
+    const auto bits = static_cast<ipUInt32>(random());
+    EXPECT_EQ((bitsOf<ipUInt32>(throughFile<TypeParam>(bitsOf<float>(bits)))), bits);
+  }
+}
+
+TYPED_TEST(BothArchives, KeepEveryBitOfDoubles)
+{
+  for (const ipUInt64 bits :
+       {0x0000000000000000UL, 0x8000000000000000UL, 0x0000000000000001UL, 0x8000000000000001UL,
+        0x000FFFFFFFFFFFFFUL, 0x0010000000000000UL, 0x3FB999999999999AUL, 0x7FEFFFFFFFFFFFFFUL,
+        0x7FF0000000000000UL, 0xFFF0000000000000UL, 0x7FF8000000000000UL, 0xFFF8000000000000UL,
+        0x7FF8000000000001UL, 0x7FF0000000000001UL, 0xFFFFFFFFFFFFFFFFUL})
+    EXPECT_EQ((bitsOf<ipUInt64>(throughFile<TypeParam>(bitsOf<double>(bits)))), bits);
+  std::mt19937_64 random(2);
+  for (int i = 0; i < 3000; ++i)
+  {
+    const ipUInt64 bits = random();
+    EXPECT_EQ((bitsOf<ipUInt64>(throughFile<TypeParam>(bitsOf<double>(bits)))), bits);
+  }
+}
+
+TYPED_TEST(BothArchives, KeepEveryByteAloneAndInPairs)
+{
+  std::vector<std::string> strings;
+  for (int first = 0; first < 256; ++first)
+  {
+    strings.emplace_back(1, static_cast<char>(first));
+    for (int second = 0; second < 256; ++second)
+      strings.push_back({static_cast<char>(first), static_cast<char>(second)});
+  }
+  EXPECT_TRUE(throughFile<TypeParam>(strings) == strings);
+}
+
+TYPED_TEST(BothArchives, KeepTextsOfEveryKind)
+{
+  const std::vector<std::string> strings = {
+      "",
+      " ",
+      "\n",
+      "\t",
+      "  blanks at both ends  ",
+      "\n lines \n\n",
+      "\r\n",
+      "<&>\"'",
+      "]]>",
+      "<![CDATA[x]]>",
+      "<!-- no comment -->",
+      "&amp;&#10;&lt;",
+      "\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80", // one, two and three bytes beyond ASCII
+      "\xC0\x80",                             // an overlong form
+      "\xED\xA0\x80",                         // half a pair of surrogates
+      "\xF4\x90\x80\x80",                     // beyond the last character
+      "\xEF\xBF\xBE",                         // U+FFFE
+      "\xEF\xBF\xBF",                         // U+FFFF
+      "\xEF\xBB\xBF",                         // the byte order mark
+      "\xC2\x85\xE2\x80\xA8",                 // line ends of other worlds
+      "\x7F",
+      std::string(1, '\0'),
+      std::string("a\0b", 3),
+      std::string(100000, 'x'),
+      std::string(300000, ' '),
+      std::string(70000, '\0'),
+      "base64",
+      "dHJ1ZQ==",
+      "true",
+      "1,5"};
+  for (const std::string& text : strings)
+    EXPECT_TRUE(throughFile<TypeParam>(text) == text) << text.substr(0, 40);
+}
+
+TYPED_TEST(BothArchives, KeepPaths)
+{
+  for (const std::string text : {"", "/", "a", "/a/b c/\xC3\xA4", "a\xFF\n/b", "..//x/./"})
+  {
+    const boost::filesystem::path path(text);
+    EXPECT_EQ(throughFile<TypeParam>(path).native(), text);
+  }
+}
+
+TYPED_TEST(BothArchives, KeepContainers)
+{
+  using F = TypeParam;
+  expectKept<F>(std::vector<unsigned char>{});
+  expectKept<F>(std::vector<signed char>{-128, 0, 127});
+  expectKept<F>(std::vector<short>{-32768, 32767});
+  expectKept<F>(std::vector<unsigned long>(1000, 18446744073709551615UL));
+  expectKept<F>(std::vector<double>{0.1, -1e300});
+  expectKept<F>(std::vector<bool>{true, false, true});
+  expectKept<F>(std::vector<bool>{});
+  expectKept<F>(std::vector<std::vector<std::string>>{{"a", ""}, {}, {"\0"}});
+  expectKept<F>(std::set<TestPoint>{TestPoint(1, 2), TestPoint(3, 4)});
+  expectKept<F>(std::map<std::string, std::vector<float>>{{"", {}}, {"a", {1.5F}}});
+  expectKept<F>(std::map<TestPoint, bool>{{TestPoint(1, 2), true}});
+}
+
+TYPED_TEST(BothArchives, KeepABlockOfAnySize)
+{
+  for (const std::size_t size :
+       {0, 1, 2, 3, 56, 57, 58, 4095, 4096, 4097, 131071, 131072, 131073, 262143, 262144, 262145, 1000000})
+  {
+    std::string bytes(size, '\0');
+    for (std::size_t i = 0; i < size; ++i)
+      bytes[i] = static_cast<char>(i * 7 + (i >> 8U));
+    const std::string file = fileBy<TypeParam>(
+        [&](BaseOArchive& archive)
+        {
+          archive.writeBlock(bytes.data(), bytes.size());
+          archive.writeBool("K", true);
+        });
+    std::string copy(size, 'x');
+    readWhole<TypeParam>(file,
+                         [&](BaseIArchive& archive)
+                         {
+                           archive.readBlock(&copy[0], copy.size());
+                           EXPECT_TRUE(archive.readBool("K"));
+                         });
+    EXPECT_TRUE(copy == bytes) << size;
+  }
+}
+
+TYPED_TEST(BothArchives, GiveTheSameBytesForTheSameObjects)
+{
+  const std::string file = fileOfObject<TypeParam>(TestMix::makeFull());
+  const boost::shared_ptr<TestMix> another = TestMix::makeFull();
+  EXPECT_EQ(fileOfObject<TypeParam>(another), file);
+  EXPECT_EQ(fileOfObject<TypeParam>(another), file);
+  EXPECT_EQ(fileOfObject<TypeParam>(objectOfFile<TypeParam>(file)), file);
+}
+
+TYPED_TEST(BothArchives, KeepAnObjectWithSomethingOfEverything)
+{
+  const boost::shared_ptr<TestMix> mix = TestMix::makeFull();
+  for (const bool untrusted : {false, true})
+  {
+    const SerializationObjectPtr copy = objectOfFile<TypeParam>(fileOfObject<TypeParam>(mix), untrusted);
+    ASSERT_NE(boost::dynamic_pointer_cast<TestMix>(copy), nullptr);
+    EXPECT_TRUE(dynamic_cast<const TestMix&>(*copy) == *mix);
+  }
+}
+
+TYPED_TEST(BothArchives, DoNotCompareTheNamesOfSections)
+{
+  const std::string file = fileBy<TypeParam>(
+      [](BaseOArchive& archive)
+      {
+        const ArchiveSectionManager section(archive, "one name");
+        archive << SerializationOItem("K", 1);
+      });
+  readWhole<TypeParam>(file,
+                       [](BaseIArchive& archive)
+                       {
+                         const ArchiveSectionManager section(archive, "another <name>");
+                         int value = 0;
+                         archive >> SerializationIItem("K", value);
+                         EXPECT_EQ(value, 1);
+                       });
+}
+
+TYPED_TEST(BothArchives, AnswerWhetherTheyFileElementsApart)
+{
+  std::ostringstream stream;
+  EXPECT_EQ(typename TypeParam::OArchive(stream).isElementWise(), (std::is_same_v<TypeParam, XmlFormat>));
+  std::istringstream input(TypeParam::wrap(""));
+  EXPECT_EQ(typename TypeParam::IArchive(input).isElementWise(), (std::is_same_v<TypeParam, XmlFormat>));
+}
+
+TYPED_TEST(BothArchives, MayBeEmpty)
+{
+  const std::string file = fileBy<TypeParam>([](BaseOArchive&) {});
+  EXPECT_EQ(file, TypeParam::wrap(""));
+  readWhole<TypeParam>(file, [](BaseIArchive&) {});
+}
+
+// Objects in place
+
+TYPED_TEST(BothArchives, KeepTheIdentityOfAnObjectInPlace)
+{
+  const std::string file =
+      fileBy<TypeParam>([](BaseOArchive& archive) { archive << SerializationOItem("K", TestPoint(1, 2)); });
+  TestPoint point;
+  BaseSerializationObject& root = point;
+  readWhole<TypeParam>(file, [&](BaseIArchive& archive) { archive >> SerializationIItem("K", root); });
+  EXPECT_TRUE(point == TestPoint(1, 2));
+}
+
+TYPED_TEST(BothArchives, FileAVersionOncePerArchive)
+{
+  const std::string file = fileBy<TypeParam>(
+      [](BaseOArchive& archive)
+      {
+        for (int i = 0; i < 3; ++i)
+          archive << SerializationOItem("K", TestPoint(i, -i));
+      });
+  readWhole<TypeParam>(file,
+                       [](BaseIArchive& archive)
+                       {
+                         for (int i = 0; i < 3; ++i)
+                         {
+                           TestPoint point;
+                           archive >> SerializationIItem("K", point);
+                           EXPECT_TRUE(point == TestPoint(i, -i));
+                         }
+                         EXPECT_EQ(archive.getRegisterClassVersion("orvel::TestPoint"), 3U);
+                       });
+}
+
+// Shared objects
+
+template <class Format>
+TestNodePtr nodeThrough(const TestNodePtr& node, bool untrusted = false)
+{
+  return boost::dynamic_pointer_cast<TestNode>(objectOfFile<Format>(fileOfObject<Format>(node), untrusted));
+}
+
+TYPED_TEST(BothArchives, BringSharedObjectsBackAsOne)
+{
+  const auto root = boost::make_shared<TestNode>();
+  const auto shared = boost::make_shared<TestNode>();
+  shared->_value = 5;
+  root->_next = shared;
+  root->_children = {shared, boost::make_shared<TestNode>(), shared, nullptr};
+  for (const bool untrusted : {false, true})
+  {
+    const TestNodePtr copy = nodeThrough<TypeParam>(root, untrusted);
+    ASSERT_NE(copy, nullptr);
+    ASSERT_EQ(copy->_children.size(), 4U);
+    EXPECT_EQ(copy->_next->_value, 5);
+    EXPECT_EQ(copy->_children[0], copy->_next);
+    EXPECT_EQ(copy->_children[2], copy->_next);
+    EXPECT_NE(copy->_children[1], copy->_next);
+    EXPECT_EQ(copy->_children[3], nullptr);
+    EXPECT_EQ(copy->_next.use_count(), 3);
+  }
+}
+
+TYPED_TEST(BothArchives, BringNullBack)
+{
+  EXPECT_EQ(objectOfFile<TypeParam>(fileOfObject<TypeParam>(nullptr)), nullptr);
+  SerializationObjectPtr object = boost::make_shared<TestPoint>();
+  readWhole<TypeParam>(fileOfObject<TypeParam>(nullptr),
+                       [&](BaseIArchive& archive) {
+                         archive.readObjectPtr(SerializationIItem<SerializationObjectPtr>("object", object));
+                       });
+  EXPECT_EQ(object, nullptr);
+}
+
+TYPED_TEST(BothArchives, BringCyclesBack)
+{
+  const auto first = boost::make_shared<TestNode>();
+  first->_next = boost::make_shared<TestNode>();
+  first->_next->_next = first;
+  first->_next->_children = {first->_next};
+  const TestNodePtr copy = nodeThrough<TypeParam>(first);
+  ASSERT_NE(copy, nullptr);
+  EXPECT_NE(copy, first);
+  EXPECT_NE(copy->_next, copy);
+  EXPECT_EQ(copy->_next->_next, copy);
+  EXPECT_EQ(copy->_next->_children.at(0), copy->_next);
+  for (const TestNodePtr& node : {first, copy}) // cycles must be opened by hand
+  {
+    node->_next->_children.clear();
+    node->_next.reset();
+  }
+}
+
+TYPED_TEST(BothArchives, BringAnObjectThatHoldsItselfBack)
+{
+  const auto node = boost::make_shared<TestNode>();
+  node->_next = node;
+  node->_children = {node, node};
+  const TestNodePtr copy = nodeThrough<TypeParam>(node);
+  EXPECT_EQ(copy->_next, copy);
+  EXPECT_EQ(copy->_children, (std::vector<SerializationObjectPtr>{copy, copy}));
+  for (const TestNodePtr& each : {node, copy})
+  {
+    each->_children.clear();
+    TestNodePtr(each)->_next.reset();
+  }
+}
+
+TYPED_TEST(BothArchives, TellObjectsApartThatComeAtOneAddressInTurn)
+{
+  // Each temporary dies after it was filed; the next one would be given its address.
+  const std::string file = fileBy<TypeParam>(
+      [](BaseOArchive& archive)
+      {
+        for (int i = 0; i < 50; ++i)
+        {
+          const TestPointPtr point = boost::make_shared<TestPoint>(i, 0);
+          archive << SerializationOItem("K", point);
+        }
+      });
+  readWhole<TypeParam>(file,
+                       [](BaseIArchive& archive)
+                       {
+                         for (int i = 0; i < 50; ++i)
+                         {
+                           TestPointPtr point;
+                           archive >> SerializationIItem("K", point);
+                           EXPECT_EQ(point->_x, i);
+                           EXPECT_EQ(point.use_count(), 2); // the archive's and this one
+                         }
+                       });
+}
+
+TYPED_TEST(BothArchives, KeepWhatTheyHaveNumberedAliveAndLetItGoInTheEnd)
+{
+  const int nbBefore = TestNode::g_nbAlive;
+  {
+    std::ostringstream stream;
+    typename TypeParam::OArchive archive(stream);
+    archive << SerializationOItem("K", TestNodePtr(boost::make_shared<TestNode>()));
+    EXPECT_EQ(TestNode::g_nbAlive, nbBefore + 1);
+  }
+  EXPECT_EQ(TestNode::g_nbAlive, nbBefore);
+}
+
+TYPED_TEST(BothArchives, KeepManySharedObjects)
+{
+  constexpr int nbPoints = 5000;
+  std::vector<TestPointPtr> points;
+  for (int i = 0; i < nbPoints; ++i)
+    points.push_back(boost::make_shared<TestPoint>(i, 2 * i));
+  for (int i = 0; i < nbPoints; ++i)
+    points.push_back(points[static_cast<std::size_t>(nbPoints - 1 - i)]);
+  const std::vector<TestPointPtr> copies = throughFile<TypeParam>(points);
+  ASSERT_EQ(copies.size(), points.size());
+  for (std::size_t i = 0; i < nbPoints; ++i)
+  {
+    EXPECT_TRUE(*copies[i] == *points[i]);
+    EXPECT_EQ(copies[2 * nbPoints - 1 - i], copies[i]);
+  }
+}
+
+TYPED_TEST(BothArchives, RefuseAnObjectOfAnUnknownClass)
+{
+  std::string file = fileOfObject<TypeParam>(boost::make_shared<TestPoint>());
+  const std::size_t name = file.find("orvel::TestPoint");
+  file.replace(name, 16, "orvel::TestPoinX");
+  const std::string place = std::is_same_v<TypeParam, XmlFormat> ? "line 3, column 3" : "byte 18";
+  EXPECT_EQ(messageOf<ORVELSerializationException>([&] { objectOfFile<TypeParam>(file); }),
+            "Archive stream, " + place + ": unknown class \"orvel::TestPoinX\"");
+}
+
+TYPED_TEST(BothArchives, RefuseAClassThatCanNotBeFiled)
+{
+  const std::string name = "orvel::TestNotSerializable";
+  const std::string file =
+      std::is_same_v<TypeParam, XmlFormat>
+          ? TypeParam::wrap("<pointer key=\"object\" id=\"1\" class=\"" + name + "\"></pointer>")
+          : TypeParam::wrap("\xD8\x1C\x9F\x78\x1A" + name + "\xFF");
+  const std::string place = std::is_same_v<TypeParam, XmlFormat> ? "line 3, column 1" : "byte 18";
+  EXPECT_EQ(messageOf<ORVELSerializationException>([&] { objectOfFile<TypeParam>(file); }),
+            "Archive stream, " + place +
+                ": an object of class orvel::TestNotSerializable can't stand for class "
+                "orvel::BaseSerializationObject");
+}
+
+TYPED_TEST(BothArchives, RefuseTheWrongClassWhenUntrusted)
+{
+  const std::string file = fileBy<TypeParam>(
+      [](BaseOArchive& archive)
+      { archive << SerializationOItem("K", SerializationObjectPtr(boost::make_shared<TestPoint>())); });
+  std::istringstream stream(file);
+  typename TypeParam::IArchive archive(stream);
+  archive.setUntrusted(true);
+  TestNodePtr node;
+  const std::string message =
+      messageOf<ORVELSerializationException>([&] { archive >> SerializationIItem("K", node); });
+  EXPECT_EQ(message.substr(0, 16), "Archive stream, ");
+  EXPECT_NE(message.find(": an object of class orvel::TestPoint can't stand for class orvel::TestNode"),
+            std::string::npos)
+      << message;
+  EXPECT_EQ(node, nullptr);
+  EXPECT_TRUE(archive.isFailed());
+}
+
+TYPED_TEST(BothArchives, ConvertWithoutACheckWhenTrusted)
+{
+  const std::string file = fileBy<TypeParam>(
+      [](BaseOArchive& archive)
+      { archive << SerializationOItem("K", SerializationObjectPtr(boost::make_shared<TestPoint>())); });
+  readWhole<TypeParam>(file,
+                       [](BaseIArchive& archive)
+                       {
+                         TestNodePtr node;
+                         archive >> SerializationIItem("K", node);
+                         EXPECT_EQ(node->getClassName(), "orvel::TestPoint");
+                       });
+}
+
+// Limits
+
+TYPED_TEST(BothArchives, WriteAndReadObjectsToTheLimitOfDepth)
+{
+  // 127 nests within the outermost: 128 objects in one another.
+  const TestNest deepest(127);
+  const std::string file =
+      fileBy<TypeParam>([&](BaseOArchive& archive) { archive << SerializationOItem("K", deepest); });
+  TestNest copy;
+  readWhole<TypeParam>(file, [&](BaseIArchive& archive) { archive >> SerializationIItem("K", copy); });
+  EXPECT_EQ(copy.getDepth(), 127);
+}
+
+TYPED_TEST(BothArchives, RefuseToWriteBeyondTheLimitOfDepth)
+{
+  std::ostringstream stream;
+  typename TypeParam::OArchive archive(stream);
+  const TestNest tooDeep(128);
+  const std::string message =
+      messageOf<ORVELSerializationException>([&] { archive << SerializationOItem("K", tooDeep); });
+  EXPECT_NE(message.find(": more than 128 objects within objects"), std::string::npos) << message;
+  EXPECT_TRUE(archive.isFailed());
+}
+
+TYPED_TEST(BothArchives, RefuseToReadBeyondTheLimitOfDepth)
+{
+  const std::string file = fileBy<TypeParam>(
+      [](BaseOArchive& archive)
+      {
+        archive.setLimits({129, 16});
+        archive << SerializationOItem("K", TestNest(128));
+      });
+  std::istringstream stream(file);
+  typename TypeParam::IArchive archive(stream);
+  TestNest copy;
+  const std::string message =
+      messageOf<ORVELSerializationException>([&] { archive >> SerializationIItem("K", copy); });
+  EXPECT_NE(message.find(": more than 128 objects within objects"), std::string::npos) << message;
+
+  std::istringstream again(file);
+  typename TypeParam::IArchive generous(again);
+  generous.setLimits({129, 16});
+  generous >> SerializationIItem("K", copy);
+  EXPECT_EQ(copy.getDepth(), 128);
+}
+
+TYPED_TEST(BothArchives, CountPointersAndObjectsInPlaceAlike)
+{
+  const auto chain = [](int length)
+  {
+    TestNodePtr node;
+    for (int i = 0; i < length; ++i)
+    {
+      const auto before = boost::make_shared<TestNode>();
+      before->_next = node;
+      node = before;
+    }
+    return node;
+  };
+  // The last node of a chain holds a point in place: one more object.
+  EXPECT_NE(nodeThrough<TypeParam>(chain(127)), nullptr);
+  EXPECT_THROW(fileOfObject<TypeParam>(chain(128)), ORVELSerializationException);
+}
+
+TYPED_TEST(BothArchives, RefuseMoreWorkThanTheirLengthAllows)
+{
+  const std::vector<bool> values(5000, true);
+  const std::string file =
+      fileBy<TypeParam>([&](BaseOArchive& archive) { archive << SerializationOItem("K", values); });
+  std::istringstream stream(file);
+  typename TypeParam::IArchive archive(stream);
+  archive.setLimits({128, 0});
+  std::vector<bool> copy;
+  const std::string message =
+      messageOf<ORVELSerializationException>([&] { archive >> SerializationIItem("K", copy); });
+  EXPECT_NE(message.find(": more work asked for than the length of the archive allows"), std::string::npos)
+      << message;
+  EXPECT_EQ(throughFile<TypeParam>(values), values);
+}
+
+// After a failure, after the end
+
+template <class Operation>
+void expectFailedBefore(Operation operation, const std::string& expected)
+{
+  EXPECT_EQ(messageOf<ORVELSerializationException>(operation), expected);
+}
+
+TYPED_TEST(BothArchives, AnswerEveryUseAfterAFailureWithOneError)
+{
+  std::istringstream stream(
+      fileBy<TypeParam>([](BaseOArchive& archive) { archive << SerializationOItem("K", 300); }));
+  typename TypeParam::IArchive archive(stream);
+  unsigned char small = 7;
+  EXPECT_THROW(archive >> SerializationIItem("K", small), ORVELSerializationException);
+  EXPECT_EQ(small, 7);
+  EXPECT_TRUE(archive.isFailed());
+  EXPECT_FALSE(archive.isClosed());
+
+  const std::string place = std::is_same_v<TypeParam, XmlFormat> ? "line 3, column 3" : "byte 18";
+  const std::string expected = "Archive stream, " + place + ": the archive can't be used after a failure";
+  int value = 0;
+  TestPoint point;
+  TestPointPtr pointer;
+  std::string text;
+  std::vector<int> values;
+  SerializationObjectPtr object;
+  expectFailedBefore([&] { archive >> SerializationIItem("K", value); }, expected);
+  expectFailedBefore([&] { archive.readUnsigned("K", 1); }, expected);
+  expectFailedBefore([&] { archive.readReal32("K"); }, expected);
+  expectFailedBefore([&] { archive.readReal64("K"); }, expected);
+  expectFailedBefore([&] { archive.readBool("K"); }, expected);
+  expectFailedBefore([&] { archive.readBlock(&value, 1); }, expected);
+  expectFailedBefore([&] { archive >> SerializationIItem("K", text); }, expected);
+  expectFailedBefore([&] { archive >> SerializationIItem("K", point); }, expected);
+  expectFailedBefore([&] { archive >> SerializationIItem("K", pointer); }, expected);
+  expectFailedBefore([&] { archive >> SerializationIItem("K", values); }, expected);
+  expectFailedBefore([&] { archive.readObjectPtr(SerializationIItem<SerializationObjectPtr>("K", object)); },
+                     expected);
+  expectFailedBefore([&] { archive.checkCount(1); }, expected);
+  expectFailedBefore([&] { const ArchiveSectionManager section(archive, "s"); }, expected);
+  expectFailedBefore([&] { archive.close(); }, expected);
+}
+
+TYPED_TEST(BothArchives, AnswerEveryUseAfterAFailureToWriteWithOneError)
+{
+  std::ostringstream stream;
+  typename TypeParam::OArchive archive(stream);
+  EXPECT_THROW(archive << SerializationOItem("K", TestBrittle()), std::runtime_error);
+  EXPECT_TRUE(archive.isFailed());
+  const std::string first =
+      messageOf<ORVELSerializationException>([&] { archive << SerializationOItem("K", 1); });
+  EXPECT_NE(first.find(": the archive can't be used after a failure"), std::string::npos);
+  EXPECT_EQ(first.substr(0, 21), "Archive stream, byte ");
+  expectFailedBefore([&] { archive.writeBool("K", true); }, first);
+  expectFailedBefore([&] { archive.writeUnsigned("K", 1); }, first);
+  expectFailedBefore([&] { archive.writeReal32("K", 1); }, first);
+  expectFailedBefore([&] { archive.writeReal64("K", 1); }, first);
+  expectFailedBefore([&] { archive.writeString("K", "x"); }, first);
+  expectFailedBefore([&] { archive.writeString("K", "\xFF"); }, first);
+  expectFailedBefore([&] { archive.writeBlock("x", 1); }, first);
+  expectFailedBefore([&] { archive << SerializationOItem("K", TestPoint()); }, first);
+  expectFailedBefore([&] { archive << SerializationOItem("K", TestPointPtr()); }, first);
+  expectFailedBefore([&] { const ArchiveSectionManager section(archive, "s"); }, first);
+  expectFailedBefore([&] { archive.close(); }, first);
+}
+
+TYPED_TEST(BothArchives, CanNotBeUsedAfterTheyWereClosed)
+{
+  std::ostringstream stream;
+  typename TypeParam::OArchive output(stream);
+  output << SerializationOItem("K", 1);
+  output.close();
+  EXPECT_TRUE(output.isClosed());
+  EXPECT_FALSE(output.isFailed());
+  const std::string file = stream.str();
+  const std::string closed = ": the archive can't be used after it was closed";
+  EXPECT_NE(messageOf<ORVELSerializationException>([&] { output.close(); }).find(closed), std::string::npos);
+  EXPECT_NE(
+      messageOf<ORVELSerializationException>([&] { output << SerializationOItem("K", 1); }).find(closed),
+      std::string::npos);
+  EXPECT_EQ(stream.str(), file);
+  EXPECT_TRUE(output.isClosed());
+
+  std::istringstream input(file);
+  typename TypeParam::IArchive archive(input);
+  int value = 0;
+  archive >> SerializationIItem("K", value);
+  archive.close();
+  EXPECT_TRUE(archive.isClosed());
+  EXPECT_NE(messageOf<ORVELSerializationException>([&] { archive.close(); }).find(closed), std::string::npos);
+  EXPECT_NE(
+      messageOf<ORVELSerializationException>([&] { archive >> SerializationIItem("K", value); }).find(closed),
+      std::string::npos);
+}
+
+TYPED_TEST(BothArchives, CanNotBeClosedWithinASection)
+{
+  std::ostringstream stream;
+  typename TypeParam::OArchive output(stream);
+  {
+    const ArchiveSectionManager section(output, "s");
+    const std::string message = messageOf<ORVELSerializationException>([&] { output.close(); });
+    EXPECT_NE(message.find(": closed within a section or an object"), std::string::npos);
+  }
+  EXPECT_TRUE(output.isFailed());
+  const std::string file =
+      fileBy<TypeParam>([](BaseOArchive& archive) { const ArchiveSectionManager section(archive, "s"); });
+  std::istringstream input(file);
+  typename TypeParam::IArchive archive(input);
+  const ArchiveSectionManager section(archive, "s");
+  const std::string message = messageOf<ORVELSerializationException>([&] { archive.close(); });
+  EXPECT_NE(message.find(": closed within a section or an object"), std::string::npos);
+}
+
+TYPED_TEST(BothArchives, RaiseTheFailureThatAnObjectReports)
+{
+  TestReluctant::g_refuses = true;
+  std::ostringstream stream;
+  typename TypeParam::OArchive output(stream);
+  const std::string message =
+      messageOf<ORVELSerializationException>([&] { output << SerializationOItem("K", TestHeir()); });
+  EXPECT_NE(message.find(": object of class orvel::TestHeir failed: the base can't write"), std::string::npos)
+      << message;
+  TestReluctant::g_refuses = false;
+  std::istringstream input(
+      fileBy<TypeParam>([](BaseOArchive& archive) { archive << SerializationOItem("K", TestHeir()); }));
+  TestReluctant::g_refuses = true;
+  typename TypeParam::IArchive archive(input);
+  TestHeir heir;
+  const std::string reading =
+      messageOf<ORVELSerializationException>([&] { archive >> SerializationIItem("K", heir); });
+  EXPECT_NE(reading.find(": object of class orvel::TestHeir failed: the base can't read"), std::string::npos)
+      << reading;
+  TestReluctant::g_refuses = false;
+}
+
+TYPED_TEST(BothArchives, AreFailedAfterANewerVersion)
+{
+  std::string file = fileOfObject<TypeParam>(boost::make_shared<TestPoint>(1, 2));
+  if (std::is_same_v<TypeParam, XmlFormat>)
+    file.replace(file.find("\"version\">3"), 11, "\"version\">4");
+  else
+    file.replace(file.find("\x9F\x03\xFF"), 3, "\x9F\x04\xFF");
+  std::istringstream stream(file);
+  typename TypeParam::IArchive archive(stream);
+  SerializationObjectPtr object;
+  EXPECT_EQ(messageOf<ORVELSerializationException>(
+                [&] { archive.readObjectPtr(SerializationIItem<SerializationObjectPtr>("object", object)); }),
+            "Version 4 of class orvel::TestPoint is not supported, the highest supported version is 3");
+  EXPECT_EQ(object, nullptr);
+  EXPECT_TRUE(archive.isFailed());
+}
+
+// Streams
+
+TYPED_TEST(BothArchives, ReadFromStreamsThatCanNotSeek)
+{
+  const boost::shared_ptr<TestMix> mix = TestMix::makeFull();
+  mix->_reals.assign(100000, 0.25F);
+  const std::string file = fileOfObject<TypeParam>(mix);
+  for (const std::size_t pieceSize : {1, 7, 1000, 1000000})
+  {
+    UnseekableBuffer buffer(file, pieceSize);
+    std::istream stream(&buffer);
+    typename TypeParam::IArchive archive(stream);
+    SerializationObjectPtr copy;
+    archive.readObjectPtr(SerializationIItem<SerializationObjectPtr>("object", copy));
+    archive.close();
+    EXPECT_TRUE(dynamic_cast<const TestMix&>(*copy) == *mix);
+  }
+}
+
+TYPED_TEST(BothArchives, ReadAStreamFromWhereItStands)
+{
+  const std::string file =
+      fileBy<TypeParam>([](BaseOArchive& archive) { archive << SerializationOItem("K", 5); });
+  std::istringstream stream("before" + file);
+  stream.ignore(6);
+  typename TypeParam::IArchive archive(stream);
+  int value = 0;
+  archive >> SerializationIItem("K", value);
+  archive.close();
+  EXPECT_EQ(value, 5);
+}
+
+TYPED_TEST(BothArchives, RefuseAStreamInAFailedState)
+{
+  std::istringstream stream(TypeParam::wrap(""));
+  stream.setstate(std::ios::failbit);
+  EXPECT_EQ(messageOf<ORVELSerializationException>([&] { typename TypeParam::IArchive archive(stream); }),
+            "Archive stream can't be opened: the stream reports an error");
+}
+
+TYPED_TEST(BothArchives, ReportWhatAStreamBufferThrows)
+{
+  struct Throwing : std::streambuf
+  {
+    int_type underflow() override { throw std::ios_base::failure("the line is dead"); }
+  } buffer;
+  std::istream stream(&buffer);
+  const std::string message =
+      messageOf<ORVELSerializationException>([&] { typename TypeParam::IArchive archive(stream); });
+  EXPECT_NE(message.find(": read failed: the line is dead"), std::string::npos) << message;
+}
+
+TYPED_TEST(BothArchives, ReportAStreamThatTakesNoMore)
+{
+  const std::string file = fileOfObject<TypeParam>(TestMix::makeFull());
+  for (std::size_t room = 0; room < file.size(); room += 13)
+  {
+    FullBuffer buffer(room);
+    std::ostream stream(&buffer);
+    const std::string message = messageOf<ORVELSerializationException>(
+        [&]
+        {
+          typename TypeParam::OArchive archive(stream);
+          archive.writeObjectPtr(SerializationOItem<SerializationObjectPtr>("object", TestMix::makeFull()));
+          archive.close();
+        });
+    EXPECT_NE(message.find(": write failed: the stream reports an error"), std::string::npos) << message;
+  }
+}
+
+TYPED_TEST(BothArchives, DoNotFinishAfterAPieceWasLost)
+{
+  struct ThrowsOnce : std::stringbuf
+  {
+    bool hasThrown = false;
+    std::streamsize xsputn(const char* data, std::streamsize size) override
+    {
+      if (!hasThrown)
+      {
+        hasThrown = true;
+        throw std::runtime_error("once");
+      }
+      return std::stringbuf::xsputn(data, size);
+    }
+  } buffer;
+  std::ostream stream(&buffer);
+  stream.exceptions(std::ios::badbit | std::ios::failbit);
+  typename TypeParam::OArchive archive(stream);
+  const std::string block(1000000, 'x');
+  EXPECT_THROW(archive.writeBlock(block.data(), block.size()), std::exception);
+  stream.clear();
+  EXPECT_THROW(archive.close(), ORVELSerializationException);
+}
+
+} // namespace
