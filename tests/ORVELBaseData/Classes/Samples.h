@@ -1,0 +1,43 @@
+#pragma once
+
+/// \file
+/// \brief A sample of every class, for the checks that all classes share.
+///
+/// A new class needs an entry in Samples.cpp and, made by the test program with
+/// ORVEL_WRITE_REFERENCE_FILES=1, its reference files in tests/data. Nothing else.
+
+#include <ORVELSerialization/BaseSerializationObject.h>
+#include <ORVELUtil/ScalarTypes.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace orvel::test
+{
+
+/// \brief An object and what only its class can do with it.
+struct Sample
+{
+  SerializationObjectPtr object;
+  std::function<bool(const BaseSerializationObject&)> equals; ///< whether another object has the same value
+  std::function<SerializationObjectPtr()> copyConstruct;      ///< a copy by the class's own constructor
+  std::function<void(BaseSerializationObject&)> assignTo;     ///< by the class's own assignment
+};
+
+/// \brief What an archive of an older version holds and what it has to become.
+struct OldSample
+{
+  ipUInt32 version;
+  SerializationObjectPtr filed; ///< writes the old layout under the name of the class
+  Sample expected;
+};
+
+/// \brief Return the samples of a class, none if it is unknown here. The first one stands in the reference
+/// files.
+std::vector<Sample> samplesOf(const std::string& className);
+
+/// \brief Return a sample for every version of a class but the newest.
+std::vector<OldSample> oldSamplesOf(const std::string& className);
+
+} // namespace orvel::test

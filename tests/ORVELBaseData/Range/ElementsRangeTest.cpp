@@ -1,0 +1,291 @@
+#include <ORVELBaseData/Range/ElementsRange.h>
+
+#include <gtest/gtest.h>
+
+#include <ORVELSerialization/ORVELSerializationException.h>
+#include <ORVELSerialization/ORVELSerializationLog.h>
+#include <ORVELSerialization/SerializationItems.h>
+#include <ORVELUtil/DynamicObjectFactory.h>
+#include <support/HandWrittenArchive.h>
+#include <support/LayoutChecks.h>
+#include <support/RaisedFailure.h>
+
+#include <limits>
+#include <memory>
+#include <type_traits>
+
+ORVEL_TEST_EXPOSE(StartOffset, &orvel::ElementsRange::_startOffset)
+ORVEL_TEST_EXPOSE(NbElements, &orvel::ElementsRange::_nbElements)
+
+namespace
+{
+
+using namespace orvel;
+using namespace orvel::test;
+
+constexpr ipUInt64 g_largest = std::numeric_limits<ipUInt64>::max();
+
+TEST(ElementsRange, IsEmptyAtZeroByDefault)
+{
+  const ElementsRange range;
+  EXPECT_EQ(range.getStartOffset(), 0U);
+  EXPECT_EQ(range.getNbElements(), 0U);
+  EXPECT_TRUE(range == ElementsRange(0, 0));
+}
+
+TEST(ElementsRange, TakesAnyTwoNumbers)
+{
+  const ElementsRange range(g_largest, g_largest); // its end is beyond 64 bits
+  EXPECT_EQ(range.getStartOffset(), g_largest);
+  EXPECT_EQ(range.getNbElements(), g_largest);
+  const ElementsRange other(3, 4);
+  EXPECT_EQ(other.getStartOffset(), 3U);
+  EXPECT_EQ(other.getNbElements(), 4U);
+}
+
+TEST(ElementsRange, ComparesBothNumbers)
+{
+  const ElementsRange range(3, 4);
+  EXPECT_TRUE(range == ElementsRange(3, 4));
+  EXPECT_FALSE(range != ElementsRange(3, 4));
+  for (const ElementsRange& other : {ElementsRange(3, 5), ElementsRange(2, 4), ElementsRange(4, 3)})
+  {
+    EXPECT_FALSE(range == other);
+    EXPECT_TRUE(range != other);
+  }
+}
+
+TEST(ElementsRange, OrdersByStartThenByLength)
+{
+  EXPECT_TRUE(ElementsRange(1, 5) < ElementsRange(2, 0));
+  EXPECT_FALSE(ElementsRange(2, 0) < ElementsRange(1, 5));
+  EXPECT_TRUE(ElementsRange(1, 5) < ElementsRange(1, 6));
+  EXPECT_FALSE(ElementsRange(1, 6) < ElementsRange(1, 5));
+  EXPECT_FALSE(ElementsRange(1, 5) < ElementsRange(1, 5));
+  EXPECT_TRUE(ElementsRange(1, 0) < ElementsRange(g_largest, 0)); // unsigned
+  EXPECT_FALSE(ElementsRange(g_largest, 0) < ElementsRange(1, 0));
+}
+
+// The frame
+
+TEST(ElementsRange, HasItsNameAndVersion)
+{
+  EXPECT_EQ(ElementsRange::getTypeName(), "orvel::ElementsRange");
+  EXPECT_EQ(ElementsRange().getClassName(), "orvel::ElementsRange");
+  EXPECT_EQ(ElementsRange::getVersion(), 2U);
+}
+
+TEST(ElementsRange, IsCreatedByItsNameAndByItsOwn)
+{
+  const DynamicObjectFactory& factory = DynamicObjectFactory::getInstance();
+  const ElementsRange example(5, 6);
+  const std::unique_ptr<BaseDynamicObject> byName(factory.createNew("orvel::ElementsRange"));
+  const std::unique_ptr<BaseDynamicObject> byItself(example.createNew());
+  const std::unique_ptr<ElementsRange> byClass(ElementsRange::createNewObject());
+  EXPECT_TRUE(dynamic_cast<ElementsRange&>(*byName) == ElementsRange());
+  EXPECT_TRUE(dynamic_cast<ElementsRange&>(*byItself) == ElementsRange());
+  EXPECT_TRUE(*byClass == ElementsRange());
+  EXPECT_TRUE(dynamic_cast<ElementsRange&>(*factory.createShared("orvel::ElementsRange")) == ElementsRange());
+  EXPECT_TRUE(dynamic_cast<ElementsRange&>(*example.createShared()) == ElementsRange());
+  EXPECT_TRUE(*ElementsRange::createSharedObject() == ElementsRange());
+}
+
+TEST(ElementsRange, CopiesBothNumbers)
+{
+  const ElementsRange range(5, 6);
+  EXPECT_TRUE(range.hasCopySupport());
+  ElementsRange copy;
+  copy.copy(range);
+  EXPECT_TRUE(copy == range);
+  EXPECT_TRUE(ElementsRange(range) == range);
+  ElementsRange assigned;
+  EXPECT_EQ(&(assigned = range), &assigned);
+  EXPECT_TRUE(assigned == range);
+  const std::unique_ptr<BaseDynamicObject> duplicate(range.duplicate());
+  EXPECT_TRUE(dynamic_cast<ElementsRange&>(*duplicate) == range);
+  EXPECT_TRUE(dynamic_cast<ElementsRange&>(*range.duplicateShared()) == range);
+  copy.copy(copy);
+  EXPECT_TRUE(copy == range);
+}
+
+TEST(ElementsRange, HasItsOperationsAndMembersInTheirOrder)
+{
+  EXPECT_EQ(vtableIndexOf(&ElementsRange::getClassName), 2U);
+  EXPECT_EQ(vtableIndexOf(&ElementsRange::createNew), 3U);
+  EXPECT_EQ(vtableIndexOf(&ElementsRange::createShared), 4U);
+  EXPECT_EQ(vtableIndexOf(&ElementsRange::hasCopySupport), 5U);
+  EXPECT_EQ(vtableIndexOf(&ElementsRange::duplicate), 6U);
+  EXPECT_EQ(vtableIndexOf(&ElementsRange::duplicateShared), 7U);
+  EXPECT_EQ(vtableIndexOf(&BaseDynamicObject::initCtorCopy), 8U);
+  EXPECT_EQ(vtableIndexOf(&ElementsRange::copy), 9U);
+  EXPECT_EQ(vtableIndexOf(&ElementsRange::write), 10U);
+  EXPECT_EQ(vtableIndexOf(&ElementsRange::read), 11U);
+  EXPECT_EQ(vtableSizeOf(ElementsRange()), 12U); // none added
+  EXPECT_EQ(offsetOf(memberOf(StartOffset())), 8);
+  EXPECT_EQ(offsetOf(memberOf(NbElements())), 16);
+  EXPECT_EQ(sizeof(ElementsRange), 24U);
+  static_assert(std::is_base_of_v<BaseSerializationObject, ElementsRange>);
+}
+
+// Archives
+
+template <class HandWritten>
+class ElementsRangeArchive : public testing::Test
+{
+};
+
+using Formats = testing::Types<HandWrittenXml, HandWrittenBinary>;
+TYPED_TEST_SUITE(ElementsRangeArchive, Formats, );
+
+template <class HandWritten>
+std::string archiveOf(ipUInt32 version, std::int64_t startOffset, std::int64_t nbElements)
+{
+  HandWritten archive;
+  putVersion(archive, "orvel::ElementsRange", version);
+  archive.integer("_startOffset", startOffset);
+  archive.integer("_nbElements", nbElements);
+  return archive.file();
+}
+
+TYPED_TEST(ElementsRangeArchive, IsWrittenInVersion2)
+{
+  EXPECT_EQ(fileOf<TypeParam>([](BaseOArchive& archive) { EXPECT_TRUE(ElementsRange(3, 4).write(archive)); }),
+            archiveOf<TypeParam>(2, 3, 4));
+}
+
+TYPED_TEST(ElementsRangeArchive, WritesItsVersionOnce)
+{
+  TypeParam expected;
+  putVersion(expected, "orvel::ElementsRange", 2);
+  for (const std::int64_t number : {1, 2, 3, 4})
+    expected.integer(number % 2 == 1 ? "_startOffset" : "_nbElements", number);
+  EXPECT_EQ(fileOf<TypeParam>(
+                [](BaseOArchive& archive)
+                {
+                  ElementsRange(1, 2).write(archive);
+                  ElementsRange(3, 4).write(archive);
+                }),
+            expected.file());
+}
+
+TYPED_TEST(ElementsRangeArchive, IsReadInVersion2)
+{
+  ElementsRange range(8, 9);
+  readFile<TypeParam>(archiveOf<TypeParam>(2, 5000000000, 4),
+                      [&](BaseIArchive& archive)
+                      {
+                        const BoolResult result = range.read(archive);
+                        EXPECT_TRUE(result);
+                        EXPECT_EQ(result.getMessage(), "");
+                      });
+  EXPECT_TRUE(range == ElementsRange(5000000000, 4));
+}
+
+TYPED_TEST(ElementsRangeArchive, KeepsSixtyFourBits)
+{
+  const ElementsRange largest(g_largest, g_largest - 1);
+  const std::string file = fileOf<TypeParam>([&](BaseOArchive& archive) { largest.write(archive); });
+  ElementsRange range;
+  readFile<TypeParam>(file, [&](BaseIArchive& archive) { EXPECT_TRUE(range.read(archive)); });
+  EXPECT_TRUE(range == largest);
+}
+
+TYPED_TEST(ElementsRangeArchive, IsReadInVersion1AndWidened)
+{
+  ElementsRange range(8, 9);
+  readFile<TypeParam>(archiveOf<TypeParam>(1, 3, 4),
+                      [&](BaseIArchive& archive) { EXPECT_TRUE(range.read(archive)); });
+  EXPECT_TRUE(range == ElementsRange(3, 4));
+  readFile<TypeParam>(archiveOf<TypeParam>(1, 4294967295, 4294967295),
+                      [&](BaseIArchive& archive) { EXPECT_TRUE(range.read(archive)); });
+  EXPECT_TRUE(range == ElementsRange(4294967295, 4294967295));
+}
+
+TYPED_TEST(ElementsRangeArchive, HoldsThirtyTwoBitsOnlyInVersion1)
+{
+  ElementsRange range(8, 9);
+  EXPECT_THROW(readStart<TypeParam>(archiveOf<TypeParam>(1, 4294967296, 4),
+                                    [&](BaseIArchive& archive) { range.read(archive); }),
+               ORVELSerializationException);
+  EXPECT_THROW(readStart<TypeParam>(archiveOf<TypeParam>(1, 3, 4294967296),
+                                    [&](BaseIArchive& archive) { range.read(archive); }),
+               ORVELSerializationException);
+  // Both are stored together: the failure between them leaves the old range whole.
+  EXPECT_TRUE(range == ElementsRange(8, 9));
+}
+
+TYPED_TEST(ElementsRangeArchive, TakesTheNewestLayoutForVersion0)
+{
+  ElementsRange range;
+  readFile<TypeParam>(archiveOf<TypeParam>(0, 5000000000, 4),
+                      [&](BaseIArchive& archive) { EXPECT_TRUE(range.read(archive)); });
+  EXPECT_TRUE(range == ElementsRange(5000000000, 4));
+}
+
+TYPED_TEST(ElementsRangeArchive, KeepsTheVersionOfTheFirstForAllThatFollow)
+{
+  TypeParam archive;
+  putVersion(archive, "orvel::ElementsRange", 1);
+  for (const char* key : {"_startOffset", "_nbElements", "_startOffset", "_nbElements"})
+    archive.integer(key, 7);
+  std::istringstream stream(archive.file());
+  typename TypeParam::IArchive input(stream);
+  ElementsRange first;
+  ElementsRange second;
+  EXPECT_TRUE(first.read(input));
+  EXPECT_EQ(input.getRegisterClassVersion("orvel::ElementsRange"), 1U);
+  EXPECT_TRUE(second.read(input));
+  input.close();
+  EXPECT_TRUE(second == ElementsRange(7, 7));
+}
+
+TYPED_TEST(ElementsRangeArchive, RefusesANewerVersion)
+{
+  for (const ipUInt32 version : {3U, 4294967295U})
+  {
+    std::istringstream stream(archiveOf<TypeParam>(version, 3, 4));
+    typename TypeParam::IArchive archive(stream);
+    ElementsRange range(8, 9);
+    const LogCapture log(getORVELSerializationLogger());
+    const auto failure = failureOf<ORVELSerializationException>([&] { range.read(archive); });
+    EXPECT_EQ(failure.getMessage(),
+              "Version " + std::to_string(version) +
+                  " of class orvel::ElementsRange is not supported, the highest supported "
+                  "version is 2");
+#if !defined(__clang__)
+    EXPECT_EQ(failure.getFunction(),
+              "virtual orvel::BoolResult orvel::ElementsRange::read(orvel::BaseIArchive&)");
+#else
+    EXPECT_NE(failure.getFunction().find("orvel::ElementsRange::read("), std::string::npos);
+#endif
+    EXPECT_EQ(failure.getFile(), "ORVELBaseData/Range/ElementsRange.cpp");
+    EXPECT_NE(
+        sourceLine(failure.getFile(), failure.getLine()).find("ORVEL_DEFINE_SERIALIZABLE(ElementsRange"),
+        std::string::npos);
+    ASSERT_EQ(log.getRecords().size(), 1U);
+    EXPECT_EQ(log.getRecords()[0].message, failure.getMessage());
+    EXPECT_EQ(log.getRecords()[0].level, log4cplus::ERROR_LOG_LEVEL);
+    EXPECT_TRUE(range == ElementsRange(8, 9));
+    EXPECT_FALSE(archive.isClassVersionRegistred("orvel::ElementsRange"));
+    EXPECT_TRUE(archive.isFailed());
+  }
+}
+
+TYPED_TEST(ElementsRangeArchive, ComparesKeysWhereTheyAreStored)
+{
+  TypeParam archive;
+  putVersion(archive, "orvel::ElementsRange", 2);
+  archive.integer("_nbElements", 3);
+  archive.integer("_startOffset", 4);
+  ElementsRange range;
+  const auto read = [&]
+  {
+    readFile<TypeParam>(archive.file(), [&](BaseIArchive& input) { range.read(input); });
+  };
+  if (std::is_same_v<TypeParam, HandWrittenXml>)
+    EXPECT_THROW(read(), ORVELSerializationException);
+  else
+    EXPECT_NO_THROW(read());
+}
+
+} // namespace
