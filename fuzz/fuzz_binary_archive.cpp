@@ -1,0 +1,11 @@
+// Feeds the binary reader with anything.
+
+#include "ArchiveFuzzing.h"
+
+#include <ORVELSerialization/BinaryArchive.h>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+  orvel::fuzz::readEveryWay<orvel::BinaryIArchive>(data, size);
+  return 0;
+}
