@@ -1,7 +1,6 @@
 #include <ORVELBaseData/ORVELBaseDataLog.h>
 
-#include <log4cplus/logger.h>
-
+#include <ORVELUtil/LateLogger.h>
 #include <ORVELUtil/LogMessageManager.h>
 #include <ORVELUtil/ORVELUtilLog.h>
 #include <ORVELUtil/UnitMutex.h>
@@ -46,8 +45,7 @@ const std::string& getORVELBaseDataLoggerName()
 log4cplus::Logger& getORVELBaseDataLogger()
 {
   const boost::mutex::scoped_lock lock(LoggerMutex::get());
-  static log4cplus::Logger g_logger = log4cplus::Logger::getInstance(getORVELBaseDataLoggerName());
-  return g_logger;
+  return getLateLogger().get(getORVELBaseDataLoggerName());
 }
 
 } // namespace orvel

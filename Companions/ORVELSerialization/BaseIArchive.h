@@ -101,7 +101,12 @@ protected:
   /// \brief Return how many bytes have been read so far.
   virtual ipUInt64 getPosition() const = 0;
 
+  /// \brief Let the objects go that the archive has made, also from cycles: nobody was given them.
+  virtual void letObjectsGo() noexcept {}
+
 private:
+  friend struct details::ArchiveAccess;
+
   void extendWork(ipUInt64 units);
 
   bool _untrusted = false;

@@ -27,7 +27,7 @@ public:
 
   static const std::string& getTypeName(); ///< "orvel::BaseSerializationObject"
 
-  void copy(const BaseDynamicObject& other) override; ///< takes nothing over
+  void copy(const BaseDynamicObject& /*other*/) override {} ///< takes nothing over
 
   /// \brief Write the object to an archive. Files nothing here.
   /// \return true, or false with a message if a class reports a failure this way
@@ -37,7 +37,7 @@ public:
   /// \brief Read the object from an archive. Reads nothing here.
   /// \return true, or false with a message if a class reports a failure this way
   /// \throw ORVELSerializationException if the archive fails or holds a newer version of a class
-  virtual BoolResult read(BaseIArchive& archive);
+  virtual BoolResult read(BaseIArchive& /*archive*/) { return BoolResult(true); }
 
 protected:
   BaseSerializationObject() = default;

@@ -293,8 +293,8 @@ struct BinaryIArchive::Impl
   ByteSource source;
   ipUInt64 itemPosition = 0; // where the present item begins: the place that failures name
   ipUInt64 nbOpenArrays = 0;
-  std::vector<SerializationObjectPtr> objects; // by number
-  std::vector<ObjectClass> classes;            // by number
+  ReadObjects objects;
+  std::vector<ObjectClass> classes; // by number
 };
 
 /// Runs an operation on an open archive, at the cost of a unit of work, and turns a refusal of the system
@@ -333,6 +333,11 @@ BinaryIArchive::BinaryIArchive(std::istream& stream)
 }
 
 BinaryIArchive::~BinaryIArchive() = default;
+
+void BinaryIArchive::letObjectsGo() noexcept
+{
+  _impl->objects.letGo(0);
+}
 
 bool BinaryIArchive::isElementWise() const
 {
@@ -504,6 +509,11 @@ void BinaryIArchive::readBlock(void* data, ipUInt64 sizeInBytes)
 
 void BinaryIArchive::readObjectPtr(const SerializationIItem<SerializationObjectPtr>& item)
 {
+  _impl->objects.readShared([&] { readShared(item); });
+}
+
+void BinaryIArchive::readShared(const SerializationIItem<SerializationObjectPtr>& item)
+{
   perform(
       [&]
       {
@@ -527,7 +537,7 @@ void BinaryIArchive::readObjectPtr(const SerializationIItem<SerializationObjectP
         ObjectScope scope(*this);
         expectArray("an object");
         SerializationObjectPtr object = createObject();
-        _impl->objects.push_back(object); // before its content: a cycle leads back to it
+        _impl->objects.enter(object); // before its content: a cycle leads back to it
         ArchiveAccess::readWhole(*this, *object);
         expectArrayEnd("the object");
         scope.finish();

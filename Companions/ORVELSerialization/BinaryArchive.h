@@ -125,6 +125,7 @@ protected:
   void closeSection() override;
   std::string getPlace() const override;
   bool holds(ipUInt64 sizeInBytes) override;
+  void letObjectsGo() noexcept override;
   ipUInt64 getMinItemSize() const override; ///< 1
   ipUInt64 getPosition() const override;
 
@@ -153,6 +154,7 @@ private:
   [[noreturn]] void raiseNoArrayEnd(const char* what);
   void readContent(const details::cbor::Head& head, std::string& content);
   void readHeader();
+  void readShared(const SerializationIItem<SerializationObjectPtr>& item);
   SerializationObjectPtr createObject();
 
   std::unique_ptr<Impl> _impl;

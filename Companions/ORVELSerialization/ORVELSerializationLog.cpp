@@ -1,18 +1,28 @@
 #include <ORVELSerialization/ORVELSerializationLog.h>
 
-#include <log4cplus/logger.h>
-
+#include <ORVELUtil/LateLogger.h>
 #include <ORVELUtil/LogMessageManager.h>
 #include <ORVELUtil/ORVELUtilLog.h>
 
 namespace orvel
 {
 
+namespace
+{
+
+details::LateLogger& getLateLogger()
+{
+  static details::LateLogger g_logger;
+  return g_logger;
+}
+
+[[maybe_unused]] const bool g_madeAtLoad = (getLateLogger(), true);
+
+} // namespace
+
 log4cplus::Logger& getORVELSerializationLogger()
 {
-  static log4cplus::Logger g_logger =
-      log4cplus::Logger::getInstance(getBaseLoggerName() + ".ORVELSerialization");
-  return g_logger;
+  return getLateLogger().get(getBaseLoggerName() + ".ORVELSerialization");
 }
 
 LogMessageManager& getORVELSerializationLogMessageManager()

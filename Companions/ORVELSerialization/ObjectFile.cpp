@@ -53,7 +53,16 @@ SerializationObjectPtr loadObject(const boost::filesystem::path& path, ArchiveTr
   archive->setUntrusted(trust == ArchiveTrust::untrusted);
   SerializationObjectPtr object;
   archive->readObjectPtr(SerializationIItem<SerializationObjectPtr>(objectKey, object));
-  archive->close();
+  try
+  {
+    archive->close();
+  }
+  catch (...)
+  {
+    object.reset();
+    details::ArchiveAccess::letObjectsGo(*archive);
+    throw;
+  }
   return object;
 }
 

@@ -108,13 +108,19 @@ private:                                                                        
   class TypeNameMutex : public ::orvel::UnitMutex<TypeNameMutex>                                             \
   {                                                                                                          \
   };                                                                                                         \
-  [[maybe_unused]] const bool g_typeNameMutexMade = TypeNameMutex::touch();                                  \
   }                                                                                                          \
   const std::string& Class::getTypeName()                                                                    \
   {                                                                                                          \
     const boost::mutex::scoped_lock lock(TypeNameMutex::get());                                              \
     static const std::string g_typeName = "orvel::" #Class;                                                  \
     return g_typeName;                                                                                       \
+  }                                                                                                          \
+  namespace                                                                                                  \
+  {                                                                                                          \
+  /* The mutex is made before a second thread can come, and the text before the application's statics, whose \
+   */                                                                                                        \
+  /* destructors may still ask for it. */                                                                    \
+  [[maybe_unused]] const bool g_typeNameMade = TypeNameMutex::touch() && !Class::getTypeName().empty();      \
   }
 
 /// Defines getVersion, guarded by the unit's VersionMutex.

@@ -438,7 +438,7 @@ struct XmlIArchive::Impl
   XmlDocument document;
   ipUInt64 place = 0; // where something was met that is no item; 0 as long as the present item is the place
   ipUInt64 nbOpenSections = 0;
-  std::vector<SerializationObjectPtr> objects;          // by number, from 0
+  ReadObjects objects;
   std::unordered_map<std::string, ObjectClass> classes; // by name
 };
 
@@ -516,6 +516,11 @@ XmlIArchive::XmlIArchive(std::istream& stream)
 
 XmlIArchive::~XmlIArchive() = default;
 
+void XmlIArchive::letObjectsGo() noexcept
+{
+  _impl->objects.letGo(0);
+}
+
 bool XmlIArchive::isElementWise() const
 {
   return true;
@@ -578,6 +583,11 @@ void XmlIArchive::readBlock(void* data, ipUInt64 sizeInBytes)
 
 void XmlIArchive::readObjectPtr(const SerializationIItem<SerializationObjectPtr>& item)
 {
+  _impl->objects.readShared([&] { readShared(item); });
+}
+
+void XmlIArchive::readShared(const SerializationIItem<SerializationObjectPtr>& item)
+{
   perform(
       [&]
       {
@@ -608,7 +618,7 @@ void XmlIArchive::readObjectPtr(const SerializationIItem<SerializationObjectPtr>
         ObjectScope scope(*this);
         const SerializationObjectPtr object =
             createObject(std::string(attributes.get(XmlAttribute::className)));
-        _impl->objects.push_back(object); // before its content: a cycle leads back to it
+        _impl->objects.enter(object); // before its content: a cycle leads back to it
         ArchiveAccess::readWhole(*this, *object);
         document.leave();
         scope.finish();

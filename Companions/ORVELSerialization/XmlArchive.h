@@ -136,6 +136,7 @@ protected:
   void closeSection() override;
   std::string getPlace() const override;
   bool holds(ipUInt64 sizeInBytes) override;
+  void letObjectsGo() noexcept override;
   ipUInt64 getMinItemSize() const override; ///< 19: `<item key="value"/>`
   ipUInt64 getPosition() const override;
 
@@ -152,6 +153,7 @@ private:
   std::string_view readText(const std::string& key);
   template <class Number>
   Number readNumber(const std::string& key, Number minimum, Number maximum);
+  void readShared(const SerializationIItem<SerializationObjectPtr>& item);
   SerializationObjectPtr createObject(const std::string& className);
 
   std::unique_ptr<Impl> _impl;

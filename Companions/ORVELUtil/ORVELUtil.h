@@ -7,6 +7,7 @@
 #include <ORVELUtil/BaseException.h>
 #include <ORVELUtil/DynamicObjectFactory.h>
 #include <ORVELUtil/DynamicRegistrator.h>
+#include <ORVELUtil/LateLogger.h>
 #include <ORVELUtil/LogMessageFormater.h>
 #include <ORVELUtil/LogMessageManager.h>
 #include <ORVELUtil/MsgMapRegistrator.h>

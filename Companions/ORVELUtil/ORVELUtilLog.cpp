@@ -1,10 +1,9 @@
 #include <ORVELUtil/ORVELUtilLog.h>
 
-#include <mutex>
-
 #include <log4cplus/logger.h>
 #include <log4cplus/nullappender.h>
 
+#include <ORVELUtil/LateLogger.h>
 #include <ORVELUtil/LogMessageManager.h>
 
 namespace orvel
@@ -13,39 +12,15 @@ namespace orvel
 namespace
 {
 
-/// A logger that is got from log4cplus on first use and lives until the library is unloaded.
-///
-/// It is made at load, empty: what a function made on its first call would be destroyed before the static
-/// objects of the application, whose destructors may still raise.
-class LateLogger
+details::LateLogger& getLateBaseLogger()
 {
-public:
-  log4cplus::Logger& get(const std::string& name)
-  {
-    const std::lock_guard<std::mutex> lock(_mutex);
-    if (!_got)
-    {
-      _logger = log4cplus::Logger::getInstance(name);
-      _got = true;
-    }
-    return _logger;
-  }
-
-private:
-  std::mutex _mutex;
-  bool _got = false;
-  log4cplus::Logger _logger;
-};
-
-LateLogger& getLateBaseLogger()
-{
-  static LateLogger g_logger;
+  static details::LateLogger g_logger;
   return g_logger;
 }
 
-LateLogger& getLateORVELUtilLogger()
+details::LateLogger& getLateORVELUtilLogger()
 {
-  static LateLogger g_logger;
+  static details::LateLogger g_logger;
   return g_logger;
 }
 

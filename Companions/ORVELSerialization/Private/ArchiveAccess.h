@@ -50,6 +50,9 @@ struct ArchiveAccess
   /// Opens a file of either format: its first byte tells, and is not lost if the file is a pipe.
   static std::unique_ptr<BaseIArchive> open(const boost::filesystem::path& path);
 
+  /// Lets the objects go that an archive has made and that nobody has been given.
+  static void letObjectsGo(BaseIArchive& archive) { archive.letObjectsGo(); }
+
   /// Makes an object of a class that an archive names.
   static SerializationObjectPtr create(BaseIArchive& archive, ObjectClass& objectClass)
   {

@@ -81,6 +81,45 @@ private:
   unsigned _log2Slots = 0;
 };
 
+/// The objects that an input archive has made, numbered from 0.
+class ReadObjects
+{
+public:
+  std::size_t size() const { return _objects.size(); }
+  const SerializationObjectPtr& operator[](std::size_t number) const { return _objects[number]; }
+
+  void enter(const SerializationObjectPtr& object) { _objects.push_back(object); } ///< as the next one
+
+  /// Reads a shared object; `read` enters it and what it holds. If that fails outside of any other shared
+  /// object, nobody has been given the objects that were made: they are let go, also from cycles.
+  template <class Read>
+  void readShared(Read read)
+  {
+    const std::size_t first = _objects.size();
+    const bool isOutermost = !std::exchange(_isReading, true);
+    try
+    {
+      read();
+    }
+    catch (...)
+    {
+      if (isOutermost)
+        letGo(first);
+      throw;
+    }
+    if (isOutermost)
+      _isReading = false;
+  }
+
+  /// Lets objects go from a number on. Those that only hold each other would stay for ever: they are made
+  /// like new ones of their class, which hold nothing.
+  void letGo(std::size_t first) noexcept;
+
+private:
+  std::vector<SerializationObjectPtr> _objects;
+  bool _isReading = false;
+};
+
 /// A class that shared objects of an archive have, ready to make more of them.
 class ObjectClass
 {

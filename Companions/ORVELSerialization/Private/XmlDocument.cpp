@@ -40,7 +40,8 @@ constexpr unsigned allowedAttributes[] = {bitOf(XmlAttribute::format),
 // Texts are decoded here: the parser would let unknown entities pass. A text stands in its element's own
 // value, which saves a node; blanks between elements are left out.
 constexpr unsigned parseFlags = pugi::parse_minimal | pugi::parse_cdata | pugi::parse_ws_pcdata_single |
-                                pugi::parse_embed_pcdata | pugi::parse_doctype | pugi::parse_fragment;
+                                pugi::parse_embed_pcdata | pugi::parse_doctype | pugi::parse_fragment |
+                                pugi::parse_comments | pugi::parse_pi;
 
 constexpr unsigned char specialInText = 1;
 constexpr unsigned char specialInAttribute = 2;
@@ -63,9 +64,24 @@ std::size_t findAttributeName(const char* name)
   return nbXmlAttributes;
 }
 
+constexpr const char* g_blanks = " \t\r\n";
+
+bool isBlankCharacter(char character)
+{
+  return character == ' ' || character == '\t' || character == '\r' || character == '\n';
+}
+
 bool isBlank(const char* text)
 {
-  return text[std::strspn(text, " \t\r\n")] == '\0';
+  return text[std::strspn(text, g_blanks)] == '\0';
+}
+
+/// The node itself, or the next one that says something: comments and processing instructions do not.
+pugi::xml_node skipComments(pugi::xml_node node)
+{
+  while (node.type() == pugi::node_comment || node.type() == pugi::node_pi)
+    node = node.next_sibling();
+  return node;
 }
 
 bool isElement(pugi::xml_node node, XmlElement element)
@@ -204,7 +220,7 @@ const XmlAttributes& XmlDocument::open()
   if (result.status == pugi::status_out_of_memory)
     throw std::bad_alloc();
 
-  const pugi::xml_node first = _document.first_child();
+  const pugi::xml_node first = skipComments(_document.first_child());
   if (first.type() == pugi::node_doctype)
     throw XmlFailure{Kind::damaged, positionOf(first), "a DOCTYPE is not allowed", ""};
   const bool isArchive = isElement(first, XmlElement::archive);
@@ -272,6 +288,45 @@ const XmlAttributes& XmlDocument::take(XmlElement element, const std::string* ke
   return _attributes;
 }
 
+/// The text of an element that also holds comments or CDATA sections.
+///
+/// The parser drops a text that is nothing but blanks beside those. It still stands in memory: where a kept
+/// text ends, the parser has put a null in the place of what follows it.
+std::string XmlDocument::joinText(pugi::xml_node node, std::string_view firstText)
+{
+  std::string joined(firstText);
+  const char* end = nullptr; // of a comment or a section that came last
+  for (const pugi::xml_node part : node.children())
+  {
+    const pugi::xml_node_type type = part.type();
+    if (type == pugi::node_pcdata)
+    {
+      std::string decoded;
+      joined += decode(part.value(), false, decoded, node);
+      end = nullptr;
+      continue;
+    }
+    if (type != pugi::node_cdata && type != pugi::node_comment)
+      throw XmlFailure{XmlFailure::Kind::damaged, positionOf(part),
+                       std::string("an element within ") + node.name(), ""};
+    const std::string_view opening = type == pugi::node_cdata ? "<![CDATA[" : "<!--";
+    const char* const start = part.value() - opening.size();
+    if (*start == '<')
+    {
+      const char* blanks = start;
+      while (isBlankCharacter(blanks[-1]))
+        --blanks;
+      joined += normaliseLineEnds({blanks, static_cast<std::size_t>(start - blanks)});
+    }
+    if (type == pugi::node_cdata)
+      joined += normaliseLineEnds(part.value());
+    end = part.value() + std::strlen(part.value()) + 3; // ]]> or -->
+  }
+  if (end != nullptr)
+    joined += normaliseLineEnds({end, std::strspn(end, g_blanks)});
+  return joined;
+}
+
 const XmlAttributes& XmlDocument::takeText(XmlElement element, const std::string* key, std::string_view& text)
 {
   const pugi::xml_node node = requireNext(element, key);
@@ -280,22 +335,11 @@ const XmlAttributes& XmlDocument::takeText(XmlElement element, const std::string
   text = decode(node.value(), false, _decodedText, node);
   if (!node.first_child().empty())
   {
-    std::string joined(text);
-    for (const pugi::xml_node part : node.children())
-    {
-      if (part.type() == pugi::node_element)
-        throw XmlFailure{XmlFailure::Kind::damaged, positionOf(part),
-                         std::string("an element within ") + getElementName(element), ""};
-      std::string decoded;
-      if (part.type() == pugi::node_cdata)
-        joined += normaliseLineEnds(part.value());
-      else
-        joined += decode(part.value(), false, decoded, node);
-    }
+    std::string joined = joinText(node, text);
     _decodedText.swap(joined);
     text = _decodedText;
   }
-  _next = node.next_sibling();
+  _next = skipComments(node.next_sibling());
   return _attributes;
 }
 
@@ -306,7 +350,7 @@ const XmlAttributes& XmlDocument::enter(XmlElement element, const std::string* k
     throw XmlFailure{XmlFailure::Kind::unexpected, positionOf(node), "the text " + quoted(node.value()),
                      std::string("elements or the end of ") + getElementName(element)};
   _parent = node;
-  _next = node.first_child();
+  _next = skipComments(node.first_child());
   return _attributes;
 }
 
@@ -314,18 +358,23 @@ void XmlDocument::leave()
 {
   if (hasNext())
     raiseUnexpected(std::string("the end of ") + _parent.name());
-  _next = _parent.next_sibling();
+  _next = skipComments(_parent.next_sibling());
   _parent = _parent.parent();
+}
+
+pugi::xml_node XmlDocument::getBehindRoot() const
+{
+  return skipComments(skipComments(_document.first_child()).next_sibling());
 }
 
 bool XmlDocument::hasBehindRoot() const
 {
-  return !_document.first_child().next_sibling().empty();
+  return !getBehindRoot().empty();
 }
 
 ipUInt64 XmlDocument::getBehindPosition() const
 {
-  return positionOf(_document.first_child().next_sibling());
+  return positionOf(getBehindRoot());
 }
 
 std::string XmlDocument::describeNext() const

@@ -128,6 +128,8 @@ private:
   pugi::xml_node requireNext(XmlElement element, const std::string* key);
   void readAttributes(XmlElement element);
   [[noreturn]] void raiseUnexpected(const std::string& expected) const;
+  pugi::xml_node getBehindRoot() const;
+  static std::string joinText(pugi::xml_node node, std::string_view firstText);
   static std::string_view decode(const char* raw, bool isAttribute, std::string& decoded,
                                  pugi::xml_node node);
 
