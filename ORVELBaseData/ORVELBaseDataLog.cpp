@@ -24,7 +24,16 @@ class ManagerMutex : public UnitMutex<ManagerMutex>
 };
 
 [[maybe_unused]] const bool g_mutexesMade =
-  LoggerNameMutex::touch() && LoggerMutex::touch() && ManagerMutex::touch();
+    LoggerNameMutex::touch() && LoggerMutex::touch() && ManagerMutex::touch();
+
+details::LateLogger& getLateLogger()
+{
+  static details::LateLogger g_logger;
+  return g_logger;
+}
+
+// Made before the static objects of the application, whose destructors may still raise.
+[[maybe_unused]] const bool g_madeAtLoad = (getLateLogger(), getORVELBaseDataLoggerName(), true);
 
 } // namespace
 

@@ -62,7 +62,7 @@ struct ORVELBASEDATA_EXPORT MsgMapRegistratorDerived<eORVELBaseDataMessage, void
 } // namespace details
 
 extern template class ORVELBASEDATA_EXPORT
-  MsgMapRegistrator<eORVELBaseDataMessage, details::MsgMapRegistratorDerived<eORVELBaseDataMessage, void>>;
+    MsgMapRegistrator<eORVELBaseDataMessage, details::MsgMapRegistratorDerived<eORVELBaseDataMessage, void>>;
 
 template <>
 struct MessageOwner<eORVELBaseDataMessage::domain> : ORVELBaseDataMessageOwner
