@@ -11,6 +11,13 @@ namespace
 constexpr double g_sqrtTwoPi = 2.50662827463100050241576528481;
 constexpr double g_sqrtTwo = 1.41421356237309504880168872421;
 
+/// A zero wins: far out the factor may be infinite, near the mean of a tiny standard deviation the density,
+/// and infinity times zero is no number.
+double timesDensity(double factor, double density)
+{
+  return factor == 0 || density == 0 ? 0.0 : factor * density;
+}
+
 } // namespace
 
 double normalDistribution(double x, double stdDev, double mean)
@@ -21,20 +28,16 @@ double normalDistribution(double x, double stdDev, double mean)
 
 double normalDistributionFirstDerivative(double x, double stdDev, double mean)
 {
-  const double density = normalDistribution(x, stdDev, mean);
-  if (density == 0) // far out the factor may be infinite, and infinity times zero is no number
-    return 0;
   const double deviation = (mean - x) / stdDev;
-  return deviation / stdDev * density;
+  return timesDensity(deviation / stdDev, normalDistribution(x, stdDev, mean));
 }
 
 double normalDistributionSecondDerivative(double x, double stdDev, double mean)
 {
-  const double density = normalDistribution(x, stdDev, mean);
-  if (density == 0) // as above
-    return 0;
   const double deviation = (x - mean) / stdDev;
-  return (deviation - 1) * (deviation + 1) / (stdDev * stdDev) * density;
+  // Divided twice: the square of a tiny standard deviation would vanish.
+  return timesDensity((deviation - 1) * (deviation + 1) / stdDev / stdDev,
+                      normalDistribution(x, stdDev, mean));
 }
 
 double cumulativeNormalDistribution(double x, double stdDev, double mean)

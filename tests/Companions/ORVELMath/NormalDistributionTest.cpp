@@ -172,6 +172,30 @@ TEST(NormalDistributionFunctions, TakeAnInfiniteStandardDeviationAsTheFlatLimit)
   }
 }
 
+TEST(NormalDistributionFunctions, StandATinyStandardDeviation)
+{
+  // The squares of these vanish; the densities of the last two at the mean are beyond the largest number.
+  for (const double stdDev : {1e-170, 1e-200, 1e-310, std::numeric_limits<double>::denorm_min()})
+  {
+    EXPECT_EQ(normalDistributionFirstDerivative(0, stdDev, 0), 0) << stdDev;
+    EXPECT_EQ(normalDistributionSecondDerivative(stdDev, stdDev, 0), 0) << stdDev;
+    EXPECT_EQ(normalDistributionSecondDerivative(0, stdDev, 0), -g_infinity) << stdDev;
+    EXPECT_EQ(normalDistribution(1, stdDev, 0), 0) << stdDev;
+    EXPECT_EQ(normalDistributionFirstDerivative(1, stdDev, 0), 0) << stdDev;
+    EXPECT_EQ(normalDistributionSecondDerivative(1, stdDev, 0), 0) << stdDev;
+  }
+}
+
+TEST(NormalDistributionFunctions, StandTheLargestFloatAsStandardDeviation)
+{
+  const double largest = static_cast<double>(std::numeric_limits<float>::max());
+  EXPECT_DOUBLE_EQ(normalDistribution(largest, largest, 0), g_density1 / largest);
+  EXPECT_DOUBLE_EQ(normalDistributionFirstDerivative(largest, largest, 0), -g_density1 / largest / largest);
+  EXPECT_DOUBLE_EQ(normalDistributionSecondDerivative(0, largest, 0),
+                   -g_density0 / largest / largest / largest);
+  EXPECT_DOUBLE_EQ(cumulativeNormalDistribution(largest, largest, 0), 0.8413447460685429485852);
+}
+
 TEST(NormalDistributionFunctions, GiveNaNForNaN)
 {
   const double nan = std::numeric_limits<double>::quiet_NaN();
