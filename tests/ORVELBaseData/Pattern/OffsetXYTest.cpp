@@ -1,6 +1,7 @@
 #include <ORVELBaseData/Pattern/OffsetXY.h>
 
 #include <cstring>
+#include <functional>
 #include <limits>
 #include <new>
 #include <set>
@@ -114,6 +115,11 @@ TEST(OffsetXY, HasNoOperatorNotEqual)
 }
 #endif
 
+TEST(OffsetXY, HasNoHash)
+{
+  EXPECT_FALSE(std::is_default_constructible<std::hash<OffsetXY>>::value);
+}
+
 TEST(OffsetXY, HasItsFrameIdentity)
 {
   EXPECT_EQ(OffsetXY::getTypeName(), "orvel::OffsetXY");
@@ -143,6 +149,28 @@ TEST(OffsetXY, IsCopied)
   EXPECT_TRUE(constructed == source);
   EXPECT_TRUE(assigned == source);
   EXPECT_TRUE(copied == source);
+}
+
+struct CountingOffset : OffsetXY
+{
+  using OffsetXY::OffsetXY;
+
+  void copy(const BaseDynamicObject& other) override
+  {
+    ++nbCopies;
+    OffsetXY::copy(other);
+  }
+
+  int nbCopies = 0;
+};
+
+TEST(OffsetXY, IsAssignedByItsVirtualCopy)
+{
+  CountingOffset derived(0, 0);
+  OffsetXY& offset = derived;
+  EXPECT_EQ(&(offset = OffsetXY(5, -6)), &offset);
+  EXPECT_EQ(derived.nbCopies, 1);
+  EXPECT_TRUE(offset == OffsetXY(5, -6));
 }
 
 TEST(OffsetXY, StandsACopyOfItself)

@@ -1,6 +1,7 @@
 #include <ORVELBaseData/Pattern/OffsetXYZ.h>
 
 #include <cstring>
+#include <functional>
 #include <limits>
 #include <new>
 #include <set>
@@ -122,6 +123,11 @@ TEST(OffsetXYZ, HasNoOperatorNotEqual)
 }
 #endif
 
+TEST(OffsetXYZ, HasNoHash)
+{
+  EXPECT_FALSE(std::is_default_constructible<std::hash<OffsetXYZ>>::value);
+}
+
 TEST(OffsetXYZ, HasItsFrameIdentity)
 {
   EXPECT_EQ(OffsetXYZ::getTypeName(), "orvel::OffsetXYZ");
@@ -156,6 +162,28 @@ TEST(OffsetXYZ, IsCopied)
   EXPECT_TRUE(constructed == source);
   EXPECT_TRUE(assigned == source);
   EXPECT_TRUE(copied == source);
+}
+
+struct CountingOffset : OffsetXYZ
+{
+  using OffsetXYZ::OffsetXYZ;
+
+  void copy(const BaseDynamicObject& other) override
+  {
+    ++nbCopies;
+    OffsetXYZ::copy(other);
+  }
+
+  int nbCopies = 0;
+};
+
+TEST(OffsetXYZ, IsAssignedByItsVirtualCopy)
+{
+  CountingOffset derived(0, 0, 0);
+  OffsetXYZ& offset = derived;
+  EXPECT_EQ(&(offset = OffsetXYZ(5, -6, 7)), &offset);
+  EXPECT_EQ(derived.nbCopies, 1);
+  EXPECT_TRUE(offset == OffsetXYZ(5, -6, 7));
 }
 
 TEST(OffsetXYZ, StandsACopyOfItself)

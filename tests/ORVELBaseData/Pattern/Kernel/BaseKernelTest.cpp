@@ -1,7 +1,9 @@
 #include <ORVELBaseData/Pattern/Kernel/BaseKernel.h>
 
+#include <cstddef>
 #include <type_traits>
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <ORVELBaseData/Pattern/Kernel/KernelXY.h>
@@ -20,6 +22,49 @@ TEST(BaseKernel, IsTheAbstractRootOfKernels)
   EXPECT_TRUE(std::is_abstract<BaseKernel>::value);
   EXPECT_TRUE((std::is_base_of<BaseSerializationObject, BaseKernel>::value));
   EXPECT_TRUE(std::has_virtual_destructor<BaseKernel>::value);
+}
+
+/// Implements all pure operations.
+struct WholeKernel : BaseKernel
+{
+  BaseDynamicObject* createNew() const override { return nullptr; }
+  DynamicObjectPtr createShared() const override { return {}; }
+  bool hasCopySupport() const override { return true; }
+  BaseDynamicObject* duplicate() const override { return nullptr; }
+  DynamicObjectPtr duplicateShared() const override { return {}; }
+  eKernelType getKernelType() const override { return eKernelType::eKT_XY; }
+  ipUInt32 getNbData() const override { return 0; }
+  void clear() override {}
+};
+
+TEST(BaseKernel, IsWholeWithThePureOperations)
+{
+  EXPECT_FALSE(std::is_abstract<WholeKernel>::value);
+  WholeKernel kernel;
+  kernel.copy(WholeKernel()); // what a derived copy calls first
+  EXPECT_EQ(kernel.getClassName(), "orvel::BaseKernel");
+}
+
+TEST(BaseKernel, LeavesTheseOperationsPure)
+{
+  const auto table = static_cast<void* const*>(dlsym(RTLD_DEFAULT, "_ZTVN5orvel10BaseKernelE"));
+  void* const pure = dlsym(RTLD_DEFAULT, "__cxa_pure_virtual"); // stands where an operation is pure
+  ASSERT_NE(table, nullptr);
+  ASSERT_NE(pure, nullptr);
+  const auto isPure = [table, pure](std::size_t index)
+  {
+    return table[2 + index] == pure; // two words precede the operations
+  };
+  for (const std::size_t index :
+       {vtableIndexOf(&BaseKernel::createNew), vtableIndexOf(&BaseKernel::createShared),
+        vtableIndexOf(&BaseKernel::hasCopySupport), vtableIndexOf(&BaseKernel::duplicate),
+        vtableIndexOf(&BaseKernel::duplicateShared), vtableIndexOf(&BaseKernel::getKernelType),
+        vtableIndexOf(&BaseKernel::getNbData), vtableIndexOf(&BaseKernel::clear)})
+    EXPECT_TRUE(isPure(index)) << index;
+  for (const std::size_t index : {vtableIndexOf(&BaseKernel::getClassName),
+                                  vtableIndexOf(&BaseKernel::initCtorCopy), vtableIndexOf(&BaseKernel::copy),
+                                  vtableIndexOf(&BaseKernel::write), vtableIndexOf(&BaseKernel::read)})
+    EXPECT_FALSE(isPure(index)) << index;
 }
 
 TEST(BaseKernel, HasItsNameAndVersion)

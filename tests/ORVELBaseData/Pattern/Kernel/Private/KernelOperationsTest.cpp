@@ -13,6 +13,7 @@
 #include <boost/scoped_ptr.hpp>
 #include <gtest/gtest.h>
 
+#include "../../FailingAllocation.h"
 #include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELBaseData/Pattern/Kernel/KernelXY.h>
 #include <ORVELBaseData/Pattern/Kernel/KernelXYZ.h>
@@ -497,6 +498,41 @@ TYPED_TEST(Kernel, IsClearedToTheFreshState)
   }
 }
 
+TYPED_TEST(Kernel, TakesInfinitiesAsCoefficients)
+{
+  TypeParam kernel = this->makeKernel();
+  kernel.insert(this->at(1, 1, 1), -std::numeric_limits<float>::infinity());
+  expectSums(kernel, -std::numeric_limits<float>::infinity(), std::numeric_limits<float>::infinity());
+  kernel.remove(this->at(1, 1, 1)); // infinity minus infinity: the sums are running ones
+  EXPECT_TRUE(std::isnan(kernel.getCoefSum()));
+  EXPECT_TRUE(std::isnan(kernel.getAbsCoefSum()));
+}
+
+TYPED_TEST(Kernel, KeepsNaNInTheSumsWhenItIsReplaced)
+{
+  TypeParam kernel;
+  kernel.insert(this->at(0, 0), std::numeric_limits<float>::quiet_NaN());
+  kernel.replace(this->at(0, 0), 1);
+  EXPECT_EQ(kernel.getValue(this->at(0, 0)), 1.0f);
+  EXPECT_TRUE(std::isnan(kernel.getCoefSum()));
+  EXPECT_TRUE(std::isnan(kernel.getAbsCoefSum()));
+}
+
+TYPED_TEST(Kernel, TakesArgumentsThatAreItsOwn)
+{
+  TypeParam kernel = this->makeKernel();
+  const auto& own = *kernel.getDataColl().find(this->at(0, 0, 0));
+  kernel.insert(this->at(1, 1, 1), own.second);
+  EXPECT_EQ(kernel.getValue(this->at(1, 1, 1)), 2.0f);
+  kernel.replace(own.first, own.second);
+  EXPECT_EQ(kernel.getValue(this->at(0, 0, 0)), 2.0f);
+  expectSums(kernel, 3.5, 4.5);
+  kernel.remove(own.first); // the offset dies with its tap
+  EXPECT_FALSE(kernel.exists(this->at(0, 0, 0)));
+  expectBox(kernel, {1, -1, 1}, {4, 3, 2});
+  expectSums(kernel, 1.5, 2.5);
+}
+
 TYPED_TEST(Kernel, TakesNaNAsACoefficientThatPoisonsBothSums)
 {
   TypeParam kernel = this->makeKernel();
@@ -598,6 +634,27 @@ TYPED_TEST(Kernel, IsCopiedWithItsCachesAsTheyStand)
   }
 }
 
+template <class KernelType>
+struct CountingKernel : KernelType
+{
+  void copy(const BaseDynamicObject& other) override
+  {
+    ++nbCopies;
+    KernelType::copy(other);
+  }
+
+  int nbCopies = 0;
+};
+
+TYPED_TEST(Kernel, IsAssignedByItsVirtualCopy)
+{
+  CountingKernel<TypeParam> derived;
+  TypeParam& kernel = derived;
+  EXPECT_EQ(&(kernel = this->makeKernel()), &kernel);
+  EXPECT_EQ(derived.nbCopies, 1);
+  EXPECT_EQ(stateOf(kernel), stateOf(this->makeKernel()));
+}
+
 TYPED_TEST(Kernel, SharesNothingWithItsCopy)
 {
   const TypeParam source = this->makeKernel();
@@ -627,6 +684,31 @@ TYPED_TEST(Kernel, IsDuplicated)
   ASSERT_NE(dynamic_cast<TypeParam*>(shared.get()), nullptr);
   EXPECT_EQ(stateOf(dynamic_cast<TypeParam&>(*owned)), stateOf(source));
   EXPECT_EQ(stateOf(dynamic_cast<TypeParam&>(*shared)), stateOf(source));
+}
+
+TYPED_TEST(Kernel, IsUnchangedWhenThereIsNoMemoryForATap)
+{
+  TypeParam kernel = this->makeKernel();
+  const auto before = stateOf(kernel);
+  const auto offset = this->at(9, 9, 9);
+  const std::size_t nbFailures =
+      failAtEachAllocation([&] { kernel.insert(offset, 7); }, [&] { EXPECT_EQ(stateOf(kernel), before); });
+  EXPECT_EQ(nbFailures, 1U); // the tap itself
+  EXPECT_EQ(kernel.getValue(offset), 7.0f);
+}
+
+TYPED_TEST(Kernel, LeaksNothingWhenItsDuplicateRunsOutOfMemory)
+{
+  const TypeParam source = this->makeKernel();
+  const std::ptrdiff_t nbBlocks = getNbBlocksInUse();
+  const auto check = [nbBlocks]
+  {
+    EXPECT_EQ(getNbBlocksInUse(), nbBlocks);
+  };
+  // The kernel and two taps.
+  EXPECT_EQ(failAtEachAllocation([&] { delete source.duplicate(); }, check), 3U);
+  EXPECT_EQ(failAtEachAllocation([&] { source.duplicateShared(); }, check), 3U);
+  check();
 }
 
 /// Puts kernels into archives by hand, in one of the formats.

@@ -1,0 +1,82 @@
+#include "FailingAllocation.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <limits>
+
+namespace
+{
+
+constexpr std::ptrdiff_t g_never = std::numeric_limits<std::ptrdiff_t>::max();
+
+std::atomic<std::ptrdiff_t> g_nbAllowed{g_never};
+std::atomic<std::ptrdiff_t> g_nbBlocksInUse{0};
+
+void* allocate(std::size_t size)
+{
+  if (g_nbAllowed != g_never && g_nbAllowed-- == 0)
+  {
+    g_nbAllowed = g_never;
+    throw std::bad_alloc();
+  }
+  void* const memory = std::malloc(size == 0 ? 1 : size);
+  if (memory == nullptr)
+    throw std::bad_alloc();
+  ++g_nbBlocksInUse;
+  return memory;
+}
+
+void release(void* memory) noexcept
+{
+  if (memory != nullptr)
+    --g_nbBlocksInUse;
+  std::free(memory);
+}
+
+} // namespace
+
+// The program's own, so that the allocations of the libraries fail too.
+void* operator new(std::size_t size)
+{
+  return allocate(size);
+}
+void* operator new[](std::size_t size)
+{
+  return allocate(size);
+}
+void operator delete(void* memory) noexcept
+{
+  release(memory);
+}
+void operator delete[](void* memory) noexcept
+{
+  release(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept
+{
+  release(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept
+{
+  release(memory);
+}
+
+namespace orvel::test
+{
+
+void failAllocationAfter(std::size_t nbAllowed)
+{
+  g_nbAllowed = static_cast<std::ptrdiff_t>(nbAllowed);
+}
+
+void failNoAllocation()
+{
+  g_nbAllowed = g_never;
+}
+
+std::ptrdiff_t getNbBlocksInUse()
+{
+  return g_nbBlocksInUse;
+}
+
+} // namespace orvel::test
