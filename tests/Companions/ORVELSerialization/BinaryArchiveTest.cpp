@@ -304,6 +304,23 @@ TEST(BinaryArchive, FailsWithTheNextOperationIfASectionHoldsMore)
             "Archive stream, byte 20: the archive can't be used after a failure");
 }
 
+TEST(BinaryArchive, ReportsASectionThatHoldsMoreAtTheEndOfItsObject)
+{
+  struct EndsWithASection : TestPoint
+  {
+    BoolResult read(BaseIArchive& archive) override
+    {
+      const ArchiveSectionManager section(archive, "s");
+      archive >> SerializationIItem("K", _x);
+      return BoolResult(true);
+    }
+  } object;
+  std::istringstream stream(BinaryFormat::wrap(bytes({0x9F, 0x9F, 0x01, 0x02, 0xFF, 0xFF})));
+  BinaryIArchive archive(stream);
+  EXPECT_EQ(messageOf<ORVELSerializationException>([&] { archive.readObject("K", object); }),
+            "Archive stream, byte 21: expected the end of the section, found the integer 2");
+}
+
 TEST(BinaryArchive, RefusesAnObjectThatHoldsMore)
 {
   EXPECT_EQ(failureToRead<TestPoint>(bytes({0x9F, 0x9F, 0x03, 0xFF, 0x01, 0x02, 0x05, 0xFF})),
@@ -472,6 +489,29 @@ TEST(BinaryArchive, DoesNotCompareKeys)
       fileBy<BinaryFormat>([](BaseOArchive& archive) { archive << SerializationOItem("K", 1); });
   readWhole<BinaryFormat>(file,
                           [](BaseIArchive& archive) { EXPECT_EQ(archive.readInteger("other", 0, 5), 1); });
+}
+
+TEST(BinaryArchive, IsFailedAfterAnythingThatAStreamBufferThrows)
+{
+  struct ThrowsOnce : UnseekableBuffer
+  {
+    using UnseekableBuffer::UnseekableBuffer;
+    int nbPieces = 0;
+    int_type underflow() override
+    {
+      if (++nbPieces == 200)
+        throw 7;
+      return UnseekableBuffer::underflow();
+    }
+  };
+  std::string block(300000, 'x');
+  ThrowsOnce buffer(BinaryFormat::wrap(cborHead(2, block.size()) + block));
+  std::istream stream(&buffer);
+  BinaryIArchive archive(stream);
+  EXPECT_THROW(archive.readBlock(block.data(), block.size()), int); // part of the block has been taken
+  EXPECT_TRUE(archive.isFailed());
+  EXPECT_EQ(messageOf<ORVELSerializationException>([&] { archive.readBool("K"); }),
+            "Archive stream, byte 18: the archive can't be used after a failure");
 }
 
 } // namespace

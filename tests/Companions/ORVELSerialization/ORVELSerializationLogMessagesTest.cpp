@@ -2,10 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <ORVELSerialization/ORVELSerializationLog.h>
 #include <ORVELUtil/LogMessageManager.h>
+#include <ORVELUtil/ORVELUtilLog.h>
 #include <support/RaisedFailure.h>
 
+#include <stdexcept>
 #include <string>
+#include <type_traits>
 
 namespace
 {
@@ -95,6 +99,36 @@ TEST(ORVELSerializationLogMessages, AreRegisteredAtLoadUnderTheKeyOfTheirDomain)
   EXPECT_EQ(LogMessageManager::getInstance("ORVELSerialization")
                 .getMessage("N5orvel26eORVELSerializationMessage6domainE", 27),
             "Unknown enumeration value %d");
+}
+
+TEST(ORVELSerializationLog, HasALoggerBelowTheBaseLoggerAndMessagesUnderItsName)
+{
+  EXPECT_EQ(getORVELSerializationLogger().getName(), getBaseLoggerName() + ".ORVELSerialization");
+  EXPECT_EQ(&getORVELSerializationLogger(), &getORVELSerializationLogger());
+  EXPECT_EQ(&getORVELSerializationLogMessageManager(), &LogMessageManager::getInstance("ORVELSerialization"));
+}
+
+TEST(ORVELSerializationException, ForwardsWhatItIsMadeFrom)
+{
+  const ORVELSerializationException failure("m", "f()", "a.cpp", 3);
+  EXPECT_EQ(failure.getMessage(), "m");
+  EXPECT_EQ(failure.getFunction(), "f()");
+  EXPECT_EQ(failure.getFile(), "a.cpp");
+  EXPECT_EQ(failure.getLine(), 3U);
+  EXPECT_EQ(failure.getCause(), nullptr);
+  const ORVELSerializationException ours("m", "f()", "a.cpp", 3, BaseException("inner", nullptr, nullptr, 0));
+  EXPECT_STREQ(ours.what(), "m [f(), a.cpp:3]; cause: inner");
+  const ORVELSerializationException standard("m", "f()", "a.cpp", 3, std::runtime_error("root"));
+  EXPECT_STREQ(standard.what(), "m [f(), a.cpp:3]; cause: root");
+  const ORVELSerializationException own("outer", nullptr, nullptr, 0, failure); // no call for the copy
+  EXPECT_STREQ(own.what(), "outer; cause: m [f(), a.cpp:3]");
+}
+
+TEST(ORVELSerializationException, HoldsNothingOfItsOwn)
+{
+  EXPECT_TRUE((std::is_base_of_v<BaseException, ORVELSerializationException>));
+  EXPECT_EQ(sizeof(ORVELSerializationException), sizeof(BaseException));
+  EXPECT_THROW(throw ORVELSerializationException("m", "f()", "a.cpp", 3), BaseException);
 }
 
 } // namespace

@@ -71,6 +71,29 @@ TEST_F(SerializableClass, CopiesItsMembers)
   EXPECT_TRUE(dynamic_cast<TestPoint&>(*point.duplicateShared()) == point);
 }
 
+TEST_F(SerializableClass, AssignsByTheVirtualCopyAlsoItself)
+{
+  struct Counting : TestPoint
+  {
+    int nbCopies = 0;
+    void copy(const BaseDynamicObject& other) override
+    {
+      ++nbCopies;
+      TestPoint::copy(other);
+    }
+  } counting;
+  TestPoint& target = counting;
+  target = TestPoint(3, 4);
+  EXPECT_EQ(counting.nbCopies, 1);
+  EXPECT_TRUE(counting == TestPoint(3, 4));
+  const TestPoint& same = counting;
+  target = same; // there is no test for it
+  EXPECT_EQ(counting.nbCopies, 2);
+  EXPECT_TRUE(counting == TestPoint(3, 4));
+  EXPECT_TRUE(TestPoint(target) == TestPoint(3, 4)); // the copy constructor takes its own class's copy
+  EXPECT_EQ(counting.nbCopies, 2);
+}
+
 TEST_F(SerializableClass, LeaksNothingWhenItsCopyThrows)
 {
   const int nbBefore = TestBrittle::g_nbAlive;

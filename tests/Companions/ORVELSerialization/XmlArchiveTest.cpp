@@ -258,7 +258,7 @@ TEST(XmlArchive, ReadsTextsOfEverySpelling)
 }
 
 // The parser drops a text that is nothing but blanks where it is not the only one of its element.
-TEST(XmlArchive, DISABLED_KeepsBlanksBesideCommentsAndSections)
+TEST(XmlArchive, KeepsBlanksBesideCommentsAndSections)
 {
   EXPECT_EQ(valueOf<std::string>(item("  <!-- no -->x")), "  x");
   EXPECT_EQ(valueOf<std::string>(item("  <![CDATA[x]]>  ")), "  x  ");

