@@ -38,6 +38,12 @@ public:
   /// \brief Read an object in place, through its own `read`: the object keeps its identity.
   virtual void readObject(const std::string& key, BaseSerializationObject& object) = 0;
 
+  /// \brief Let the objects go that the latest readObjectPtr() has made, also from cycles.
+  ///
+  /// For a caller that hands them to nobody. Does nothing within the reading of another shared object, whose
+  /// own failure lets all of them go.
+  virtual void letObjectsGo() noexcept {}
+
   virtual bool readBool(const std::string& key) = 0;
 
   /// \brief Read an integer; one outside [minimum, maximum] is a failure.
@@ -100,9 +106,6 @@ protected:
 
   /// \brief Return how many bytes have been read so far.
   virtual ipUInt64 getPosition() const = 0;
-
-  /// \brief Let the objects go that the archive has made, also from cycles: nobody was given them.
-  virtual void letObjectsGo() noexcept {}
 
 private:
   friend struct details::ArchiveAccess;

@@ -113,6 +113,11 @@ void BinaryOArchive::perform(Operation operation)
   {
     raiseWriteFailed(failure.what());
   }
+  catch (...)
+  {
+    markFailed(); // part of an item may have been moved
+    throw;
+  }
 }
 
 void BinaryOArchive::raiseWriteFailed(const char* reason)
@@ -313,6 +318,11 @@ auto BinaryIArchive::perform(Operation operation)
   {
     raiseReadFailed(failure.what());
   }
+  catch (...)
+  {
+    markFailed(); // part of an item may have been moved
+    throw;
+  }
 }
 
 BinaryIArchive::BinaryIArchive(std::string name, std::unique_ptr<InputOrigin> origin)
@@ -336,7 +346,7 @@ BinaryIArchive::~BinaryIArchive() = default;
 
 void BinaryIArchive::letObjectsGo() noexcept
 {
-  _impl->objects.letGo(0);
+  _impl->objects.letLatestGo();
 }
 
 bool BinaryIArchive::isElementWise() const
@@ -658,7 +668,9 @@ void BinaryIArchive::readString(const std::string& key, std::string& value)
         const cbor::Head head = readHead();
         if ((!head.is(cbor::Major::text) && !head.is(cbor::Major::bytes)) || head.isIndefinite())
           raiseUnexpected("a text", key, head);
-        readContent(head, value);
+        std::string content;
+        readContent(head, content);
+        value.swap(content); // read whole: a failure leaves the old text
       });
 }
 
@@ -721,6 +733,11 @@ bool BinaryIArchive::holds(ipUInt64 sizeInBytes)
   catch (const IoFailure& failure)
   {
     raiseReadFailed(failure.what());
+  }
+  catch (...)
+  {
+    markFailed(); // part of an item may have been moved
+    throw;
   }
 }
 

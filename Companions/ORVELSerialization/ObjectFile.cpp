@@ -49,6 +49,14 @@ void saveObject(const boost::filesystem::path& path, const BaseSerializationObje
 
 SerializationObjectPtr loadObject(const boost::filesystem::path& path, ArchiveTrust trust)
 {
+  const details::ExpectedClass any = {[](const BaseSerializationObject*) { return true; },
+                                      &BaseSerializationObject::getTypeName};
+  return details::loadObject(path, trust, any);
+}
+
+SerializationObjectPtr details::loadObject(const boost::filesystem::path& path, ArchiveTrust trust,
+                                           const ExpectedClass& expected)
+{
   const std::unique_ptr<BaseIArchive> archive = details::ArchiveAccess::open(path);
   archive->setUntrusted(trust == ArchiveTrust::untrusted);
   SerializationObjectPtr object;
@@ -56,21 +64,17 @@ SerializationObjectPtr loadObject(const boost::filesystem::path& path, ArchiveTr
   try
   {
     archive->close();
+    if (object && !expected.fits(object.get()))
+      raise(ORVEL_HERE, eORVELSerializationMessage::eWrongClass, path.string(), std::string("the object"),
+            object->getClassName(), expected.getTypeName());
   }
   catch (...)
   {
     object.reset();
-    details::ArchiveAccess::letObjectsGo(*archive);
+    archive->letObjectsGo();
     throw;
   }
   return object;
-}
-
-void details::raiseWrongClass(const boost::filesystem::path& path, const BaseSerializationObject& object,
-                              const std::string& expectedClassName)
-{
-  raise(ORVEL_HERE, eORVELSerializationMessage::eWrongClass, path.string(), std::string("the object"),
-        object.getClassName(), expectedClassName);
 }
 
 } // namespace orvel

@@ -42,10 +42,17 @@ ORVELSERIALIZATION_EXPORT SerializationObjectPtr loadObject(const boost::filesys
 namespace details
 {
 
-/// \brief Raise the failure of a file whose object is of another class than asked for.
-[[noreturn]] ORVELSERIALIZATION_EXPORT void raiseWrongClass(const boost::filesystem::path& path,
-                                                            const BaseSerializationObject& object,
-                                                            const std::string& expectedClassName);
+/// \brief What loadObject asks of the class of a file's object.
+struct ExpectedClass
+{
+  bool (*fits)(const BaseSerializationObject* object);
+  const std::string& (*getTypeName)();
+};
+
+/// \brief Load an object of a class that is expected.
+ORVELSERIALIZATION_EXPORT SerializationObjectPtr loadObject(const boost::filesystem::path& path,
+                                                            ArchiveTrust trust,
+                                                            const ExpectedClass& expected);
 
 } // namespace details
 
@@ -56,11 +63,10 @@ template <class T>
 boost::shared_ptr<T> loadObject(const boost::filesystem::path& path,
                                 ArchiveTrust trust = ArchiveTrust::trusted)
 {
-  const SerializationObjectPtr object = loadObject(path, trust);
-  boost::shared_ptr<T> typed = boost::dynamic_pointer_cast<T>(object);
-  if (object && !typed)
-    details::raiseWrongClass(path, *object, T::getTypeName());
-  return typed;
+  const details::ExpectedClass expected = {[](const BaseSerializationObject* object)
+                                           { return dynamic_cast<const T*>(object) != nullptr; },
+                                           &T::getTypeName};
+  return boost::dynamic_pointer_cast<T>(details::loadObject(path, trust, expected));
 }
 
 } // namespace orvel

@@ -181,10 +181,19 @@ BaseIArchive& operator>>(BaseIArchive& archive, const SerializationIItem<boost::
   details::SectionScope pointerSection(archive, "shared_ptr<>");
   SerializationObjectPtr object;
   archive.readObjectPtr(SerializationIItem("pObject", object));
-  if (archive.isUntrusted() && object && dynamic_cast<const E*>(object.get()) == nullptr)
-    archive.raiseWrongClass(object->getClassName(), E::getTypeName());
-  pointerSection.finish();
-  section.finish();
+  try
+  {
+    if (archive.isUntrusted() && object && dynamic_cast<const E*>(object.get()) == nullptr)
+      archive.raiseWrongClass(object->getClassName(), E::getTypeName());
+    pointerSection.finish();
+    section.finish();
+  }
+  catch (...)
+  {
+    object.reset();
+    archive.letObjectsGo(); // nobody is given them
+    throw;
+  }
   item.getValue() = boost::static_pointer_cast<E>(std::move(object));
   return archive;
 }

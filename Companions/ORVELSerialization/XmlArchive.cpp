@@ -186,6 +186,11 @@ void XmlOArchive::perform(Operation operation)
   {
     raiseWriteFailed(failure.what());
   }
+  catch (...)
+  {
+    markFailed(); // part of an item may have been moved
+    throw;
+  }
 }
 
 void XmlOArchive::raiseWriteFailed(const char* reason)
@@ -457,6 +462,11 @@ auto XmlIArchive::perform(Operation operation)
   {
     raiseXmlFailure(failure);
   }
+  catch (...)
+  {
+    markFailed(); // part of an item may have been moved
+    throw;
+  }
 }
 
 void XmlIArchive::raiseXmlFailure(const XmlFailure& failure)
@@ -518,7 +528,7 @@ XmlIArchive::~XmlIArchive() = default;
 
 void XmlIArchive::letObjectsGo() noexcept
 {
-  _impl->objects.letGo(0);
+  _impl->objects.letLatestGo();
 }
 
 bool XmlIArchive::isElementWise() const

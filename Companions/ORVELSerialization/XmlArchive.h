@@ -123,6 +123,7 @@ public:
   void readBlock(void* data, ipUInt64 sizeInBytes) override;
   void readObjectPtr(const SerializationIItem<SerializationObjectPtr>& item) override;
   void readObject(const std::string& key, BaseSerializationObject& object) override;
+  void letObjectsGo() noexcept override;
   bool readBool(const std::string& key) override;
   ipInt64 readInteger(const std::string& key, ipInt64 minimum, ipInt64 maximum) override;
   ipUInt64 readUnsigned(const std::string& key, ipUInt64 maximum) override;
@@ -136,7 +137,6 @@ protected:
   void closeSection() override;
   std::string getPlace() const override;
   bool holds(ipUInt64 sizeInBytes) override;
-  void letObjectsGo() noexcept override;
   ipUInt64 getMinItemSize() const override; ///< 19: `<item key="value"/>`
   ipUInt64 getPosition() const override;
 

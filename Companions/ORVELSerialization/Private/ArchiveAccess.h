@@ -36,6 +36,7 @@ struct ArchiveAccess
     if (!result)
       fail(archive, ORVEL_HERE, eORVELSerializationMessage::eObjectFailed, object.getClassName(),
            result.getMessage());
+    archive.checkOpen(); // a section may have failed to close, where nothing could be thrown
   }
 
   /// Reads an object through its own `read`; a failure that this reports is one of the archive.
@@ -45,13 +46,11 @@ struct ArchiveAccess
     if (!result)
       fail(archive, ORVEL_HERE, eORVELSerializationMessage::eObjectFailed, object.getClassName(),
            result.getMessage());
+    archive.checkOpen();
   }
 
   /// Opens a file of either format: its first byte tells, and is not lost if the file is a pipe.
   static std::unique_ptr<BaseIArchive> open(const boost::filesystem::path& path);
-
-  /// Lets the objects go that an archive has made and that nobody has been given.
-  static void letObjectsGo(BaseIArchive& archive) { archive.letObjectsGo(); }
 
   /// Makes an object of a class that an archive names.
   static SerializationObjectPtr create(BaseIArchive& archive, ObjectClass& objectClass)

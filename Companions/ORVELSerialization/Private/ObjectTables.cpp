@@ -9,20 +9,41 @@
 namespace orvel::details
 {
 
-void ReadObjects::letGo(std::size_t first) noexcept
+namespace
+{
+
+/// Makes an object like a new one of its class, which holds nothing.
+void empty(BaseSerializationObject& object) noexcept
 {
   try
   {
-    const std::vector<boost::weak_ptr<BaseSerializationObject>> left(
-        _objects.begin() + static_cast<std::ptrdiff_t>(first), _objects.end());
-    _objects.resize(first);
-    for (const boost::weak_ptr<BaseSerializationObject>& candidate : left)
-      if (const SerializationObjectPtr object = candidate.lock(); object && object->hasCopySupport())
-        object->copy(*object->createShared());
+    if (object.hasCopySupport())
+      object.copy(*object.createShared());
   }
   catch (...)
   {
-    // Out of memory while memory is being freed: a cycle stays.
+    // Out of memory while memory is being freed, or a class that can't be copied: its cycle stays.
+  }
+}
+
+} // namespace
+
+void ReadObjects::letLatestGo() noexcept
+{
+  if (_isReading)
+    return;
+  try
+  {
+    const std::vector<boost::weak_ptr<BaseSerializationObject>> left(
+        _objects.begin() + static_cast<std::ptrdiff_t>(_latest), _objects.end());
+    _objects.resize(_latest);
+    for (const boost::weak_ptr<BaseSerializationObject>& candidate : left)
+      if (const SerializationObjectPtr object = candidate.lock())
+        empty(*object);
+  }
+  catch (...)
+  {
+    // Out of memory for the list: cycles stay.
   }
 }
 

@@ -95,29 +95,34 @@ public:
   template <class Read>
   void readShared(Read read)
   {
-    const std::size_t first = _objects.size();
-    const bool isOutermost = !std::exchange(_isReading, true);
+    if (std::exchange(_isReading, true))
+    {
+      read();
+      return;
+    }
+    _latest = _objects.size();
     try
     {
       read();
     }
     catch (...)
     {
-      if (isOutermost)
-        letGo(first);
+      _isReading = false;
+      letLatestGo();
       throw;
     }
-    if (isOutermost)
-      _isReading = false;
+    _isReading = false;
   }
 
-  /// Lets objects go from a number on. Those that only hold each other would stay for ever: they are made
-  /// like new ones of their class, which hold nothing.
-  void letGo(std::size_t first) noexcept;
+  /// Lets the objects go that the latest readShared() outside of any other has made; within one it does
+  /// nothing. Those that only hold each other would stay for ever: they are made like new ones of their
+  /// class, which hold nothing.
+  void letLatestGo() noexcept;
 
 private:
   std::vector<SerializationObjectPtr> _objects;
   bool _isReading = false;
+  std::size_t _latest = 0; // number of the first object of the latest readShared() outside of any other
 };
 
 /// A class that shared objects of an archive have, ready to make more of them.

@@ -8,6 +8,7 @@
 #include "SampleClasses.h"
 
 #include <limits>
+#include <stdexcept>
 
 namespace
 {
@@ -489,6 +490,28 @@ TEST(BinaryArchive, DoesNotCompareKeys)
       fileBy<BinaryFormat>([](BaseOArchive& archive) { archive << SerializationOItem("K", 1); });
   readWhole<BinaryFormat>(file,
                           [](BaseIArchive& archive) { EXPECT_EQ(archive.readInteger("other", 0, 5), 1); });
+}
+
+TEST(BinaryArchive, KeepsTheOldTextIfTheNewOneIsNotReadWhole)
+{
+  struct ThrowsLater : std::stringbuf
+  {
+    using std::stringbuf::stringbuf;
+    int nbReads = 0;
+    std::streamsize xsgetn(char* data, std::streamsize size) override
+    {
+      if (++nbReads == 2)
+        throw std::runtime_error("the disk is dead");
+      return std::stringbuf::xsgetn(data, size);
+    }
+  } buffer(fileBy<BinaryFormat>([](BaseOArchive& archive)
+                                { archive << SerializationOItem("K", std::string(300000, 'x')); }));
+  std::istream stream(&buffer);
+  BinaryIArchive archive(stream);
+  std::string text = "old";
+  EXPECT_EQ(messageOf<ORVELSerializationException>([&] { archive >> SerializationIItem("K", text); }),
+            "Archive stream, byte 18: read failed: the disk is dead");
+  EXPECT_EQ(text, "old");
 }
 
 TEST(BinaryArchive, IsFailedAfterAnythingThatAStreamBufferThrows)
