@@ -96,7 +96,7 @@ INSTANTIATE_TEST_SUITE_P(Factory, AllClasses,
                          testing::ValuesIn(DynamicObjectFactory::getInstance().getRegisteredClassNames()),
                          testNameOf);
 
-TEST(AllClassesAreKnown, AsManyAsThereAreSamples)
+TEST(AllClassesAreKnown, ByTheirNames)
 {
   const std::set<std::string> names = DynamicObjectFactory::getInstance().getRegisteredClassNames();
   for (const char* name :
