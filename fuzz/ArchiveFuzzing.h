@@ -87,10 +87,10 @@ inline void readItem(BaseIArchive& archive, std::uint8_t choice, const std::stri
 /// \brief Read items as the script says, sections included, and go to the end.
 inline void readByScript(BaseIArchive& archive, const std::uint8_t* script, std::size_t size)
 {
-  static const std::string keys[] = {"K", "object", "size", "_startOffset"};
+  static const std::string g_keys[] = {"K", "object", "size", "_startOffset"};
   for (std::size_t i = 0; i < size; ++i)
   {
-    const std::string& key = keys[script[i] >> 6U];
+    const std::string& key = g_keys[script[i] >> 6U];
     if (script[i] % 32 == 31)
     {
       const ArchiveSectionManager section(archive, key);

@@ -23,7 +23,7 @@ namespace orvel::details
 namespace
 {
 
-constexpr std::size_t bufferSize = 256 * 1024; // stays in the second-level cache between copy, hash and write
+constexpr std::size_t bufferSize = 256UL * 1024; // stays in the second-level cache from copy to write
 
 class FileTarget : public OutputTarget
 {

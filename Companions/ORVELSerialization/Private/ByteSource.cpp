@@ -21,7 +21,7 @@ namespace
 {
 
 constexpr std::size_t pageSize = 4096;
-constexpr std::size_t windowSize = 128 * 1024; // stays in the second-level cache between read, hash and copy
+constexpr std::size_t windowSize = 128UL * 1024; // stays in the second-level cache from read to copy
 static_assert(ByteSource::largestReserve <= pageSize && windowSize > 2 * pageSize);
 
 class FileOrigin : public InputOrigin
@@ -163,8 +163,8 @@ std::unique_ptr<InputOrigin> makeStreamOrigin(std::istream& stream)
 ByteSource::ByteSource(std::unique_ptr<InputOrigin> origin, Hashing hashing)
   : _origin(std::move(origin))
   , _hash(hashing == Hashing::xxh3 ? std::make_unique<StreamHash>() : nullptr)
+  , _lengthKnown(_origin->getLength(_length))
 {
-  _lengthKnown = _origin->getLength(_length);
   allocate(windowSize);
 }
 

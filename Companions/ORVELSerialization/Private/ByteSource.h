@@ -71,7 +71,7 @@ private:
   bool refill(std::size_t size);
   void readAhead(std::size_t size);
   std::size_t readOrigin(char* data, std::size_t size);
-  void allocate(std::size_t windowSize);
+  void allocate(std::size_t capacity);
   void hashTaken();
 
   std::unique_ptr<InputOrigin> _origin;

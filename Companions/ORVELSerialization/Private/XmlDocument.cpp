@@ -161,7 +161,7 @@ void XmlDocument::readAll(InputOrigin& origin)
 {
   ipUInt64 capacity = 0;
   if (!origin.getLength(capacity))
-    capacity = 64 * 1024;
+    capacity = 64UL * 1024;
   ++capacity; // so that the read that finds the end has room
   for (;;)
   {
