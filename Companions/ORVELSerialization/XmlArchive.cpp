@@ -561,7 +561,7 @@ Number XmlIArchive::readNumber(const std::string& key, Number minimum, Number ma
         {
           NumberBuffer minimumText;
           NumberBuffer maximumText;
-          ArchiveAccess::fail(*this, ORVEL_HERE, Message::eValueOutOfRange, std::string(text), quoted(key),
+          ArchiveAccess::fail(*this, ORVEL_HERE, Message::eValueOutOfRange, shortened(text), quoted(key),
                               std::string(formatNumber(minimum, minimumText)),
                               std::string(formatNumber(maximum, maximumText)));
         }

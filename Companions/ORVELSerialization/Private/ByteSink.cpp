@@ -78,14 +78,15 @@ public:
       _file.close();
       return;
     }
-    if (::fsync(_file.get()) != 0)
+    // The folder is opened first: if that is refused, the old file still stands.
+    const FileDescriptor folder(::open(getFolder().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!folder || ::fsync(_file.get()) != 0)
       throw IoFailure::ofErrno(errno);
     _file.close();
     if (::rename(_temporary.c_str(), _path.c_str()) != 0)
       throw IoFailure::ofErrno(errno);
     _temporary.clear();
-    const FileDescriptor folder(::open(getFolder().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!folder || ::fsync(folder.get()) != 0)
+    if (::fsync(folder.get()) != 0 && errno != EINVAL) // EINVAL: the file system has no such operation
       throw IoFailure::ofErrno(errno);
   }
 
@@ -116,11 +117,11 @@ private:
     const std::string start = "." + _path.filename().native().substr(0, 200) + "."; // names end at 255 bytes
     for (int attempt = 0; attempt < 100; ++attempt)
     {
-      const boost::filesystem::path name = getFolder() / (start + std::to_string(random()) + ".tmp");
+      boost::filesystem::path name = getFolder() / (start + std::to_string(random()) + ".tmp");
       _file = FileDescriptor(::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
       if (_file)
       {
-        _temporary = name;
+        _temporary.swap(name); // cannot fail, so that no file is left behind
         return;
       }
       if (errno != EEXIST)

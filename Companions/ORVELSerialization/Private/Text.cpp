@@ -65,9 +65,20 @@ std::size_t countXmlText(std::string_view text)
       isXmlCharacter);
 }
 
+namespace
+{
+
+constexpr std::size_t longest = 120; // characters of a text in a message
+
+} // namespace
+
+std::string shortened(std::string_view text)
+{
+  return std::string(text.substr(0, longest)) + (text.size() > longest ? "..." : "");
+}
+
 std::string quoted(std::string_view text)
 {
-  constexpr std::size_t longest = 120;
   constexpr std::string_view digits = "0123456789abcdef";
   std::string result = "\"";
   for (const char character : text.substr(0, longest))

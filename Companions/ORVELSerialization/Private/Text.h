@@ -18,6 +18,9 @@ bool isXmlText(std::string_view text);
 /// Counts the bytes up to the first one that XML excludes; carriage returns are let pass.
 std::size_t countXmlText(std::string_view text);
 
+/// A text for messages: as it is, long ones cut.
+std::string shortened(std::string_view text);
+
 /// A text for messages: between quotation marks, bytes outside printable ASCII as \xNN, long ones cut.
 std::string quoted(std::string_view text);
 

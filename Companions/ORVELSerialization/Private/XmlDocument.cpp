@@ -190,18 +190,19 @@ void XmlDocument::checkCharacters()
   for (const char* line = begin; line != end;)
   {
     const void* const lineFeed = std::memchr(line, '\n', static_cast<std::size_t>(end - line));
-    const char* const lineEnd = lineFeed == nullptr ? end : static_cast<const char*>(lineFeed) + 1;
-    unsigned nbUnusual = 0; // the line feed itself is one; counted so that the compiler can use vectors
-    for (const char* at = line; at != lineEnd; ++at)
-      nbUnusual += static_cast<unsigned char>(static_cast<unsigned char>(*at) - 0x20U) >= 0x60U ? 1U : 0U;
-    if (nbUnusual > 1 || lineFeed == nullptr)
+    const char* const textEnd = lineFeed == nullptr ? end : static_cast<const char*>(lineFeed);
+    bool hasUnusual = false; // no early end: so the compiler can use vectors
+    for (const char* at = line; at != textEnd; ++at)
+      hasUnusual |= static_cast<unsigned char>(static_cast<unsigned char>(*at) - 0x20U) >= 0x60U;
+    if (hasUnusual)
     {
-      const std::string_view text(line, static_cast<std::size_t>(lineEnd - line));
+      const std::string_view text(line, static_cast<std::size_t>(textEnd - line));
       const std::size_t legal = countXmlText(text);
       if (legal != text.size())
         throw XmlFailure{XmlFailure::Kind::damaged, static_cast<ipUInt64>(line - begin) + legal,
                          "a byte that is no UTF-8 or no character of XML", ""};
     }
+    const char* const lineEnd = lineFeed == nullptr ? end : textEnd + 1;
     if (lineFeed != nullptr)
       _lineStarts.push_back(static_cast<ipUInt64>(lineEnd - begin));
     line = lineEnd;
@@ -387,7 +388,7 @@ std::string XmlDocument::describeNext() const
   pugi::xml_attribute name = _next.attribute("key");
   if (name.empty())
     name = _next.attribute("name");
-  return _next.name() + (name.empty() ? std::string() : " " + quoted(name.value()));
+  return shortened(_next.name()) + (name.empty() ? std::string() : " " + quoted(name.value()));
 }
 
 ipUInt64 XmlDocument::getTakenPosition() const
