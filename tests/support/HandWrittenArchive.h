@@ -40,6 +40,7 @@ public:
   }
 
   void integer(const std::string& key, std::int64_t value) { item(key, std::to_string(value)); }
+  void text(const std::string& key, const std::string& value) { item(key, value); } ///< nothing to escape
 
   void real32(const std::string& key, float value)
   {
@@ -90,6 +91,8 @@ public:
     else
       _bytes += head(0, static_cast<std::uint64_t>(value));
   }
+
+  void text(const std::string& /*key*/, const std::string& value) { _bytes += head(3, value.size()) + value; }
 
   void real32(const std::string& /*key*/, float value)
   {
