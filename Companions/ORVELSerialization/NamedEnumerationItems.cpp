@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include <ORVELSerialization/ORVELSerializationLogMessages.h>
+#include <ORVELSerialization/Private/ArchiveAccess.h>
 
 namespace orvel::details
 {
@@ -33,12 +34,14 @@ ipUInt64 readEnumeration(BaseIArchive& archive, const std::string& key, FindText
     for (ipUInt32 value = 0; findText(value) != nullptr; ++value)
       if (text == findText(value))
         return value;
+    ArchiveAccess::markFailed(archive);
     raise(here, eORVELSerializationMessage::eUnknownEnumerationText, text);
   }
   const auto number = static_cast<ipInt32>(
       archive.readInteger(key, std::numeric_limits<ipInt32>::min(), std::numeric_limits<ipInt32>::max()));
   if (number >= 0 && findText(static_cast<ipUInt32>(number)) != nullptr)
     return static_cast<ipUInt64>(number);
+  ArchiveAccess::markFailed(archive);
   raise(here, eORVELSerializationMessage::eUnknownEnumerationValue, number);
 }
 

@@ -27,7 +27,8 @@ ORVELSERIALIZATION_EXPORT void writeEnumeration(BaseOArchive& archive, const std
                                                 FindTextFunction findText);
 
 /// \brief Read the value of an enumeration: a text compared exactly, or a number.
-/// \throw ORVELSerializationException in the name of `here` for a text (id 26) or a number (id 27) of none
+/// \throw ORVELSerializationException in the name of `here` for a text (id 26) or a number (id 27) of none;
+/// the archive is marked as failed
 ORVELSERIALIZATION_EXPORT ipUInt64 readEnumeration(BaseIArchive& archive, const std::string& key,
                                                    FindTextFunction findText, const SourceLocation& here);
 

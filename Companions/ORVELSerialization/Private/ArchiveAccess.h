@@ -20,6 +20,9 @@ namespace orvel::details
 
 struct ArchiveAccess
 {
+  /// Refuses every further use of an archive.
+  static void markFailed(BaseArchive& archive) { archive.markFailed(); }
+
   /// Refuses every further use of an archive and raises a failure that names the archive and the place.
   template <class... Arguments>
   [[noreturn]] static void fail(BaseArchive& archive, const SourceLocation& here,

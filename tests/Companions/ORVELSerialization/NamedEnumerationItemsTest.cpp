@@ -124,6 +124,23 @@ TEST(NamedEnumerationItems, KeepTheTargetOnAFailure)
   EXPECT_EQ(value.getValue(), 0xABCDEF0123U);
 }
 
+TEST(NamedEnumerationItems, LeaveAFailedArchiveAfterAnUnknownTextOrNumber)
+{
+  eTestConnexity value(ipUInt64{0});
+  RecordingIArchive texts(Kind::elementWise, {std::string("?"), std::string("eTC_8Connexity")});
+  EXPECT_THROW(texts >> SerializationIItem("K", value), ORVELSerializationException);
+  EXPECT_TRUE(texts.isFailed());
+  RecordingIArchive numbers(Kind::blocks, {ipInt64{2}, ipInt64{1}});
+  EXPECT_THROW(numbers >> SerializationIItem("K", value), ORVELSerializationException);
+  EXPECT_TRUE(numbers.isFailed());
+
+  // Refused, though the next answer would do.
+  for (RecordingIArchive* archive : {&texts, &numbers})
+    EXPECT_EQ(messageOf<ORVELSerializationException>([&] { *archive >> SerializationIItem("K", value); }),
+              "Archive recording, call 1: the archive can't be used after a failure");
+  EXPECT_EQ(value.getValue(), 0U);
+}
+
 TEST(NamedEnumerationItems, LogTheFailureAndNameTheOperator)
 {
   const LogCapture log(getORVELSerializationLogger());
