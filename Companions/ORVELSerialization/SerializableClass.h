@@ -28,6 +28,7 @@
 #include <ORVELSerialization/BaseSerializationObject.h>
 #include <ORVELSerialization/ORVELSerializationExport.h>
 #include <ORVELUtil/DynamicRegistrator.h>
+#include <ORVELUtil/ORVELUtilLogMessages.h>
 #include <ORVELUtil/Raise.h>
 #include <ORVELUtil/ScalarTypes.h>
 #include <ORVELUtil/UnitMutex.h>
@@ -81,9 +82,8 @@ public:                                                                         
                                                                                                              \
 private:
 
-/// Members of a concrete class of the frame; the three at the end are for the class to write.
-#define ORVEL_DECLARE_SERIALIZABLE(Class)                                                                    \
-  ORVEL_DECLARE_ABSTRACT_SERIALIZABLE(Class)                                                                 \
+/// Members of a concrete class of the frame that create objects.
+#define ORVEL_DECLARE_CREATION(Class)                                                                        \
 public:                                                                                                      \
   Class(const Class& other);                                                                                 \
   Class& operator=(const Class& other);                                                                      \
@@ -95,63 +95,107 @@ public:                                                                         
   ::orvel::BaseDynamicObject* duplicate() const override;                                                    \
   ::orvel::DynamicObjectPtr duplicateShared() const override;                                                \
                                                                                                              \
+private:
+
+/// The object that keeps a concrete class in the factory.
+#define ORVEL_DECLARE_REGISTRATOR(Class)                                                                     \
 private:                                                                                                     \
-  static const ::orvel::DynamicRegistrator<Class> g_classRegistrator;                                        \
+  static const ::orvel::DynamicRegistrator<Class> g_classRegistrator;
+
+/// What copy, write and read do with the members of a class, for the class to write.
+#define ORVEL_DECLARE_MEMBER_OPERATIONS(Class)                                                               \
+private:                                                                                                     \
   void copyMembers(const Class& other);                                                                      \
   void writeMembers(::orvel::BaseOArchive& archive) const;                                                   \
   void readMembers(::orvel::BaseIArchive& archive, ::orvel::ipUInt32 version);
 
-/// Defines getTypeName; one class per source unit, as the unit's TypeNameMutex guards it.
-#define ORVEL_DEFINE_TYPE_NAME(Class)                                                                        \
+/// Members of a concrete class of the frame; the three at the end are for the class to write.
+#define ORVEL_DECLARE_SERIALIZABLE(Class)                                                                    \
+  ORVEL_DECLARE_ABSTRACT_SERIALIZABLE(Class)                                                                 \
+  ORVEL_DECLARE_CREATION(Class)                                                                              \
+  ORVEL_DECLARE_REGISTRATOR(Class)                                                                           \
+  ORVEL_DECLARE_MEMBER_OPERATIONS(Class)
+
+/// Members of an abstract class of the frame whose objects can't be copied through it: copy, duplicate and
+/// duplicateShared raise ORVELUtilException (eNoCopySupport).
+#define ORVEL_DECLARE_WITHOUT_COPY(Class)                                                                    \
+public:                                                                                                      \
+  static const std::string& getTypeName();                                                                   \
+  const std::string& getClassName() const override;                                                          \
+  bool hasCopySupport() const override;                                                                      \
+  ::orvel::BaseDynamicObject* duplicate() const override;                                                    \
+  ::orvel::DynamicObjectPtr duplicateShared() const override;                                                \
+  void copy(const ::orvel::BaseDynamicObject& other) override;                                               \
+                                                                                                             \
+private:
+
+/// Defines the mutex of a source unit that guards the making of its type names: TypeNameMutex.
+#define ORVEL_DEFINE_TYPE_NAME_MUTEX                                                                         \
   namespace                                                                                                  \
   {                                                                                                          \
   class TypeNameMutex : public ::orvel::UnitMutex<TypeNameMutex>                                             \
   {                                                                                                          \
   };                                                                                                         \
-  }                                                                                                          \
-  const std::string& Class::getTypeName()                                                                    \
-  {                                                                                                          \
-    const boost::mutex::scoped_lock lock(TypeNameMutex::get());                                              \
-    static const std::string g_typeName = "orvel::" #Class;                                                  \
-    return g_typeName;                                                                                       \
-  }                                                                                                          \
-  namespace                                                                                                  \
-  {                                                                                                          \
-  /* The mutex is made before a second thread can come, and the text before the application's statics, whose \
-   */                                                                                                        \
-  /* destructors may still ask for it. */                                                                    \
-  [[maybe_unused]] const bool g_typeNameMade = TypeNameMutex::touch() && !Class::getTypeName().empty();      \
+  [[maybe_unused]] const bool g_typeNameMutexMade = TypeNameMutex::touch();                                  \
   }
 
-/// Defines getVersion, guarded by the unit's VersionMutex.
-#define ORVEL_DEFINE_VERSION(Class, classVersion)                                                            \
+/// Defines getTypeName of a class or, with `template <class T>` ahead, of a template.
+#define ORVEL_DEFINE_TYPE_NAME_OF(Template, Class, text)                                                     \
+  Template const std::string& Class::getTypeName()                                                           \
+  {                                                                                                          \
+    const boost::mutex::scoped_lock lock(TypeNameMutex::get());                                              \
+    static const std::string g_typeName = text;                                                              \
+    return g_typeName;                                                                                       \
+  }
+
+/// Defines getTypeName; one class per source unit, as the unit's TypeNameMutex guards it.
+#define ORVEL_DEFINE_TYPE_NAME(Class)                                                                        \
+  ORVEL_DEFINE_TYPE_NAME_MUTEX                                                                               \
+  ORVEL_DEFINE_TYPE_NAME_OF(, Class, "orvel::" #Class)                                                       \
+  namespace                                                                                                  \
+  {                                                                                                          \
+  /* Made before the application's statics, whose destructors may still ask for it. */                       \
+  [[maybe_unused]] const bool g_typeNameMade = !Class::getTypeName().empty();                                \
+  }
+
+/// Defines the mutex of a source unit that guards its versions, VersionMutex.
+#define ORVEL_DEFINE_VERSION_MUTEX                                                                           \
   namespace                                                                                                  \
   {                                                                                                          \
   class VersionMutex : public ::orvel::UnitMutex<VersionMutex>                                               \
   {                                                                                                          \
   };                                                                                                         \
   [[maybe_unused]] const bool g_versionMutexMade = VersionMutex::touch();                                    \
-  }                                                                                                          \
-  ::orvel::ipUInt32 Class::getVersion()                                                                      \
+  }
+
+/// Defines getVersion of a class or, with `template <class T>` ahead, of a template.
+#define ORVEL_DEFINE_VERSION_OF(Template, Class, classVersion)                                               \
+  Template ::orvel::ipUInt32 Class::getVersion()                                                             \
   {                                                                                                          \
     const boost::mutex::scoped_lock lock(VersionMutex::get());                                               \
     static const ::orvel::ipUInt32 g_version = classVersion;                                                 \
     return g_version;                                                                                        \
   }
 
-/// Defines copy, write and read of one level of a hierarchy. The last three arguments are what the level
+/// Defines getVersion, guarded by the unit's VersionMutex.
+#define ORVEL_DEFINE_VERSION(Class, classVersion)                                                            \
+  ORVEL_DEFINE_VERSION_MUTEX                                                                                 \
+  ORVEL_DEFINE_VERSION_OF(, Class, classVersion)
+
+/// Defines copy, write and read of one level of a hierarchy, of a class or, with `template <class T>` ahead,
+/// of a template. Base is the class whose operations come first; the last three arguments are what the level
 /// does with its own members.
-#define ORVEL_DEFINE_LEVEL(Class, Base, copyOwn, writeOwn, readOwn)                                          \
-  const std::string& Class::getClassName() const                                                             \
+#define ORVEL_DEFINE_LEVEL_OF(Template, Class, Base, copyOwn, writeOwn, readOwn)                             \
+  Template const std::string& Class::getClassName() const                                                    \
   {                                                                                                          \
     return getTypeName();                                                                                    \
   }                                                                                                          \
-  void Class::copy(const ::orvel::BaseDynamicObject& other)                                                  \
+  Template void Class::copy(const ::orvel::BaseDynamicObject& other)                                         \
   {                                                                                                          \
     Base::copy(other);                                                                                       \
     copyOwn;                                                                                                 \
   }                                                                                                          \
-  ::orvel::BoolResult Class::write(::orvel::BaseOArchive& archive) const                                     \
+  Template ::orvel::BoolResult Class::write(::orvel::BaseOArchive& archive) const                            \
   {                                                                                                          \
     const ::orvel::BoolResult baseResult = Base::write(archive);                                             \
     if (!baseResult)                                                                                         \
@@ -161,7 +205,7 @@ private:                                                                        
     writeOwn;                                                                                                \
     return ::orvel::BoolResult(true);                                                                        \
   }                                                                                                          \
-  ::orvel::BoolResult Class::read(::orvel::BaseIArchive& archive)                                            \
+  Template ::orvel::BoolResult Class::read(::orvel::BaseIArchive& archive)                                   \
   {                                                                                                          \
     const ::orvel::BoolResult baseResult = Base::read(archive);                                              \
     if (!baseResult)                                                                                         \
@@ -173,55 +217,96 @@ private:                                                                        
     return ::orvel::BoolResult(true);                                                                        \
   }
 
+/// Defines copy, write and read of one level of a hierarchy of classes. \see ORVEL_DEFINE_LEVEL_OF
+#define ORVEL_DEFINE_LEVEL(Class, Base, copyOwn, writeOwn, readOwn)                                          \
+  ORVEL_DEFINE_LEVEL_OF(, Class, Base, copyOwn, writeOwn, readOwn)
+
+/// The same for a level that writes the operations of ORVEL_DECLARE_MEMBER_OPERATIONS.
+#define ORVEL_DEFINE_LEVEL_WITH_MEMBERS(Class, Base)                                                         \
+  ORVEL_DEFINE_LEVEL(Class, Base, copyMembers(static_cast<const Class&>(other)), writeMembers(archive),      \
+                     readMembers(archive, version))
+
 /// Defines what ORVEL_DECLARE_ABSTRACT_SERIALIZABLE declares.
 #define ORVEL_DEFINE_ABSTRACT_SERIALIZABLE(Class, Base, classVersion)                                        \
   ORVEL_DEFINE_TYPE_NAME(Class)                                                                              \
   ORVEL_DEFINE_VERSION(Class, classVersion)                                                                  \
   ORVEL_DEFINE_LEVEL(Class, Base, , , )
 
-/// Defines what ORVEL_DECLARE_SERIALIZABLE declares, and registers the class.
-#define ORVEL_DEFINE_SERIALIZABLE(Class, Base, classVersion)                                                 \
+/// Defines what ORVEL_DECLARE_WITHOUT_COPY declares.
+#define ORVEL_DEFINE_WITHOUT_COPY(Class)                                                                     \
   ORVEL_DEFINE_TYPE_NAME(Class)                                                                              \
-  ORVEL_DEFINE_VERSION(Class, classVersion)                                                                  \
-  ORVEL_DEFINE_LEVEL(Class, Base, copyMembers(static_cast<const Class&>(other)), writeMembers(archive),      \
-                     readMembers(archive, version))                                                          \
-  const ::orvel::DynamicRegistrator<Class> Class::g_classRegistrator("orvel::" #Class);                      \
-  Class::Class(const Class& other)                                                                           \
+  const std::string& Class::getClassName() const                                                             \
+  {                                                                                                          \
+    return getTypeName();                                                                                    \
+  }                                                                                                          \
+  bool Class::hasCopySupport() const                                                                         \
+  {                                                                                                          \
+    return false;                                                                                            \
+  }                                                                                                          \
+  ::orvel::BaseDynamicObject* Class::duplicate() const                                                       \
+  {                                                                                                          \
+    ::orvel::raise(ORVEL_HERE, ::orvel::eORVELUtilErrors::eNoCopySupport, getTypeName());                    \
+  }                                                                                                          \
+  ::orvel::DynamicObjectPtr Class::duplicateShared() const                                                   \
+  {                                                                                                          \
+    ::orvel::raise(ORVEL_HERE, ::orvel::eORVELUtilErrors::eNoCopySupport, getTypeName());                    \
+  }                                                                                                          \
+  void Class::copy(const ::orvel::BaseDynamicObject&)                                                        \
+  {                                                                                                          \
+    ::orvel::raise(ORVEL_HERE, ::orvel::eORVELUtilErrors::eNoCopySupport, getTypeName());                    \
+  }
+
+/// Defines what ORVEL_DECLARE_CREATION declares, of a class or, with `template <class T>` ahead, of a
+/// template: Class is T<...> then, and Name the name of its constructor.
+#define ORVEL_DEFINE_CREATION_OF(Template, Class, Name, Base)                                                \
+  Template Class::Name(const Class& other)                                                                   \
     : Base()                                                                                                 \
   {                                                                                                          \
     if (this != &other)                                                                                      \
       Class::copy(other);                                                                                    \
   }                                                                                                          \
-  Class& Class::operator=(const Class& other)                                                                \
+  Template Class& Class::operator=(const Class& other)                                                       \
   {                                                                                                          \
     copy(other);                                                                                             \
     return *this;                                                                                            \
   }                                                                                                          \
-  Class* Class::createNewObject()                                                                            \
+  Template Class* Class::createNewObject()                                                                   \
   {                                                                                                          \
     return new Class;                                                                                        \
   }                                                                                                          \
-  boost::shared_ptr<Class> Class::createSharedObject()                                                       \
+  Template boost::shared_ptr<Class> Class::createSharedObject()                                              \
   {                                                                                                          \
     return boost::make_shared<Class>();                                                                      \
   }                                                                                                          \
-  ::orvel::BaseDynamicObject* Class::createNew() const                                                       \
+  Template ::orvel::BaseDynamicObject* Class::createNew() const                                              \
   {                                                                                                          \
     return createNewObject();                                                                                \
   }                                                                                                          \
-  ::orvel::DynamicObjectPtr Class::createShared() const                                                      \
+  Template ::orvel::DynamicObjectPtr Class::createShared() const                                             \
   {                                                                                                          \
     return createSharedObject();                                                                             \
   }                                                                                                          \
-  bool Class::hasCopySupport() const                                                                         \
+  Template bool Class::hasCopySupport() const                                                                \
   {                                                                                                          \
     return true;                                                                                             \
   }                                                                                                          \
-  ::orvel::BaseDynamicObject* Class::duplicate() const                                                       \
+  Template ::orvel::BaseDynamicObject* Class::duplicate() const                                              \
   {                                                                                                          \
     return ::orvel::details::duplicate(*this);                                                               \
   }                                                                                                          \
-  ::orvel::DynamicObjectPtr Class::duplicateShared() const                                                   \
+  Template ::orvel::DynamicObjectPtr Class::duplicateShared() const                                          \
   {                                                                                                          \
     return ::orvel::details::duplicateShared(*this);                                                         \
   }
+
+/// Defines what ORVEL_DECLARE_CREATION and ORVEL_DECLARE_REGISTRATOR declare.
+#define ORVEL_DEFINE_CREATION(Class, Base)                                                                   \
+  const ::orvel::DynamicRegistrator<Class> Class::g_classRegistrator("orvel::" #Class);                      \
+  ORVEL_DEFINE_CREATION_OF(, Class, Class, Base)
+
+/// Defines what ORVEL_DECLARE_SERIALIZABLE declares, and registers the class.
+#define ORVEL_DEFINE_SERIALIZABLE(Class, Base, classVersion)                                                 \
+  ORVEL_DEFINE_TYPE_NAME(Class)                                                                              \
+  ORVEL_DEFINE_VERSION(Class, classVersion)                                                                  \
+  ORVEL_DEFINE_LEVEL_WITH_MEMBERS(Class, Base)                                                               \
+  ORVEL_DEFINE_CREATION(Class, Base)

@@ -8,36 +8,53 @@
 namespace orvel
 {
 
-/// \brief Keeps class T in the factory from its own construction to its own destruction.
+/// \brief Keeps a class in the factory from its own construction to its own destruction.
+class BaseDynamicRegistrator
+{
+public:
+  BaseDynamicRegistrator(const BaseDynamicRegistrator&) = delete;
+  BaseDynamicRegistrator& operator=(const BaseDynamicRegistrator&) = delete;
+
+protected:
+  using NewFcn = BaseDynamicObject* (*)();
+  using SharedFcn = boost::shared_ptr<BaseDynamicObject> (*)();
+
+  /// \param className the class-name text, a literal: it must outlive the registrator
+  BaseDynamicRegistrator(const char* className, NewFcn newFcn, SharedFcn sharedFcn)
+    : _className(className)
+    , _newFcn(newFcn)
+  {
+    DynamicObjectFactory::getInstance().registerClass(_className, newFcn, sharedFcn);
+  }
+
+  /// Ends the process if the class cannot be taken out: nobody could handle it at unload.
+  ~BaseDynamicRegistrator() noexcept
+  {
+    DynamicObjectFactory::getInstance().unRegisterClass(_className, _newFcn);
+  }
+
+private:
+  const char* _className;
+  NewFcn _newFcn;
+};
+
+/// \brief Keeps class T in the factory.
 ///
 /// One object per class stands at namespace scope, as the static member `g_classRegistrator` of T:
 /// the class is known from the load of its library to the unload. T gives the static functions
 /// `createNewObject` and `createSharedObject`.
 template <class T>
-class DynamicRegistrator
+class DynamicRegistrator : public BaseDynamicRegistrator
 {
 public:
   /// \param className the class-name text, a literal: it must outlive the registrator
   explicit DynamicRegistrator(const char* className)
-    : _className(className)
+    : BaseDynamicRegistrator(className, &newCreatorFcn, &sharedCreatorFcn)
   {
-    DynamicObjectFactory::getInstance().registerClass(_className, &newCreatorFcn, &sharedCreatorFcn);
   }
-
-  /// Ends the process if the class cannot be taken out: nobody could handle it at unload.
-  ~DynamicRegistrator() noexcept
-  {
-    DynamicObjectFactory::getInstance().unRegisterClass(_className, &newCreatorFcn);
-  }
-
-  DynamicRegistrator(const DynamicRegistrator&) = delete;
-  DynamicRegistrator& operator=(const DynamicRegistrator&) = delete;
 
   static BaseDynamicObject* newCreatorFcn() { return T::createNewObject(); }
   static boost::shared_ptr<BaseDynamicObject> sharedCreatorFcn() { return T::createSharedObject(); }
-
-private:
-  const char* _className;
 };
 
 } // namespace orvel

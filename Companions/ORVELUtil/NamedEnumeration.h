@@ -13,13 +13,13 @@ namespace orvel
 /// \brief What every named enumeration E shares: a 64-bit value, its clamped enumerator and its text.
 ///
 /// E derives from NamedEnumeration<E> and supplies
-///  - `enum domain { ... }`, the enumerators in order, numbered from 0 without gaps;
+///  - `enum domain { ... }`, the enumerators in order, numbered without gaps from `first`;
 ///  - `E()`, value not set; `E(domain)`; `explicit E(ipUInt64)`, any value;
 ///  - `static const char* findText(ipUInt32 value)`, the enumerator's spelling, null beyond the last.
 ///
 /// Numbers and texts are archive formats: neither may change. Comparison is on the whole 64-bit value;
 /// the text and the enumerator go by its low 32 bits.
-template <class E>
+template <class E, ipUInt32 first = 0>
 class NamedEnumeration
 {
 public:
@@ -29,7 +29,7 @@ public:
   auto getDomain() const
   {
     const auto value = static_cast<ipUInt32>(_value);
-    return static_cast<typename E::domain>(E::findText(value) != nullptr ? value : 0);
+    return static_cast<typename E::domain>(E::findText(value) != nullptr ? value : first);
   }
 
   /// \brief Return the enumerator's spelling by the low 32 bits, null if they are no enumerator.

@@ -12,10 +12,10 @@
 #include <boost/weak_ptr.hpp>
 #include <gtest/gtest.h>
 
-#include "../../FailingAllocation.h"
 #include "../../Signature.h"
 #include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELBaseData/ORVELBaseDataLog.h>
+#include <support/FailingAllocation.h>
 #include <support/RaisedFailure.h>
 
 namespace

@@ -13,11 +13,11 @@
 #include <boost/scoped_ptr.hpp>
 #include <gtest/gtest.h>
 
-#include "../../FailingAllocation.h"
 #include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELBaseData/Pattern/Kernel/KernelXY.h>
 #include <ORVELBaseData/Pattern/Kernel/KernelXYZ.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
+#include <support/FailingAllocation.h>
 #include <support/HandWrittenArchive.h>
 
 // What KernelXY and KernelXYZ have in common, tested on both. Coordinates are given for x, y and z; a kernel

@@ -9,16 +9,29 @@ namespace
 
 constexpr std::ptrdiff_t g_never = std::numeric_limits<std::ptrdiff_t>::max();
 
+/// More than any memory has: the sanitizers would end the program instead of answering null.
+constexpr std::size_t g_impossible = std::size_t{1} << 46U;
+
 std::atomic<std::ptrdiff_t> g_nbAllowed{g_never};
+std::atomic<std::ptrdiff_t> g_nbArraysAllowed{g_never};
+std::atomic<std::size_t> g_latestArraySize{0};
+std::atomic<std::size_t> g_nbArraysAllocated{0};
 std::atomic<std::ptrdiff_t> g_nbBlocksInUse{0};
+
+void failInTurn(std::atomic<std::ptrdiff_t>& nbAllowed)
+{
+  if (nbAllowed != g_never && nbAllowed-- == 0)
+  {
+    nbAllowed = g_never;
+    throw std::bad_alloc();
+  }
+}
 
 void* allocate(std::size_t size)
 {
-  if (g_nbAllowed != g_never && g_nbAllowed-- == 0)
-  {
-    g_nbAllowed = g_never;
+  failInTurn(g_nbAllowed);
+  if (size >= g_impossible)
     throw std::bad_alloc();
-  }
   void* const memory = std::malloc(size == 0 ? 1 : size);
   if (memory == nullptr)
     throw std::bad_alloc();
@@ -42,6 +55,9 @@ void* operator new(std::size_t size)
 }
 void* operator new[](std::size_t size)
 {
+  g_latestArraySize = size;
+  failInTurn(g_nbArraysAllowed);
+  ++g_nbArraysAllocated;
   return allocate(size);
 }
 void operator delete(void* memory) noexcept
@@ -69,9 +85,25 @@ void failAllocationAfter(std::size_t nbAllowed)
   g_nbAllowed = static_cast<std::ptrdiff_t>(nbAllowed);
 }
 
+void failArrayAllocationAfter(std::size_t nbAllowed)
+{
+  g_nbArraysAllowed = static_cast<std::ptrdiff_t>(nbAllowed);
+}
+
+std::size_t getLatestArraySize()
+{
+  return g_latestArraySize;
+}
+
+std::size_t getNbArraysAllocated()
+{
+  return g_nbArraysAllocated;
+}
+
 void failNoAllocation()
 {
   g_nbAllowed = g_never;
+  g_nbArraysAllowed = g_never;
 }
 
 std::ptrdiff_t getNbBlocksInUse()

@@ -2,6 +2,9 @@
 
 /// \file
 /// \brief Runs an operation out of memory at each of its allocations in turn.
+///
+/// A program that uses it lists FailingAllocation.cpp among its sources: its operators new and delete become
+/// those of the program and of the libraries.
 
 #include <cstddef>
 #include <new>
@@ -11,6 +14,15 @@ namespace orvel::test
 
 /// \brief Let the allocation after the next nbAllowed ones of this program fail with std::bad_alloc, once.
 void failAllocationAfter(std::size_t nbAllowed);
+
+/// \brief The same for the allocations of arrays, the raw blocks of buffers among them; others succeed.
+void failArrayAllocationAfter(std::size_t nbAllowed);
+
+/// \brief Return the size in bytes that the latest allocation of an array asked for.
+std::size_t getLatestArraySize();
+
+/// \brief Return how many arrays have been allocated so far.
+std::size_t getNbArraysAllocated();
 
 /// \brief Let no allocation fail any more.
 void failNoAllocation();

@@ -1,0 +1,16 @@
+#include <ORVELBaseData/Pattern/StructuringElement/SEXYZSubType.h>
+
+#include <gtest/gtest.h>
+
+#include <support/EnumerationChecks.h>
+
+#include "SubTypeTables.h"
+
+namespace
+{
+
+using namespace orvel::test;
+
+INSTANTIATE_TYPED_TEST_SUITE_P(SEXYZSubType, Enumeration, SEXYZSubTypeTable);
+
+} // namespace
