@@ -1,0 +1,10 @@
+#include <ORVELBaseData/DiscreteOrientation/DiscreteOrientation2dUtils.h>
+
+#include <ORVELSerialization/NamedEnumerationItems.h>
+
+namespace orvel
+{
+
+ORVEL_DEFINE_ENUMERATION_ITEMS(eDiscreteOrientation2d)
+
+} // namespace orvel

@@ -1,0 +1,10 @@
+#include <ORVELBaseData/DiscreteOrientation/DiscreteOrientation3dUtils.h>
+
+#include <ORVELSerialization/NamedEnumerationItems.h>
+
+namespace orvel
+{
+
+ORVEL_DEFINE_ENUMERATION_ITEMS(eDiscreteOrientation3d)
+
+} // namespace orvel

@@ -1,0 +1,38 @@
+#pragma once
+
+/// \file
+/// \brief Neighbourhoods of a pixel.
+
+#include <ORVELBaseData/ORVELBaseDataExport.h>
+#include <ORVELUtil/NamedEnumeration.h>
+
+namespace orvel
+{
+
+/// \brief Connexity of a pixel: which of the pixels around it are its neighbours.
+///
+/// The numbers are part of the binary archive format and the texts, which are the spellings, of the
+/// element-wise one: neither may change. \see Neighborhood2dUtils.h for the archive operators.
+class ORVELBASEDATA_EXPORT eNeighborhood2dType : public NamedEnumeration<eNeighborhood2dType>
+{
+public:
+  enum domain
+  {
+    eN2T_4Connexity, ///< those that share an edge with it
+    eN2T_8Connexity  ///< those that share an edge or a corner with it
+  };
+
+  eNeighborhood2dType() = default;
+  eNeighborhood2dType(domain value)
+    : NamedEnumeration(value)
+  {
+  }
+  explicit eNeighborhood2dType(ipUInt64 value)
+    : NamedEnumeration(value)
+  {
+  }
+
+  static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
+};
+
+} // namespace orvel

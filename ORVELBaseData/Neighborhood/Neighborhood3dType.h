@@ -1,0 +1,39 @@
+#pragma once
+
+/// \file
+/// \brief Neighbourhoods of a voxel.
+
+#include <ORVELBaseData/ORVELBaseDataExport.h>
+#include <ORVELUtil/NamedEnumeration.h>
+
+namespace orvel
+{
+
+/// \brief Connexity of a voxel: which of the voxels around it are its neighbours.
+///
+/// The numbers are part of the binary archive format and the texts, which are the spellings, of the
+/// element-wise one: neither may change. \see Neighborhood3dUtils.h for the archive operators.
+class ORVELBASEDATA_EXPORT eNeighborhood3dType : public NamedEnumeration<eNeighborhood3dType>
+{
+public:
+  enum domain
+  {
+    eN3T_6Connexity,  ///< those that share a face with it
+    eN3T_18Connexity, ///< those that share a face or an edge with it
+    eN3T_26Connexity  ///< those that share a face, an edge or a corner with it
+  };
+
+  eNeighborhood3dType() = default;
+  eNeighborhood3dType(domain value)
+    : NamedEnumeration(value)
+  {
+  }
+  explicit eNeighborhood3dType(ipUInt64 value)
+    : NamedEnumeration(value)
+  {
+  }
+
+  static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
+};
+
+} // namespace orvel

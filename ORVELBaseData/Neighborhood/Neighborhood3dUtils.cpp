@@ -1,0 +1,10 @@
+#include <ORVELBaseData/Neighborhood/Neighborhood3dUtils.h>
+
+#include <ORVELSerialization/NamedEnumerationItems.h>
+
+namespace orvel
+{
+
+ORVEL_DEFINE_ENUMERATION_ITEMS(eNeighborhood3dType)
+
+} // namespace orvel

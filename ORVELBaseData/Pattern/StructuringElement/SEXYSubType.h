@@ -1,0 +1,42 @@
+#pragma once
+
+/// \file
+/// \brief Kinds of structuring elements on the plane.
+
+#include <ORVELBaseData/ORVELBaseDataExport.h>
+#include <ORVELUtil/NamedEnumeration.h>
+
+namespace orvel
+{
+
+/// \brief Kind of shape of a structuring element on the plane.
+///
+/// The numbers are part of the binary archive format and the texts, which are the spellings, of the
+/// element-wise one: neither may change. \see StructuringElementInfoUtils.h for the archive operators.
+class ORVELBASEDATA_EXPORT eSEXYSubType : public NamedEnumeration<eSEXYSubType>
+{
+public:
+  enum domain
+  {
+    eSEXY_Generic,     ///< any shape, by its offsets
+    eSEXY_Circular,    ///< disc
+    eSEXY_Square,      ///< square
+    eSEXY_Rectangular, ///< rectangle
+    eSEXY_HalfLinear,  ///< segment from the origin to one side
+    eSEXY_Linear       ///< segment to both sides of the origin
+  };
+
+  eSEXYSubType() = default;
+  eSEXYSubType(domain value)
+    : NamedEnumeration(value)
+  {
+  }
+  explicit eSEXYSubType(ipUInt64 value)
+    : NamedEnumeration(value)
+  {
+  }
+
+  static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
+};
+
+} // namespace orvel

@@ -1,0 +1,42 @@
+#pragma once
+
+/// \file
+/// \brief Kinds of structuring elements in space.
+
+#include <ORVELBaseData/ORVELBaseDataExport.h>
+#include <ORVELUtil/NamedEnumeration.h>
+
+namespace orvel
+{
+
+/// \brief Kind of shape of a structuring element in space.
+///
+/// The numbers are part of the binary archive format and the texts, which are the spellings, of the
+/// element-wise one: neither may change. \see StructuringElementInfoUtils.h for the archive operators.
+class ORVELBASEDATA_EXPORT eSEXYZSubType : public NamedEnumeration<eSEXYZSubType>
+{
+public:
+  enum domain
+  {
+    eSEXYZ_Generic,     ///< any shape, by its offsets
+    eSEXYZ_Spherical,   ///< ball
+    eSEXYZ_Cubic,       ///< cube
+    eSEXYZ_Rectangular, ///< box
+    eSEXYZ_HalfLinear,  ///< segment from the origin to one side
+    eSEXYZ_Linear       ///< segment to both sides of the origin
+  };
+
+  eSEXYZSubType() = default;
+  eSEXYZSubType(domain value)
+    : NamedEnumeration(value)
+  {
+  }
+  explicit eSEXYZSubType(ipUInt64 value)
+    : NamedEnumeration(value)
+  {
+  }
+
+  static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
+};
+
+} // namespace orvel

@@ -1,0 +1,16 @@
+#include <ORVELBaseData/Neighborhood/Neighborhood3dType.h>
+
+#include <gtest/gtest.h>
+
+#include <support/EnumerationChecks.h>
+
+#include "NeighborhoodTables.h"
+
+namespace
+{
+
+using namespace orvel::test;
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Neighborhood3dType, Enumeration, Neighborhood3dTypeTable);
+
+} // namespace
