@@ -32,7 +32,7 @@ class Enumeration : public ::testing::Test
 {
 };
 
-TYPED_TEST_SUITE_P(Enumeration);
+TYPED_TEST_SUITE_P(Enumeration); // its instances get an empty last argument, which keeps clang++ quiet
 
 TYPED_TEST_P(Enumeration, HasTheNumbersAndTextsOfTheTable)
 {

@@ -15,7 +15,7 @@ namespace
 using namespace orvel;
 using namespace orvel::test;
 
-INSTANTIATE_TYPED_TEST_SUITE_P(DiscreteOrientation2d, Enumeration, DiscreteOrientation2dTable);
+INSTANTIATE_TYPED_TEST_SUITE_P(DiscreteOrientation2d, Enumeration, DiscreteOrientation2dTable, );
 
 // A second way to the same table, by the letters of the axes.
 TEST(DiscreteOrientation2d, NumbersTheStepsAlongXWithinY)

@@ -12,7 +12,7 @@ namespace
 using namespace orvel;
 using namespace orvel::test;
 
-INSTANTIATE_TYPED_TEST_SUITE_P(DiscreteOrientation2d, EnumerationItems, DiscreteOrientation2dTable);
+INSTANTIATE_TYPED_TEST_SUITE_P(DiscreteOrientation2d, EnumerationItems, DiscreteOrientation2dTable, );
 
 TEST(DiscreteOrientation2dUtils, HaveNoNullStep)
 {

@@ -15,7 +15,7 @@ namespace
 using namespace orvel;
 using namespace orvel::test;
 
-INSTANTIATE_TYPED_TEST_SUITE_P(DiscreteOrientation3d, Enumeration, DiscreteOrientation3dTable);
+INSTANTIATE_TYPED_TEST_SUITE_P(DiscreteOrientation3d, Enumeration, DiscreteOrientation3dTable, );
 
 // A second way to the same table, by the letters of the axes.
 TEST(DiscreteOrientation3d, NumbersTheStepsAlongXWithinYWithinZ)

@@ -12,7 +12,7 @@ namespace
 using namespace orvel;
 using namespace orvel::test;
 
-INSTANTIATE_TYPED_TEST_SUITE_P(DiscreteOrientation3d, EnumerationItems, DiscreteOrientation3dTable);
+INSTANTIATE_TYPED_TEST_SUITE_P(DiscreteOrientation3d, EnumerationItems, DiscreteOrientation3dTable, );
 
 TEST(DiscreteOrientation3dUtils, HaveNoNullStep)
 {

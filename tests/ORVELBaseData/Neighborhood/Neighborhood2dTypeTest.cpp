@@ -11,6 +11,6 @@ namespace
 
 using namespace orvel::test;
 
-INSTANTIATE_TYPED_TEST_SUITE_P(Neighborhood2dType, Enumeration, Neighborhood2dTypeTable);
+INSTANTIATE_TYPED_TEST_SUITE_P(Neighborhood2dType, Enumeration, Neighborhood2dTypeTable, );
 
 } // namespace

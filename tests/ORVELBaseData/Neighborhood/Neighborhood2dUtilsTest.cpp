@@ -15,7 +15,7 @@ namespace
 using namespace orvel;
 using namespace orvel::test;
 
-INSTANTIATE_TYPED_TEST_SUITE_P(Neighborhood2dType, EnumerationItems, Neighborhood2dTypeTable);
+INSTANTIATE_TYPED_TEST_SUITE_P(Neighborhood2dType, EnumerationItems, Neighborhood2dTypeTable, );
 
 TEST(Neighborhood2dUtils, ReadTheTextExactly)
 {

@@ -11,6 +11,6 @@ namespace
 
 using namespace orvel::test;
 
-INSTANTIATE_TYPED_TEST_SUITE_P(Neighborhood3dType, Enumeration, Neighborhood3dTypeTable);
+INSTANTIATE_TYPED_TEST_SUITE_P(Neighborhood3dType, Enumeration, Neighborhood3dTypeTable, );
 
 } // namespace

@@ -12,7 +12,7 @@ namespace
 using namespace orvel;
 using namespace orvel::test;
 
-INSTANTIATE_TYPED_TEST_SUITE_P(Neighborhood3dType, EnumerationItems, Neighborhood3dTypeTable);
+INSTANTIATE_TYPED_TEST_SUITE_P(Neighborhood3dType, EnumerationItems, Neighborhood3dTypeTable, );
 
 TEST(Neighborhood3dUtils, FileTheSecondConnexityAsItsTextOrAsOne)
 {

@@ -11,6 +11,6 @@ namespace
 
 using namespace orvel::test;
 
-INSTANTIATE_TYPED_TEST_SUITE_P(SEXYSubType, Enumeration, SEXYSubTypeTable);
+INSTANTIATE_TYPED_TEST_SUITE_P(SEXYSubType, Enumeration, SEXYSubTypeTable, );
 
 } // namespace

@@ -11,6 +11,6 @@ namespace
 
 using namespace orvel::test;
 
-INSTANTIATE_TYPED_TEST_SUITE_P(SEXYZSubType, Enumeration, SEXYZSubTypeTable);
+INSTANTIATE_TYPED_TEST_SUITE_P(SEXYZSubType, Enumeration, SEXYZSubTypeTable, );
 
 } // namespace

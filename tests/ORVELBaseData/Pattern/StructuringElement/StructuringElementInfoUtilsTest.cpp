@@ -11,8 +11,8 @@ namespace
 
 using namespace orvel::test;
 
-INSTANTIATE_TYPED_TEST_SUITE_P(SEXYSubType, EnumerationItems, SEXYSubTypeTable);
-INSTANTIATE_TYPED_TEST_SUITE_P(SEXYZSubType, EnumerationItems, SEXYZSubTypeTable);
+INSTANTIATE_TYPED_TEST_SUITE_P(SEXYSubType, EnumerationItems, SEXYSubTypeTable, );
+INSTANTIATE_TYPED_TEST_SUITE_P(SEXYZSubType, EnumerationItems, SEXYZSubTypeTable, );
 
 // The kinds of one dimension are none of the other, though they end alike.
 TEST(StructuringElementInfoUtils, TellTheDimensionsApart)
