@@ -3,6 +3,18 @@
 /// \file
 /// \brief All of ORVELBaseData.
 
+#include <ORVELBaseData/Buffer/BaseBlockBuffer.h>
+#include <ORVELBaseData/Buffer/BaseBuffer.h>
+#include <ORVELBaseData/Buffer/BaseFragBuffer.h>
+#include <ORVELBaseData/Buffer/BaseOwnBuffer.h>
+#include <ORVELBaseData/Buffer/BufferType.h>
+#include <ORVELBaseData/Buffer/BufferUtils.h>
+#include <ORVELBaseData/Buffer/ElementTypes.h>
+#include <ORVELBaseData/Buffer/ExternalBuffer.h>
+#include <ORVELBaseData/Buffer/FragHybridBuffer.h>
+#include <ORVELBaseData/Buffer/HybridBuffer.h>
+#include <ORVELBaseData/Buffer/TOwnBuffer.h>
+#include <ORVELBaseData/Buffer/TypedOwnBuffer.h>
 #include <ORVELBaseData/DiscreteOrientation/DiscreteOrientation2d.h>
 #include <ORVELBaseData/DiscreteOrientation/DiscreteOrientation2dUtils.h>
 #include <ORVELBaseData/DiscreteOrientation/DiscreteOrientation3d.h>

@@ -20,9 +20,20 @@ namespace orvel::test
 struct Sample
 {
   SerializationObjectPtr object;
+  std::function<SerializationObjectPtr()> makeAgain; ///< an object of the same value, made without a copy
   std::function<bool(const BaseSerializationObject&)> equals; ///< whether another object has the same value
   std::function<SerializationObjectPtr()> copyConstruct;      ///< a copy by the class's own constructor
   std::function<void(BaseSerializationObject&)> assignTo;     ///< by the class's own assignment
+
+  /// The message with which the class refuses to copy the object to that target; empty if it does not.
+  std::function<std::string(const BaseSerializationObject& target)> copyFailure =
+      [](const BaseSerializationObject&)
+  {
+    return "";
+  };
+  bool isReorderedByItself =
+      false;           ///< whether a copy of the object onto itself changes the order of its parts
+  bool isFiled = true; ///< whether archives hold the value; else they hold nothing at all
 };
 
 /// \brief What an archive of an older version holds and what it has to become.

@@ -1,0 +1,45 @@
+#include <ORVELBaseData/Buffer/BaseBlockBuffer.h>
+
+#include <ORVELBaseData/Buffer/Private/Addresses.h>
+#include <ORVELBaseData/ORVELBaseDataLogMessages.h>
+
+namespace orvel
+{
+
+ORVEL_DEFINE_WITHOUT_COPY(BaseBlockBuffer)
+
+BaseBlockBuffer::~BaseBlockBuffer() = default;
+
+void* BaseBlockBuffer::getDataPtr()
+{
+  if (!isInitialized())
+    raise(ORVEL_HERE, eORVELBaseDataMessage::eBufferNotInitialized);
+  return _dataPtr;
+}
+
+const void* BaseBlockBuffer::getDataPtr() const
+{
+  if (!isInitialized())
+    raise(ORVEL_HERE, eORVELBaseDataMessage::eBufferNotInitialized);
+  return _dataPtr;
+}
+
+void* BaseBlockBuffer::getDataPtr(ipUInt64 index)
+{
+  const ipUInt64 offset = index * getBufferBaseSize();
+  return details::addressBehind(_dataPtr, offset);
+}
+
+const void* BaseBlockBuffer::getDataPtr(ipUInt64 index) const
+{
+  const ipUInt64 offset = index * getBufferBaseSize();
+  return details::addressBehind(_dataPtr, offset);
+}
+
+void BaseBlockBuffer::initBase(ipUInt64 size, const eDataType& dataType, void* dataPtr)
+{
+  _dataPtr = dataPtr;
+  BaseBuffer::initBase(size, dataType);
+}
+
+} // namespace orvel

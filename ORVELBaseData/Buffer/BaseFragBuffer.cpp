@@ -1,0 +1,106 @@
+#include <ORVELBaseData/Buffer/BaseFragBuffer.h>
+
+#include <algorithm>
+#include <new>
+
+#include <ORVELBaseData/Buffer/Private/Addresses.h>
+#include <ORVELBaseData/Buffer/Private/OwnedBlock.h>
+#include <ORVELBaseData/ORVELBaseDataLogMessages.h>
+
+namespace orvel
+{
+
+ORVEL_DEFINE_WITHOUT_COPY(BaseFragBuffer)
+
+BaseFragBuffer::~BaseFragBuffer() = default;
+
+ipUInt64 BaseFragBuffer::getNbFragments() const
+{
+  if (!isInitialized())
+    raise(ORVEL_HERE, eORVELBaseDataMessage::eBufferNotInitialized);
+  return _fragments.size();
+}
+
+ipUInt64 BaseFragBuffer::getFragmentsSize() const
+{
+  if (!isInitialized())
+    raise(ORVEL_HERE, eORVELBaseDataMessage::eBufferNotInitialized);
+  return _fragmentsSize;
+}
+
+const BufferPtrColl& BaseFragBuffer::getBufferPtrColl() const
+{
+  if (!isInitialized())
+    raise(ORVEL_HERE, eORVELBaseDataMessage::eBufferNotInitialized);
+  return _fragments;
+}
+
+void* BaseFragBuffer::getDataPtr(ipUInt64 fragment)
+{
+  if (fragment >= getNbFragments())
+    raise(ORVEL_HERE, eORVELBaseDataMessage::eInvalidFragmentIndex, fragment, getNbFragments());
+  return _fragments[fragment];
+}
+
+const void* BaseFragBuffer::getDataPtr(ipUInt64 fragment) const
+{
+  if (fragment >= getNbFragments())
+    raise(ORVEL_HERE, eORVELBaseDataMessage::eInvalidFragmentIndex, fragment, getNbFragments());
+  return _fragments[fragment];
+}
+
+void* BaseFragBuffer::getDataPtr(ipUInt64 fragment, ipUInt64 offset)
+{
+  void* const start = getDataPtr(fragment);
+  return details::addressBehind(start, offset * getBufferBaseSize());
+}
+
+const void* BaseFragBuffer::getDataPtr(ipUInt64 fragment, ipUInt64 offset) const
+{
+  const void* const start = getDataPtr(fragment);
+  return details::addressBehind(start, offset * getBufferBaseSize());
+}
+
+void BaseFragBuffer::setDataPtr(ipUInt64 fragment, void* dataPtr)
+{
+  if (fragment >= getNbFragments())
+    raise(ORVEL_HERE, eORVELBaseDataMessage::eInvalidFragmentIndex, fragment, getNbFragments());
+  _fragments[fragment] = dataPtr;
+}
+
+void BaseFragBuffer::rollUpFragments()
+{
+  if (getNbFragments() > 1)
+    std::rotate(_fragments.begin(), _fragments.begin() + 1, _fragments.end());
+}
+
+void BaseFragBuffer::rollDownFragments()
+{
+  if (getNbFragments() > 1)
+    std::rotate(_fragments.begin(), _fragments.end() - 1, _fragments.end());
+}
+
+void BaseFragBuffer::initBase(const eDataType& dataType, const BufferPtrColl& fragments,
+                              ipUInt64 fragmentsSize)
+{
+  try
+  {
+    if (&fragments != &_fragments)
+      _fragments = fragments;
+  }
+  catch (const std::bad_alloc& failure)
+  {
+    const ipUInt64 sizeInBytes = fragments.size() * sizeof(void*);
+    clear(); // a derived class has let the old fragments go
+    raiseWithCause(ORVEL_HERE, failure, eORVELBaseDataMessage::eMemoryAllocationFailed, sizeInBytes);
+  }
+  _fragmentsSize = fragmentsSize;
+  BaseBuffer::initBase(fragmentsSize * _fragments.size(), dataType);
+}
+
+void BaseFragBuffer::clearDerived()
+{
+  _fragments.clear();
+}
+
+} // namespace orvel

@@ -1,0 +1,62 @@
+#include <ORVELBaseData/Buffer/BaseOwnBuffer.h>
+
+#include <ORVELBaseData/Buffer/BufferUtils.h>
+#include <ORVELBaseData/Buffer/Private/BlockItems.h>
+
+namespace orvel
+{
+
+ORVEL_DEFINE_TYPE_NAME(BaseOwnBuffer)
+ORVEL_DEFINE_VERSION(BaseOwnBuffer, 1)
+// The bases between refuse to copy.
+ORVEL_DEFINE_LEVEL_WITH_MEMBERS(BaseOwnBuffer, BaseObjectWithSkeleton)
+
+BaseOwnBuffer::~BaseOwnBuffer() = default;
+
+void BaseOwnBuffer::initBase(ipUInt64 size, const eDataType& dataType)
+{
+  const ipUInt64 sizeInBytes = details::multiplySizes(orvel::getBufferBaseSize(dataType), size);
+  if (!isInitialized() || !details::isSameSize(sizeInBytes, getMemorySize()))
+    details::replaceBlock(*this, _block, sizeInBytes, ORVEL_HERE);
+  BaseBlockBuffer::initBase(size, dataType, _block.get());
+}
+
+void BaseOwnBuffer::resize(ipUInt64 size)
+{
+  const eDataType dataType = getDataType();
+  initBase(size, dataType);
+}
+
+void BaseOwnBuffer::clearDerived()
+{
+  _block.reset();
+}
+
+void BaseOwnBuffer::copyMembers(const BaseOwnBuffer& other)
+{
+  if (!other.isInitialized())
+  {
+    clear();
+    return;
+  }
+  initBase(other.getSize(), other.getDataType());
+  details::copyBlock(*this, other);
+}
+
+void BaseOwnBuffer::writeMembers(BaseOArchive& archive) const
+{
+  details::writeBlockItems(*this, archive, ORVEL_HERE);
+}
+
+void BaseOwnBuffer::readMembers(BaseIArchive& archive, ipUInt32 /*version*/)
+{
+  details::readBlockItems(*this, archive,
+                          [this](ipUInt64 size, const eDataType& dataType)
+                          {
+                            if (dataType == eDataType::eDT_None)
+                              BaseBuffer::initBase(size, dataType); // raises, and the block stays
+                            initBase(size, dataType);
+                          });
+}
+
+} // namespace orvel

@@ -1,0 +1,169 @@
+#include <ORVELBaseData/Buffer/FragHybridBuffer.h>
+
+#include <new>
+#include <stdexcept>
+
+#include <ORVELBaseData/Buffer/BufferUtils.h>
+#include <ORVELBaseData/Buffer/Private/OwnedBlock.h>
+#include <ORVELBaseData/ORVELBaseDataLogMessages.h>
+#include <ORVELSerialization/SerializationItems.h>
+
+namespace orvel
+{
+
+ORVEL_DEFINE_TYPE_NAME(FragHybridBuffer)
+ORVEL_DEFINE_VERSION(FragHybridBuffer, 1)
+// The bases between refuse to copy.
+ORVEL_DEFINE_LEVEL_WITH_MEMBERS(FragHybridBuffer, BaseObjectWithSkeleton)
+ORVEL_DEFINE_CREATION(FragHybridBuffer, BaseFragBuffer)
+
+FragHybridBuffer::FragHybridBuffer() = default;
+
+eBufferType FragHybridBuffer::getBufferType() const
+{
+  return eBufferType::eBT_FragHybrid;
+}
+
+void FragHybridBuffer::init(const eDataType& dataType, ipUInt64 nbFragments, ipUInt64 fragmentsSize)
+{
+  const ipUInt64 fragmentSizeInBytes =
+      details::multiplySizes(orvel::getBufferBaseSize(dataType), fragmentsSize);
+  const ipUInt64 sizeInBytes = details::multiplySizes(fragmentSizeInBytes, nbFragments);
+  if (!isInitialized() || !isBufferOwn() || !details::isSameSize(sizeInBytes, getMemorySize()))
+    details::replaceBlock(*this, _block, sizeInBytes, ORVEL_HERE);
+
+  const auto raiseNoList = [&, here = ORVEL_HERE](const std::exception& failure)
+  {
+    clear();
+    raiseWithCause(here, failure, eORVELBaseDataMessage::eMemoryAllocationFailed,
+                   details::multiplySizes(nbFragments, sizeof(void*)));
+  };
+  BufferPtrColl fragments;
+  try
+  {
+    fragments.reserve(nbFragments);
+  }
+  catch (const std::bad_alloc& failure)
+  {
+    raiseNoList(failure);
+  }
+  catch (const std::length_error& failure) // more pointers than a vector can count
+  {
+    raiseNoList(failure);
+  }
+  for (ipUInt64 i = 0; i < nbFragments; ++i)
+    fragments.push_back(_block.get() + i * fragmentSizeInBytes);
+  initBase(dataType, fragments, fragmentsSize);
+}
+
+void FragHybridBuffer::init(const eDataType& dataType, const BufferPtrColl& fragments, ipUInt64 fragmentsSize)
+{
+  _block.reset();
+  initBase(dataType, fragments, fragmentsSize);
+}
+
+bool FragHybridBuffer::isBufferOwn() const
+{
+  return _block != nullptr;
+}
+
+void FragHybridBuffer::setDataPtr(ipUInt64 fragment, void* dataPtr)
+{
+  if (isBufferOwn())
+    raise(ORVEL_HERE, eORVELBaseDataMessage::eOwnFragmentDataPtr);
+  BaseFragBuffer::setDataPtr(fragment, dataPtr);
+}
+
+void FragHybridBuffer::clearDerived()
+{
+  BaseFragBuffer::clearDerived();
+  _block.reset();
+}
+
+void FragHybridBuffer::copyMembers(const FragHybridBuffer& other)
+{
+  if (!other.isInitialized())
+  {
+    clear();
+    return;
+  }
+  if (!isBufferOwn())
+  {
+    init(other.getDataType(), other.getBufferPtrColl(), other.getFragmentsSize());
+    return;
+  }
+  init(other.getDataType(), other.getNbFragments(), other.getFragmentsSize());
+  const ipUInt64 sizeInBytes = getBufferBaseSize() * getFragmentsSize();
+  for (ipUInt64 i = 0; i < getNbFragments(); ++i)
+    if (const void* const source = other.getDataPtr(i); source != getDataPtr(i))
+      copyBuffer(getDataPtr(i), sizeInBytes, source);
+}
+
+void FragHybridBuffer::writeMembers(BaseOArchive& archive) const
+{
+  const eSklSrzMode& mode = getSerializationMode();
+  const ipUInt64 sizeInBytes =
+      isInitialized() ? details::multiplySizes(getBufferBaseSize(), getFragmentsSize()) : 0;
+  details::requireSize(sizeInBytes, ORVEL_HERE);
+  if (mode != eSklSrzMode::eSSM_Data)
+  {
+    const bool initialized = isInitialized();
+    archive << SerializationOItem("bInit", initialized);
+    if (initialized)
+    {
+      const ipUInt64 nbFragments = getNbFragments();
+      const ipUInt64 fragmentsSize = getFragmentsSize();
+      archive << SerializationOItem("dataType", getDataType());
+      archive << SerializationOItem("nbFragments", nbFragments);
+      archive << SerializationOItem("fragmentsSize", fragmentsSize);
+    }
+  }
+  if (mode != eSklSrzMode::eSSM_Skeleton && sizeInBytes != 0)
+    for (const void* const fragment : getBufferPtrColl())
+      archive.writeBlock(fragment, sizeInBytes);
+}
+
+void FragHybridBuffer::readMembers(BaseIArchive& archive, ipUInt32 /*version*/)
+{
+  const eSklSrzMode mode = getSerializationMode();
+  if (mode != eSklSrzMode::eSSM_Data)
+  {
+    bool initialized = false;
+    archive >> SerializationIItem("bInit", initialized);
+    if (initialized)
+      readStructure(archive, mode != eSklSrzMode::eSSM_Skeleton);
+    else
+      clear();
+  }
+  if (mode == eSklSrzMode::eSSM_Skeleton || !isInitialized())
+    return;
+  if (const ipUInt64 sizeInBytes = getBufferBaseSize() * getFragmentsSize(); sizeInBytes != 0)
+    for (void* const fragment : getBufferPtrColl())
+      archive.readBlock(fragment, sizeInBytes);
+}
+
+void FragHybridBuffer::readStructure(BaseIArchive& archive, bool isFollowedByData)
+{
+  eDataType dataType = eDataType::eDT_None;
+  ipUInt64 nbFragments = 0;
+  ipUInt64 fragmentsSize = 0;
+  archive >> SerializationIItem("dataType", dataType);
+  archive >> SerializationIItem("nbFragments", nbFragments);
+  archive >> SerializationIItem("fragmentsSize", fragmentsSize);
+  if (dataType == eDataType::eDT_None)
+    BaseBuffer::initBase(0, dataType); // raises, and the fragments stay
+  // The blocks have to follow: a number in a damaged file does not make us allocate what it can't fill. Empty
+  // fragments have no blocks, but cost a pointer each. A size beyond 64 bits is left to init, which raises it
+  // as an allocation failure.
+  if (const ipUInt64 sizeInBytes = details::multiplySizes(orvel::getBufferBaseSize(dataType), fragmentsSize);
+      isFollowedByData && details::multiplySizes(sizeInBytes, nbFragments) != details::g_tooLarge)
+  {
+    if (sizeInBytes != 0)
+      archive.checkBlock(nbFragments, sizeInBytes);
+    else
+      archive.spendWork(nbFragments);
+  }
+  init(dataType, nbFragments, fragmentsSize);
+}
+
+} // namespace orvel

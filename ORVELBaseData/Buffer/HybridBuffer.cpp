@@ -1,0 +1,80 @@
+#include <ORVELBaseData/Buffer/HybridBuffer.h>
+
+#include <ORVELBaseData/Buffer/BufferUtils.h>
+#include <ORVELBaseData/Buffer/Private/BlockItems.h>
+
+namespace orvel
+{
+
+ORVEL_DEFINE_TYPE_NAME(HybridBuffer)
+ORVEL_DEFINE_VERSION(HybridBuffer, 1)
+// The bases between refuse to copy.
+ORVEL_DEFINE_LEVEL_WITH_MEMBERS(HybridBuffer, BaseObjectWithSkeleton)
+ORVEL_DEFINE_CREATION(HybridBuffer, BaseBlockBuffer)
+
+HybridBuffer::HybridBuffer() = default;
+
+eBufferType HybridBuffer::getBufferType() const
+{
+  return eBufferType::eBT_Hybrid;
+}
+
+void HybridBuffer::init(ipUInt64 size, const eDataType& dataType)
+{
+  const ipUInt64 sizeInBytes = details::multiplySizes(orvel::getBufferBaseSize(dataType), size);
+  if (!isInitialized() || !isBufferOwn() || !details::isSameSize(sizeInBytes, getMemorySize()))
+    details::replaceBlock(*this, _block, sizeInBytes, ORVEL_HERE);
+  initBase(size, dataType, _block.get());
+}
+
+void HybridBuffer::init(ipUInt64 size, const eDataType& dataType, void* dataPtr)
+{
+  _block.reset();
+  initBase(size, dataType, dataPtr);
+}
+
+bool HybridBuffer::isBufferOwn() const
+{
+  return getDataPtr() == _block.get();
+}
+
+void HybridBuffer::clearDerived()
+{
+  _block.reset();
+}
+
+void HybridBuffer::copyMembers(const HybridBuffer& other)
+{
+  if (!other.isInitialized())
+  {
+    clear();
+    return;
+  }
+  if (isBufferOwn()) // raises where this buffer is not initialised: it could be made either
+  {
+    init(other.getSize(), other.getDataType());
+    details::copyBlock(*this, other);
+  }
+  else
+    init(other.getSize(), other.getDataType(), const_cast<void*>(other.getDataPtr()));
+}
+
+void HybridBuffer::writeMembers(BaseOArchive& archive) const
+{
+  details::writeBlockItems(*this, archive, ORVEL_HERE);
+}
+
+void HybridBuffer::readMembers(BaseIArchive& archive, ipUInt32 /*version*/)
+{
+  details::readBlockItems(*this, archive,
+                          [this](ipUInt64 size, const eDataType& dataType)
+                          {
+                            if (isInitialized() && getSize() == size && getDataType() == dataType)
+                              return;
+                            if (dataType == eDataType::eDT_None)
+                              BaseBuffer::initBase(size, dataType); // raises, and the block stays
+                            init(size, dataType);
+                          });
+}
+
+} // namespace orvel

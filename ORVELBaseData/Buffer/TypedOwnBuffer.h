@@ -1,0 +1,35 @@
+#pragma once
+
+/// \file
+/// \brief Owning buffer of an element type that is known at run time.
+
+#include <ORVELBaseData/Buffer/BaseOwnBuffer.h>
+
+#include <boost/shared_ptr.hpp>
+
+namespace orvel
+{
+
+/// \brief Buffer that owns its block, of an element type that is given at run time.
+///
+/// Archive version 1, without items of its own. \see BaseOwnBuffer
+class ORVELBASEDATA_EXPORT TypedOwnBuffer : public BaseOwnBuffer
+{
+  ORVEL_DECLARE_ABSTRACT_SERIALIZABLE(TypedOwnBuffer)
+  ORVEL_DECLARE_CREATION(TypedOwnBuffer)
+  ORVEL_DECLARE_REGISTRATOR(TypedOwnBuffer)
+
+public:
+  TypedOwnBuffer(); ///< a buffer that is not initialised
+
+  eBufferType getBufferType() const override; ///< eBT_Own
+
+  /// \brief Initialise the buffer. The contents are kept if the size in bytes stays the same.
+  /// \see BaseOwnBuffer::initBase() for the failures and what they leave
+  void init(ipUInt64 size, const eDataType& dataType);
+};
+
+using TypedOwnBufferPtr = boost::shared_ptr<TypedOwnBuffer>;            ///< shared buffer
+using TypedOwnBufferConstPtr = boost::shared_ptr<const TypedOwnBuffer>; ///< shared constant buffer
+
+} // namespace orvel
