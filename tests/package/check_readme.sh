@@ -5,20 +5,14 @@ set -euo pipefail
 cmake=$1 compiler=$2 prefix=$3 libdir=$4 readme=$5 work=$6
 export PKG_CONFIG_PATH=$libdir/pkgconfig CXX=$compiler
 
-# Prints the first block of the README in the given language.
-block() {
-  awk -v fence="\`\`\`$1" '
-    $0 == fence && !seen { inside = 1; seen = 1; next }
-    /^```/ { inside = 0 }
-    inside' "$readme"
-}
+. "$(dirname "$0")/blocks.sh"
 
 rm -rf "$work"
 mkdir -p "$work"
 cd "$work"
-block cpp >kernel.cpp
-block cmake >CMakeLists.txt
-block text >expected.txt
+block "$readme" cpp >kernel.cpp
+block "$readme" cmake >CMakeLists.txt
+block "$readme" text >expected.txt
 for file in kernel.cpp CMakeLists.txt expected.txt; do
   [[ -s $file ]] || { echo "the README has no block for $file"; exit 1; }
 done
