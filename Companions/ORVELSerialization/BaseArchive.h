@@ -8,9 +8,11 @@
 #include <ORVELSerialization/ORVELSerializationExport.h>
 #include <ORVELUtil/ScalarTypes.h>
 
+#include <algorithm>
 #include <exception>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace orvel
@@ -99,22 +101,42 @@ protected:
       if (archive._depth >= archive._limits.maxDepth)
         archive.raiseTooDeep();
       ++archive._depth;
+      _deepestBefore = std::exchange(archive._deepest, archive._depth);
     }
     ~ObjectScope()
     {
       --_archive._depth;
+      _archive._deepest = std::max(_archive._deepest, _deepestBefore);
       if (!_finished)
         _archive.markFailed();
     }
     ObjectScope(const ObjectScope&) = delete;
     ObjectScope& operator=(const ObjectScope&) = delete;
 
-    void finish() { _finished = true; } ///< the object has been moved whole
+    /// \brief Tell that the object has been moved whole. \return the objects within each other from it down
+    ipUInt32 finish()
+    {
+      _finished = true;
+      return _archive._deepest - _archive._depth + 1;
+    }
 
   private:
     BaseArchive& _archive;
+    ipUInt32 _deepestBefore;
     bool _finished = false;
   };
+
+  /// \brief Count an object that a reference brings into the present one, with all that it holds.
+  ///
+  /// So references do not make deeper objects than those filed one within the other.
+  /// \param height what finish() returned for it; 0 while it is being moved: a cycle has no depth
+  /// \throw ORVELSerializationException if the limit of objects within objects would be exceeded
+  void countReference(ipUInt32 height)
+  {
+    if (height > _limits.maxDepth - std::min(_depth, _limits.maxDepth))
+      raiseTooDeep();
+    _deepest = std::max(_deepest, _depth + height);
+  }
 
   ipUInt32 getDepth() const { return _depth; } ///< objects that are being moved, one within the other
 
@@ -135,6 +157,7 @@ private:
   std::string _name;
   State _state = State::open;
   ipUInt32 _depth = 0;
+  ipUInt32 _deepest = 0; // depth reached so far within the object that is being moved
   ArchiveLimits _limits;
   details::NameTable _classNames;
   std::vector<ipUInt32> _classVersions;       // by number in _classNames

@@ -155,6 +155,7 @@ void BinaryOArchive::moveObjectPtr(const std::string& /*key*/, SerializationObje
         const ipUInt64 number = _impl->objects.enter(std::move(object), isNew);
         if (!isNew)
         {
+          countReference(_impl->objects.getHeight(number));
           _impl->putHead(cbor::Major::tag, cbor::referenceTag);
           _impl->putHead(cbor::Major::unsignedInteger, number);
           return;
@@ -165,7 +166,7 @@ void BinaryOArchive::moveObjectPtr(const std::string& /*key*/, SerializationObje
         putClass(filed);
         ArchiveAccess::writeWhole(*this, filed);
         _impl->closeArray();
-        scope.finish();
+        _impl->objects.setHeight(number, scope.finish());
       });
 }
 
@@ -538,6 +539,7 @@ void BinaryIArchive::readShared(const SerializationIItem<SerializationObjectPtr>
           const cbor::Head number = readHead();
           if (!number.is(cbor::Major::unsignedInteger) || number.argument >= _impl->objects.size())
             ArchiveAccess::fail(*this, ORVEL_HERE, Message::eUnknownReference, describe(number));
+          countReference(_impl->objects.getHeight(number.argument));
           item.getValue() = _impl->objects[number.argument];
           return;
         }
@@ -547,10 +549,10 @@ void BinaryIArchive::readShared(const SerializationIItem<SerializationObjectPtr>
         ObjectScope scope(*this);
         expectArray("an object");
         SerializationObjectPtr object = createObject();
-        _impl->objects.enter(object); // before its content: a cycle leads back to it
+        const ipUInt64 number = _impl->objects.enter(object); // before its content: a cycle leads back to it
         ArchiveAccess::readWhole(*this, *object);
         expectArrayEnd("the object");
-        scope.finish();
+        _impl->objects.setHeight(number, scope.finish());
         item.getValue() = object;
       });
 }

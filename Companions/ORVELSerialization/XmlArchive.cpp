@@ -293,6 +293,8 @@ void XmlOArchive::moveObjectPtr(const std::string& key, SerializationObjectPtr&&
         const BaseSerializationObject* const filed = object.get();
         bool isNew = false;
         const ipUInt64 number = filed != nullptr ? _impl->objects.enter(std::move(object), isNew) + 1 : 0;
+        if (filed != nullptr && !isNew)
+          countReference(_impl->objects.getHeight(number - 1));
 
         _impl->indent();
         _impl->sink.append("<pointer key=\"");
@@ -317,7 +319,7 @@ void XmlOArchive::moveObjectPtr(const std::string& key, SerializationObjectPtr&&
         ++_impl->level;
         ArchiveAccess::writeWhole(*this, *filed);
         _impl->putEnd(getElementName(XmlElement::pointer));
-        scope.finish();
+        _impl->objects.setHeight(number - 1, scope.finish());
       });
 }
 
@@ -615,6 +617,7 @@ void XmlIArchive::readShared(const SerializationIItem<SerializationObjectPtr>& i
           const std::string_view text = attributes.get(XmlAttribute::ref);
           if (parseNumber(text, number) != ParseResult::ok || number == 0 || number > _impl->objects.size())
             ArchiveAccess::fail(*this, ORVEL_HERE, Message::eUnknownReference, quoted(text));
+          countReference(_impl->objects.getHeight(number - 1));
           document.leave();
           item.getValue() = _impl->objects[number - 1];
           return;
@@ -631,7 +634,7 @@ void XmlIArchive::readShared(const SerializationIItem<SerializationObjectPtr>& i
         _impl->objects.enter(object); // before its content: a cycle leads back to it
         ArchiveAccess::readWhole(*this, *object);
         document.leave();
-        scope.finish();
+        _impl->objects.setHeight(number - 1, scope.finish());
         item.getValue() = object;
       });
 }

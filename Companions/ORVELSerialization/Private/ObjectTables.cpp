@@ -37,6 +37,7 @@ void ReadObjects::letLatestGo() noexcept
     const std::vector<boost::weak_ptr<BaseSerializationObject>> left(
         _objects.begin() + static_cast<std::ptrdiff_t>(_latest), _objects.end());
     _objects.resize(_latest);
+    _heights.resize(_latest);
     for (const boost::weak_ptr<BaseSerializationObject>& candidate : left)
       if (const SerializationObjectPtr object = candidate.lock())
         empty(*object);

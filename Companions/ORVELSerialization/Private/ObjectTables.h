@@ -35,6 +35,7 @@ public:
       if (isNew)
       {
         _objects.push_back(std::move(object));
+        _heights.push_back(0);
         slot = {static_cast<ipUInt32>(_objects.size()), static_cast<ipUInt32>(hash)};
         return _objects.size() - 1;
       }
@@ -42,6 +43,9 @@ public:
         return slot.numberPlusOne - 1;
     }
   }
+
+  ipUInt32 getHeight(ipUInt64 number) const { return _heights[number]; } ///< 0 until it is set
+  void setHeight(ipUInt64 number, ipUInt32 height) { _heights[number] = height; }
 
 private:
   struct Slot // small, as most look-ups wait for the memory that it lies in
@@ -77,6 +81,7 @@ private:
   }
 
   std::vector<SerializationObjectPtr> _objects; // by number
+  std::vector<ipUInt32> _heights;               // by number
   std::vector<Slot> _slots;                     // a power of two of them, at most half of them taken
   unsigned _log2Slots = 0;
 };
@@ -88,7 +93,16 @@ public:
   std::size_t size() const { return _objects.size(); }
   const SerializationObjectPtr& operator[](std::size_t number) const { return _objects[number]; }
 
-  void enter(const SerializationObjectPtr& object) { _objects.push_back(object); } ///< as the next one
+  /// Enters an object as the next one. \return its number
+  ipUInt64 enter(const SerializationObjectPtr& object)
+  {
+    _objects.push_back(object);
+    _heights.push_back(0);
+    return _objects.size() - 1;
+  }
+
+  ipUInt32 getHeight(ipUInt64 number) const { return _heights[number]; } ///< 0 until it is set
+  void setHeight(ipUInt64 number, ipUInt32 height) { _heights[number] = height; }
 
   /// Reads a shared object; `read` enters it and what it holds. If that fails outside of any other shared
   /// object, nobody has been given the objects that were made: they are let go, also from cycles.
@@ -121,6 +135,7 @@ public:
 
 private:
   std::vector<SerializationObjectPtr> _objects;
+  std::vector<ipUInt32> _heights;
   bool _isReading = false;
   std::size_t _latest = 0; // number of the first object of the latest readShared() outside of any other
 };

@@ -536,6 +536,66 @@ TYPED_TEST(BothArchives, CountPointersAndObjectsInPlaceAlike)
   EXPECT_THROW(fileOfObject<TypeParam>(chain(128)), ORVELSerializationException);
 }
 
+/// Chains filed bottom up: each node stands at the top and refers to the one before.
+void fileUpward(BaseOArchive& archive, int length)
+{
+  TestNodePtr node;
+  for (int i = 0; i < length; ++i)
+  {
+    const auto next = boost::make_shared<TestNode>();
+    next->_next = node;
+    node = next;
+    archive << SerializationOItem("K", node);
+  }
+}
+
+TYPED_TEST(BothArchives, CountWhatAReferenceBringsAsObjectsWithinObjects)
+{
+  const std::string file = fileBy<TypeParam>([](BaseOArchive& archive) { fileUpward(archive, 127); });
+  readWhole<TypeParam>(file,
+                       [](BaseIArchive& archive)
+                       {
+                         for (int i = 0; i < 127; ++i)
+                         {
+                           TestNodePtr node;
+                           archive >> SerializationIItem("K", node);
+                         }
+                       });
+}
+
+TYPED_TEST(BothArchives, RefuseReferencesThatWriteBeyondTheLimitOfDepth)
+{
+  std::ostringstream stream;
+  typename TypeParam::OArchive archive(stream);
+  const std::string message = messageOf<ORVELSerializationException>([&] { fileUpward(archive, 128); });
+  EXPECT_NE(message.find(": more than 128 objects within objects"), std::string::npos) << message;
+  EXPECT_TRUE(archive.isFailed());
+}
+
+TYPED_TEST(BothArchives, RefuseReferencesThatReadBeyondTheLimitOfDepth)
+{
+  const std::string file = fileBy<TypeParam>(
+      [](BaseOArchive& archive)
+      {
+        archive.setLimits({100000, 16});
+        fileUpward(archive, 1000); // a few bytes each: nobody could let a long chain go again
+      });
+  std::istringstream stream(file);
+  typename TypeParam::IArchive archive(stream);
+  int nbRead = 0;
+  const std::string message = messageOf<ORVELSerializationException>(
+      [&]
+      {
+        for (; nbRead < 1000; ++nbRead)
+        {
+          TestNodePtr node;
+          archive >> SerializationIItem("K", node);
+        }
+      });
+  EXPECT_NE(message.find(": more than 128 objects within objects"), std::string::npos) << message;
+  EXPECT_EQ(nbRead, 127); // each holds a point in place: the last one would be 129 deep
+}
+
 TYPED_TEST(BothArchives, RefuseMoreWorkThanTheirLengthAllows)
 {
   const std::vector<bool> values(5000, true);
