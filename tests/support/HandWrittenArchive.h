@@ -13,6 +13,7 @@
 #define XXH_INLINE_ALL
 #include <xxhash.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <sstream>
@@ -41,6 +42,20 @@ public:
 
   void integer(const std::string& key, std::int64_t value) { item(key, std::to_string(value)); }
   void text(const std::string& key, const std::string& value) { item(key, value); } ///< nothing to escape
+  void boolean(const std::string& key, bool value) { item(key, value ? "true" : "false"); }
+
+  /// A named enumeration: its text here, its number in the binary format.
+  void enumeration(const std::string& key, std::int64_t /*number*/, const std::string& name)
+  {
+    item(key, name);
+  }
+
+  /// A raw block of up to 57 bytes: longer ones take several lines.
+  void block(const std::string& bytes)
+  {
+    _content +=
+        indent() + "<block size=\"" + std::to_string(bytes.size()) + "\">" + base64Of(bytes) + "</block>\n";
+  }
 
   void real32(const std::string& key, float value)
   {
@@ -56,6 +71,23 @@ public:
   }
 
 private:
+  /// Three bytes after the other as four characters, padded with '=' (RFC 4648, 4).
+  static std::string base64Of(const std::string& bytes)
+  {
+    static const std::string digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string text;
+    for (std::size_t i = 0; i < bytes.size(); i += 3)
+    {
+      std::uint32_t group = 0;
+      for (std::size_t j = i; j < i + 3; ++j)
+        group = group << 8 | (j < bytes.size() ? static_cast<unsigned char>(bytes[j]) : 0U);
+      const std::size_t nbDigits = bytes.size() - i < 3 ? bytes.size() - i + 1 : 4;
+      for (std::size_t j = 0; j < 4; ++j)
+        text += j < nbDigits ? digits[group >> (18 - 6 * j) & 63U] : '=';
+    }
+    return text;
+  }
+
   std::string indent() const { return std::string(2 * (_open.size() + 1), ' '); }
 
   void open(const std::string& element, const std::string& attribute, const std::string& name)
@@ -93,6 +125,12 @@ public:
   }
 
   void text(const std::string& /*key*/, const std::string& value) { _bytes += head(3, value.size()) + value; }
+  void enumeration(const std::string& key, std::int64_t number, const std::string& /*name*/)
+  {
+    integer(key, number);
+  }
+  void boolean(const std::string& /*key*/, bool value) { _bytes += value ? '\xF5' : '\xF4'; }
+  void block(const std::string& bytes) { _bytes += head(2, bytes.size()) + bytes; }
 
   void real32(const std::string& /*key*/, float value)
   {
