@@ -4,6 +4,7 @@
 #include <sys/statvfs.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdint>
 #include <cstdio>
@@ -33,6 +34,27 @@ void syncPath(const std::string& path, int flags)
   }
   close(file);
 }
+
+class FileDescriptor
+{
+public:
+  FileDescriptor(const std::string& path, int flags)
+    : _file(open(path.c_str(), flags | O_CLOEXEC, 0666))
+  {
+    if (_file < 0)
+    {
+      throw std::runtime_error("cannot open " + path);
+    }
+  }
+  FileDescriptor(const FileDescriptor&) = delete;
+  FileDescriptor& operator=(const FileDescriptor&) = delete;
+  ~FileDescriptor() { close(_file); }
+
+  int get() const { return _file; }
+
+private:
+  int _file;
+};
 
 } // namespace
 
@@ -76,6 +98,34 @@ void syncFile(const std::string& path)
 {
   syncPath(path, O_RDONLY);
   syncPath(path.substr(0, path.rfind('/')), O_RDONLY | O_DIRECTORY);
+}
+
+void writePlainly(const std::string& path, const char* data, std::size_t size, std::size_t pieceSize)
+{
+  const FileDescriptor file(path, O_WRONLY | O_CREAT | O_TRUNC);
+  for (std::size_t done = 0; done < size;)
+  {
+    const ssize_t written = ::write(file.get(), data + done, std::min(pieceSize, size - done));
+    if (written <= 0)
+    {
+      throw std::runtime_error("cannot write " + path);
+    }
+    done += static_cast<std::size_t>(written);
+  }
+}
+
+void readPlainly(const std::string& path, char* data, std::size_t size, std::size_t pieceSize)
+{
+  const FileDescriptor file(path, O_RDONLY);
+  for (std::size_t done = 0; done < size;)
+  {
+    const ssize_t found = ::read(file.get(), data + done, std::min(pieceSize, size - done));
+    if (found <= 0)
+    {
+      throw std::runtime_error("cannot read " + path);
+    }
+    done += static_cast<std::size_t>(found);
+  }
 }
 
 bool check(benchmark::State& state, bool condition, const char* message)

@@ -5,6 +5,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <vector>
@@ -44,6 +45,11 @@ private:
 /// \brief Bring a written file and its entry in its folder to the disk.
 void syncFile(const std::string& path);
 
+/// \brief Write a new file, or read a whole one, by system calls on so many bytes each; what a program
+/// without an archive would do. \throw std::runtime_error if the system refuses
+void writePlainly(const std::string& path, const char* data, std::size_t size, std::size_t pieceSize);
+void readPlainly(const std::string& path, char* data, std::size_t size, std::size_t pieceSize);
+
 /// \brief Stop the program's case with a message unless the condition holds.
 bool check(benchmark::State& state, bool condition, const char* message);
 
@@ -53,6 +59,7 @@ void addCase(const std::string& group, const std::string& side,
 
 void addBlockCases();   ///< a large raw block to a file and back
 void addArchiveCases(); ///< kernels and shared objects, binary and XML
+void addBufferCases();  ///< mirrors, fills and copies of memory; buffers through archives
 void addFrameCases();   ///< creation by name, type name, version
 
 } // namespace orvel::benchmarks

@@ -6,16 +6,11 @@
 
 #include "BenchmarkSupport.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <fstream>
 #include <memory>
 #include <random>
-#include <stdexcept>
 
 #include <boost/filesystem/path.hpp>
 
@@ -77,63 +72,19 @@ enum class Sync
   eNo
 };
 
-class FileDescriptor
-{
-public:
-  FileDescriptor(const std::string& path, int flags)
-    : _file(open(path.c_str(), flags | O_CLOEXEC, 0666))
-  {
-    if (_file < 0)
-    {
-      throw std::runtime_error("cannot open " + path);
-    }
-  }
-  FileDescriptor(const FileDescriptor&) = delete;
-  FileDescriptor& operator=(const FileDescriptor&) = delete;
-  ~FileDescriptor() { close(_file); }
-
-  int get() const { return _file; }
-
-private:
-  int _file;
-};
-
 template <std::size_t PIECE_SIZE>
 struct Plain
 {
   static void write(const std::string& path, const char* data, Sync sync)
   {
-    {
-      const FileDescriptor file(path, O_WRONLY | O_CREAT | O_TRUNC);
-      for (std::size_t done = 0; done < g_blockSize;)
-      {
-        const ssize_t size = ::write(file.get(), data + done, std::min(PIECE_SIZE, g_blockSize - done));
-        if (size <= 0)
-        {
-          throw std::runtime_error("cannot write " + path);
-        }
-        done += static_cast<std::size_t>(size);
-      }
-    }
+    writePlainly(path, data, g_blockSize, PIECE_SIZE);
     if (sync == Sync::eYes)
     {
       syncFile(path);
     }
   }
 
-  static void read(const std::string& path, char* data)
-  {
-    const FileDescriptor file(path, O_RDONLY);
-    for (std::size_t done = 0; done < g_blockSize;)
-    {
-      const ssize_t size = ::read(file.get(), data + done, std::min(PIECE_SIZE, g_blockSize - done));
-      if (size <= 0)
-      {
-        throw std::runtime_error("cannot read " + path);
-      }
-      done += static_cast<std::size_t>(size);
-    }
-  }
+  static void read(const std::string& path, char* data) { readPlainly(path, data, g_blockSize, PIECE_SIZE); }
 };
 
 struct Orvel

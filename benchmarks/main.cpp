@@ -22,6 +22,7 @@ int main(int argc, char** argv)
   }
   orvel::benchmarks::addBlockCases();
   orvel::benchmarks::addArchiveCases();
+  orvel::benchmarks::addBufferCases();
   orvel::benchmarks::addFrameCases();
 
   benchmark::Initialize(&argc, argv);

@@ -61,6 +61,29 @@ SUBJECTS = [
     Target("xml_ranges_read/{medium}", "boost", FASTER, 2.0),
     Target("xml_ranges_read/{medium}", "cereal", FASTER, 1.2),
 ]
+# How many times as fast as the standard library, per size of the elements.
+MIRROR_16K = {1: 16.0, 2: 6.5, 4: 10.0, 8: 2.6}
+MIRROR_64M = {1: 5.0, 2: 2.5, 4: 2.5, 8: 1.15}
+FILL_16K = {2: 12.0, 4: 6.5, 8: 3.3}
+FILL_64M = {2: 4.0, 4: 2.1, 8: 1.15}
+AS_FAST = 1.05  # "as fast as", with room for what two runs of one and the same function differ by
+MEMORY = (
+    [Target("mirror_%d/16KiB" % n, "reverse_copy", FASTER, bound) for n, bound in MIRROR_16K.items()]
+    + [Target("mirror_%d/64MiB" % n, "reverse_copy", FASTER, bound) for n, bound in MIRROR_64M.items()]
+    + [Target("mirror_%d/%s" % (n, size), "memcpy", AT_MOST, None)
+       for size in ("16KiB", "64MiB") for n in (1, 2, 4, 8)]
+    + [Target("fill_%d/16KiB" % n, "std_fill", FASTER, bound) for n, bound in FILL_16K.items()]
+    + [Target("fill_%d/64MiB" % n, "std_fill", FASTER, bound) for n, bound in FILL_64M.items()]
+    + [Target("fill_1/%s" % size, "memset", AT_MOST, AS_FAST) for size in ("16KiB", "64MiB")]
+    + [Target("fill_%d/%s" % (n, size), "memset", AT_MOST, None)
+       for size in ("16KiB", "64MiB") for n in (2, 4, 8)]
+    + [Target("copy/%s" % size, "memcpy", AT_MOST, AS_FAST) for size in ("16KiB", "64MiB")])
+BUFFERS = [
+    Target("buffer_write/tmpfs", "plain", AT_MOST, None),
+    Target("buffer_read/tmpfs", "plain", AT_MOST, None),
+    Target("xml_buffer_write/tmpfs", "plain", AT_MOST, None),
+    Target("xml_buffer_read/tmpfs", "plain", AT_MOST, None),
+]
 FRAME = [
     Target("create_shared", "make_shared", AT_MOST, None),
     Target("create_shared", "table", AT_MOST, None),
@@ -77,7 +100,7 @@ def all_targets():
     result += SYNCHRONISED_BLOCK
     for medium in ("memory", "tmpfs", "disk"):
         result += [t._replace(group=t.group.format(medium=medium)) for t in SUBJECTS]
-    return result + FRAME
+    return result + MEMORY + BUFFERS + FRAME
 
 
 def split_name(name):
@@ -159,7 +182,7 @@ def print_comparison(measured):
         if not found:
             missing += target.bound is not None
             print(line % (target.group, target.peer, "-", "-", target.kind,
-                          "-" if target.bound is None else "%.1f" % target.bound, "-", "-", "not measured"))
+                          "-" if target.bound is None else "%g" % target.bound, "-", "-", "not measured"))
             continue
         median = statistics.median(found)
         quartiles = statistics.quantiles(found, n=4) if len(found) > 1 else [median] * 3
@@ -169,7 +192,7 @@ def print_comparison(measured):
         print(line % (target.group, target.peer,
                       readable_time(statistics.median(times["orvel"].values())),
                       readable_time(statistics.median(times[target.peer].values())),
-                      target.kind, "-" if target.bound is None else "%.1f" % target.bound,
+                      target.kind, "-" if target.bound is None else "%g" % target.bound,
                       "%.2f" % median, "%.2f .. %.2f" % (quartiles[0], quartiles[2]), result))
     print("\n%d targets reached, %d short, %d not measured" % (reached, short, missing))
 
