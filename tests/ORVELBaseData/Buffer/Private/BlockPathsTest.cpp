@@ -59,7 +59,7 @@ const Bytes& getSource()
 {
   static const Bytes g_source = []
   {
-    Bytes bytes(4096);
+    Bytes bytes(16384);
     for (std::size_t i = 0; i < bytes.size(); ++i)
       bytes[i] = static_cast<unsigned char>(i * 131 + i / 256 * 17);
     return bytes;
@@ -151,6 +151,15 @@ TEST_P(BlockPaths, MirrorEveryAlignmentOfBothSides)
       for (ipUInt64 srcOffset = 0; srcOffset < 64; ++srcOffset)
         expectMirror(elementSize, 173 / elementSize, dstOffset, srcOffset,
                      srcOffset % 2 == 0 ? never : always);
+}
+
+TEST_P(BlockPaths, MirrorPastTheCachesAtSeveralPlacesInTurn)
+{
+  for (const ipUInt64 elementSize : elementSizes)
+    for (const ipUInt64 nbBytes :
+         {2040, 2048, 2056, 2080, 2088, 4080, 4096, 4136, 6144, 8184, 8192, 10000, 16384})
+      for (const ipUInt64 offset : {0, 1, 8, 16, 24, 40, 63})
+        expectMirror(elementSize, nbBytes / elementSize, offset, 8, always);
 }
 
 TEST_P(BlockPaths, MirrorRangesThatTouch)
