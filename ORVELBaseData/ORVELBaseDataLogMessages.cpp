@@ -23,27 +23,6 @@ constexpr MessageTableEntry g_messages[] = {
 
 } // namespace
 
-const char* eORVELBaseDataMessage::findText(ipUInt32 value)
-{
-  return MessageTable(g_messages).findText(value);
-}
-
-LogMessageManager& details::MsgMapRegistratorDerived<eORVELBaseDataMessage, void>::getManager()
-{
-  return LogMessageManager::getInstance("ORVELBaseData");
-}
-
-MessageTable details::MsgMapRegistratorDerived<eORVELBaseDataMessage, void>::getTable()
-{
-  return g_messages;
-}
-
-template class MsgMapRegistrator<eORVELBaseDataMessage,
-                                 details::MsgMapRegistratorDerived<eORVELBaseDataMessage, void>>;
-
-namespace
-{
-[[maybe_unused]] const bool g_messagesRegistered = MessageMapRegistrator<eORVELBaseDataMessage>::process();
-}
+ORVEL_DEFINE_MESSAGE_TABLE(eORVELBaseDataMessage, "ORVELBaseData", g_messages)
 
 } // namespace orvel

@@ -49,24 +49,6 @@ public:
   static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
 };
 
-namespace details
-{
-
-template <>
-struct ORVELBASEDATA_EXPORT MsgMapRegistratorDerived<eORVELBaseDataMessage, void>
-{
-  static LogMessageManager& getManager();
-  static MessageTable getTable();
-};
-
-} // namespace details
-
-extern template class ORVELBASEDATA_EXPORT
-    MsgMapRegistrator<eORVELBaseDataMessage, details::MsgMapRegistratorDerived<eORVELBaseDataMessage, void>>;
-
-template <>
-struct MessageOwner<eORVELBaseDataMessage::domain> : ORVELBaseDataMessageOwner
-{
-};
+ORVEL_DECLARE_MESSAGE_TABLE(eORVELBaseDataMessage, ORVELBaseDataMessageOwner, ORVELBASEDATA_EXPORT)
 
 } // namespace orvel

@@ -48,28 +48,6 @@ constexpr MessageTableEntry g_messages[] = {
 
 } // namespace
 
-const char* eORVELSerializationMessage::findText(ipUInt32 value)
-{
-  return MessageTable(g_messages).findText(value);
-}
-
-LogMessageManager& details::MsgMapRegistratorDerived<eORVELSerializationMessage, void>::getManager()
-{
-  return LogMessageManager::getInstance("ORVELSerialization");
-}
-
-MessageTable details::MsgMapRegistratorDerived<eORVELSerializationMessage, void>::getTable()
-{
-  return g_messages;
-}
-
-template class MsgMapRegistrator<eORVELSerializationMessage,
-                                 details::MsgMapRegistratorDerived<eORVELSerializationMessage, void>>;
-
-namespace
-{
-[[maybe_unused]] const bool g_messagesRegistered =
-    MessageMapRegistrator<eORVELSerializationMessage>::process();
-}
+ORVEL_DEFINE_MESSAGE_TABLE(eORVELSerializationMessage, "ORVELSerialization", g_messages)
 
 } // namespace orvel

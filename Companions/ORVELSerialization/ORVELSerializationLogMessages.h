@@ -13,6 +13,14 @@
 namespace orvel
 {
 
+/// \brief What belongs to the message domain of the library: base of its MessageOwner.
+struct ORVELSerializationMessageOwner
+{
+  using Exception = ORVELSerializationException;
+  static log4cplus::Logger& getLogger() { return getORVELSerializationLogger(); }
+  static const LogMessageManager& getManager() { return getORVELSerializationLogMessageManager(); }
+};
+
 /// \brief Failures of archives and of what they hold. The texts stand in the source.
 ///
 /// The texts of 0 to 24 begin with the archive's name and, but for 0, the place in it: the byte offset, or
@@ -67,27 +75,7 @@ public:
   static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
 };
 
-namespace details
-{
-
-template <>
-struct ORVELSERIALIZATION_EXPORT MsgMapRegistratorDerived<eORVELSerializationMessage, void>
-{
-  static LogMessageManager& getManager();
-  static MessageTable getTable();
-};
-
-} // namespace details
-
-extern template class ORVELSERIALIZATION_EXPORT MsgMapRegistrator<
-    eORVELSerializationMessage, details::MsgMapRegistratorDerived<eORVELSerializationMessage, void>>;
-
-template <>
-struct MessageOwner<eORVELSerializationMessage::domain>
-{
-  using Exception = ORVELSerializationException;
-  static log4cplus::Logger& getLogger() { return getORVELSerializationLogger(); }
-  static const LogMessageManager& getManager() { return getORVELSerializationLogMessageManager(); }
-};
+ORVEL_DECLARE_MESSAGE_TABLE(eORVELSerializationMessage, ORVELSerializationMessageOwner,
+                            ORVELSERIALIZATION_EXPORT)
 
 } // namespace orvel

@@ -188,7 +188,8 @@ private:
 #define ORVEL_DEFINE_LEVEL_OF(Template, Class, Base, copyOwn, writeOwn, readOwn)                             \
   Template const std::string& Class::getClassName() const                                                    \
   {                                                                                                          \
-    return getTypeName();                                                                                    \
+    static const std::string& g_className = getTypeName(); /* spares the lock of every other call */         \
+    return g_className;                                                                                      \
   }                                                                                                          \
   Template void Class::copy(const ::orvel::BaseDynamicObject& other)                                         \
   {                                                                                                          \
@@ -222,9 +223,10 @@ private:
   ORVEL_DEFINE_LEVEL_OF(, Class, Base, copyOwn, writeOwn, readOwn)
 
 /// The same for a level that writes the operations of ORVEL_DECLARE_MEMBER_OPERATIONS.
-#define ORVEL_DEFINE_LEVEL_WITH_MEMBERS(Class, Base)                                                         \
-  ORVEL_DEFINE_LEVEL(Class, Base, copyMembers(static_cast<const Class&>(other)), writeMembers(archive),      \
-                     readMembers(archive, version))
+#define ORVEL_DEFINE_LEVEL_WITH_MEMBERS_OF(Template, Class, Base)                                            \
+  ORVEL_DEFINE_LEVEL_OF(Template, Class, Base, copyMembers(static_cast<const Class&>(other)),                \
+                        writeMembers(archive), readMembers(archive, version))
+#define ORVEL_DEFINE_LEVEL_WITH_MEMBERS(Class, Base) ORVEL_DEFINE_LEVEL_WITH_MEMBERS_OF(, Class, Base)
 
 /// Defines what ORVEL_DECLARE_ABSTRACT_SERIALIZABLE declares.
 #define ORVEL_DEFINE_ABSTRACT_SERIALIZABLE(Class, Base, classVersion)                                        \
@@ -256,9 +258,9 @@ private:
     ::orvel::raise(ORVEL_HERE, ::orvel::eORVELUtilErrors::eNoCopySupport, getTypeName());                    \
   }
 
-/// Defines what ORVEL_DECLARE_CREATION declares, of a class or, with `template <class T>` ahead, of a
-/// template: Class is T<...> then, and Name the name of its constructor.
-#define ORVEL_DEFINE_CREATION_OF(Template, Class, Name, Base)                                                \
+/// Defines what ORVEL_DECLARE_CREATION declares but duplicate(), of a class or, with `template <class T>`
+/// ahead, of a template: Class is T<...> then, and Name the name of its constructor.
+#define ORVEL_DEFINE_CREATORS_OF(Template, Class, Name, Base)                                                \
   Template Class::Name(const Class& other)                                                                   \
     : Base()                                                                                                 \
   {                                                                                                          \
@@ -290,19 +292,52 @@ private:
   {                                                                                                          \
     return true;                                                                                             \
   }                                                                                                          \
-  Template ::orvel::BaseDynamicObject* Class::duplicate() const                                              \
-  {                                                                                                          \
-    return ::orvel::details::duplicate(*this);                                                               \
-  }                                                                                                          \
   Template ::orvel::DynamicObjectPtr Class::duplicateShared() const                                          \
   {                                                                                                          \
     return ::orvel::details::duplicateShared(*this);                                                         \
+  }
+
+/// Defines what ORVEL_DECLARE_CREATION declares, of a class or a template as above.
+#define ORVEL_DEFINE_CREATION_OF(Template, Class, Name, Base)                                                \
+  ORVEL_DEFINE_CREATORS_OF(Template, Class, Name, Base)                                                      \
+  Template ::orvel::BaseDynamicObject* Class::duplicate() const                                              \
+  {                                                                                                          \
+    return ::orvel::details::duplicate(*this);                                                               \
   }
 
 /// Defines what ORVEL_DECLARE_CREATION and ORVEL_DECLARE_REGISTRATOR declare.
 #define ORVEL_DEFINE_CREATION(Class, Base)                                                                   \
   const ::orvel::DynamicRegistrator<Class> Class::g_classRegistrator("orvel::" #Class);                      \
   ORVEL_DEFINE_CREATION_OF(, Class, Class, Base)
+
+/// Defines, at global scope, the registrator of a template: Class##DynamicRegistrator<T>, made with the
+/// class-name text of Class<T>, and its two creator functions.
+#define ORVEL_DEFINE_TEMPLATE_REGISTRATOR(Class)                                                             \
+  namespace orvel                                                                                            \
+  {                                                                                                          \
+  template <class T>                                                                                         \
+  BaseDynamicObject* Class##NewCreatorFcn()                                                                  \
+  {                                                                                                          \
+    return Class<T>::createNewObject();                                                                      \
+  }                                                                                                          \
+  template <class T>                                                                                         \
+  boost::shared_ptr<BaseDynamicObject> Class##SharedCreatorFcn()                                             \
+  {                                                                                                          \
+    return Class<T>::createSharedObject();                                                                   \
+  }                                                                                                          \
+  }                                                                                                          \
+  template <class T>                                                                                         \
+  class Class##DynamicRegistrator : public ::orvel::BaseDynamicRegistrator                                   \
+  {                                                                                                          \
+  public:                                                                                                    \
+    explicit Class##DynamicRegistrator(const char* className)                                                \
+      : BaseDynamicRegistrator(className, &::orvel::Class##NewCreatorFcn<T>,                                 \
+                               &::orvel::Class##SharedCreatorFcn<T>)                                         \
+    {                                                                                                        \
+      /* Made before the application's statics, whose destructors may still ask for it. */                   \
+      ::orvel::Class<T>::getTypeName();                                                                      \
+    }                                                                                                        \
+  };
 
 /// Defines what ORVEL_DECLARE_SERIALIZABLE declares, and registers the class.
 #define ORVEL_DEFINE_SERIALIZABLE(Class, Base, classVersion)                                                 \

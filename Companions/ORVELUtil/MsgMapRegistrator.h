@@ -93,3 +93,44 @@ struct MessageMapRegistrator
         E, orvel::details::MsgMapRegistratorDerived<E, Enable>>::registerMessageMap();
   }
 };
+
+/// Declares, within the namespace orvel, that a domain has a table of messages: what stands below its
+/// enumeration. Owner has the members that MessageOwner asks for.
+#define ORVEL_DECLARE_MESSAGE_TABLE(Enumeration, Owner, EXPORT)                                              \
+  namespace details                                                                                          \
+  {                                                                                                          \
+  template <>                                                                                                \
+  struct EXPORT MsgMapRegistratorDerived<Enumeration, void>                                                  \
+  {                                                                                                          \
+    static LogMessageManager& getManager();                                                                  \
+    static MessageTable getTable();                                                                          \
+  };                                                                                                         \
+  }                                                                                                          \
+  extern template class EXPORT                                                                               \
+      MsgMapRegistrator<Enumeration, details::MsgMapRegistratorDerived<Enumeration, void>>;                  \
+  template <>                                                                                                \
+  struct MessageOwner<Enumeration::domain> : Owner                                                           \
+  {                                                                                                          \
+  };
+
+/// Defines what ORVEL_DECLARE_MESSAGE_TABLE and the enumeration declare, and registers the table at load.
+/// \param managerKey key of the LogMessageManager
+/// \param messages an array of MessageTableEntry
+#define ORVEL_DEFINE_MESSAGE_TABLE(Enumeration, managerKey, messages)                                        \
+  const char* Enumeration::findText(ipUInt32 value)                                                          \
+  {                                                                                                          \
+    return MessageTable(messages).findText(value);                                                           \
+  }                                                                                                          \
+  LogMessageManager& details::MsgMapRegistratorDerived<Enumeration, void>::getManager()                      \
+  {                                                                                                          \
+    return LogMessageManager::getInstance(managerKey);                                                       \
+  }                                                                                                          \
+  MessageTable details::MsgMapRegistratorDerived<Enumeration, void>::getTable()                              \
+  {                                                                                                          \
+    return messages;                                                                                         \
+  }                                                                                                          \
+  template class MsgMapRegistrator<Enumeration, details::MsgMapRegistratorDerived<Enumeration, void>>;       \
+  namespace                                                                                                  \
+  {                                                                                                          \
+  [[maybe_unused]] const bool g_messagesRegistered = MessageMapRegistrator<Enumeration>::process();          \
+  }

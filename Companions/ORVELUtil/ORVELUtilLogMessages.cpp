@@ -16,26 +16,6 @@ constexpr MessageTableEntry g_messages[] = {
 
 } // namespace
 
-const char* eORVELUtilErrors::findText(ipUInt32 value)
-{
-  return MessageTable(g_messages).findText(value);
-}
-
-LogMessageManager& details::MsgMapRegistratorDerived<eORVELUtilErrors, void>::getManager()
-{
-  return LogMessageManager::getInstance("ORVELUtil");
-}
-
-MessageTable details::MsgMapRegistratorDerived<eORVELUtilErrors, void>::getTable()
-{
-  return g_messages;
-}
-
-template class MsgMapRegistrator<eORVELUtilErrors, details::MsgMapRegistratorDerived<eORVELUtilErrors, void>>;
-
-namespace
-{
-[[maybe_unused]] const bool g_messagesRegistered = MessageMapRegistrator<eORVELUtilErrors>::process();
-}
+ORVEL_DEFINE_MESSAGE_TABLE(eORVELUtilErrors, "ORVELUtil", g_messages)
 
 } // namespace orvel

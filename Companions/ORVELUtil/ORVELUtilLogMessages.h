@@ -13,6 +13,14 @@
 namespace orvel
 {
 
+/// \brief What belongs to the message domain of the library: base of its MessageOwner.
+struct ORVELUtilMessageOwner
+{
+  using Exception = ORVELUtilException;
+  static log4cplus::Logger& getLogger() { return getORVELUtilLogger(); }
+  static const LogMessageManager& getManager() { return getORVELUtilLogMessageManager(); }
+};
+
 /// \brief Failures of ORVELUtil. The texts stand in the source.
 class ORVELUTIL_EXPORT eORVELUtilErrors : public NamedEnumeration<eORVELUtilErrors>
 {
@@ -38,27 +46,6 @@ public:
   static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
 };
 
-namespace details
-{
-
-template <>
-struct ORVELUTIL_EXPORT MsgMapRegistratorDerived<eORVELUtilErrors, void>
-{
-  static LogMessageManager& getManager();
-  static MessageTable getTable();
-};
-
-} // namespace details
-
-extern template class ORVELUTIL_EXPORT
-    MsgMapRegistrator<eORVELUtilErrors, details::MsgMapRegistratorDerived<eORVELUtilErrors, void>>;
-
-template <>
-struct MessageOwner<eORVELUtilErrors::domain>
-{
-  using Exception = ORVELUtilException;
-  static log4cplus::Logger& getLogger() { return getORVELUtilLogger(); }
-  static const LogMessageManager& getManager() { return getORVELUtilLogMessageManager(); }
-};
+ORVEL_DECLARE_MESSAGE_TABLE(eORVELUtilErrors, ORVELUtilMessageOwner, ORVELUTIL_EXPORT)
 
 } // namespace orvel

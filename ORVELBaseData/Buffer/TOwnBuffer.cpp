@@ -30,32 +30,9 @@ void TOwnBuffer<T>::init(ipUInt64 size)
 ORVEL_FOR_EACH_ELEMENT_TYPE(ORVEL_MAKE_OWN_BUFFER)
 #undef ORVEL_MAKE_OWN_BUFFER
 
-template <class T>
-BaseDynamicObject* TOwnBufferNewCreatorFcn()
-{
-  return TOwnBuffer<T>::createNewObject();
-}
-
-template <class T>
-boost::shared_ptr<BaseDynamicObject> TOwnBufferSharedCreatorFcn()
-{
-  return TOwnBuffer<T>::createSharedObject();
-}
-
 } // namespace orvel
 
-/// \brief Keeps TOwnBuffer<T> in the factory.
-template <class T>
-class TOwnBufferDynamicRegistrator : public orvel::BaseDynamicRegistrator
-{
-public:
-  explicit TOwnBufferDynamicRegistrator(const char* className)
-    : BaseDynamicRegistrator(className, &orvel::TOwnBufferNewCreatorFcn<T>,
-                             &orvel::TOwnBufferSharedCreatorFcn<T>)
-  {
-    orvel::TOwnBuffer<T>::getTypeName(); // made before the application's statics, which may ask to the end
-  }
-};
+ORVEL_DEFINE_TEMPLATE_REGISTRATOR(TOwnBuffer)
 
 namespace
 {

@@ -38,26 +38,6 @@ constexpr MessageTableEntry g_messages[] = {
 
 } // namespace
 
-const char* eKernelMessage::findText(ipUInt32 value)
-{
-  return MessageTable(g_messages).findText(value);
-}
-
-LogMessageManager& details::MsgMapRegistratorDerived<eKernelMessage, void>::getManager()
-{
-  return LogMessageManager::getInstance("ORVELBaseData");
-}
-
-MessageTable details::MsgMapRegistratorDerived<eKernelMessage, void>::getTable()
-{
-  return g_messages;
-}
-
-template class MsgMapRegistrator<eKernelMessage, details::MsgMapRegistratorDerived<eKernelMessage, void>>;
-
-namespace
-{
-[[maybe_unused]] const bool g_messagesRegistered = MessageMapRegistrator<eKernelMessage>::process();
-}
+ORVEL_DEFINE_MESSAGE_TABLE(eKernelMessage, "ORVELBaseData", g_messages)
 
 } // namespace orvel

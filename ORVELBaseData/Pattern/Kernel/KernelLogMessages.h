@@ -47,24 +47,6 @@ public:
   static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
 };
 
-namespace details
-{
-
-template <>
-struct ORVELBASEDATA_EXPORT MsgMapRegistratorDerived<eKernelMessage, void>
-{
-  static LogMessageManager& getManager();
-  static MessageTable getTable();
-};
-
-} // namespace details
-
-extern template class ORVELBASEDATA_EXPORT
-    MsgMapRegistrator<eKernelMessage, details::MsgMapRegistratorDerived<eKernelMessage, void>>;
-
-template <>
-struct MessageOwner<eKernelMessage::domain> : ORVELBaseDataMessageOwner
-{
-};
+ORVEL_DECLARE_MESSAGE_TABLE(eKernelMessage, ORVELBaseDataMessageOwner, ORVELBASEDATA_EXPORT)
 
 } // namespace orvel

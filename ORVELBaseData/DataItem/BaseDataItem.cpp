@@ -1,0 +1,10 @@
+#include <ORVELBaseData/DataItem/BaseDataItem.h>
+
+namespace orvel
+{
+
+ORVEL_DEFINE_ABSTRACT_SERIALIZABLE(BaseDataItem, BaseSerializationObject, 1)
+
+BaseDataItem::~BaseDataItem() = default;
+
+} // namespace orvel

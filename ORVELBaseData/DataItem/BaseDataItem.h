@@ -1,0 +1,43 @@
+#pragma once
+
+/// \file
+/// \brief Root of the data items.
+
+#include <ORVELBaseData/DataItem/DataItemType.h>
+#include <ORVELBaseData/ORVELBaseDataExport.h>
+#include <ORVELSerialization/SerializableClass.h>
+
+#include <boost/shared_ptr.hpp>
+
+#include <set>
+#include <string>
+
+namespace orvel
+{
+
+/// \brief Root of the data items, the pieces of which trees of parameters are built.
+///
+/// A leaf holds one value, a leaf collection a sequence of values, a map any items by name, a node a fixed
+/// set of named items, a node collection a sequence of nodes. Items are held by shared pointers. An item has
+/// no lock: one thread changes it, or several read it.
+///
+/// Archive version 1, without items. The order of the virtual operations is part of the binary interface.
+class ORVELBASEDATA_EXPORT BaseDataItem : public BaseSerializationObject
+{
+  ORVEL_DECLARE_ABSTRACT_SERIALIZABLE(BaseDataItem)
+
+public:
+  ~BaseDataItem() override = 0;
+
+  virtual eDataItemType getDataItemType() const = 0; ///< the kind of the item
+
+protected:
+  BaseDataItem() = default;
+};
+
+using DataItemPtr = boost::shared_ptr<BaseDataItem>;            ///< shared item
+using DataItemConstPtr = boost::shared_ptr<const BaseDataItem>; ///< shared constant item
+
+using ItemNameColl = std::set<std::string>; ///< names or keys of items, in the order of their bytes
+
+} // namespace orvel

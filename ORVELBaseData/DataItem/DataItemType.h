@@ -1,0 +1,38 @@
+#pragma once
+
+/// \file
+/// \brief Kinds of data items.
+
+#include <ORVELBaseData/ORVELBaseDataExport.h>
+#include <ORVELUtil/NamedEnumeration.h>
+
+namespace orvel
+{
+
+/// \brief Kind of a data item. A value that is none counts as eDIT_Leaf wherever a kind is asked for.
+class ORVELBASEDATA_EXPORT eDataItemType : public NamedEnumeration<eDataItemType>
+{
+public:
+  enum domain
+  {
+    eDIT_Leaf,     ///< one value
+    eDIT_Node,     ///< a record: a fixed set of named items
+    eDIT_LeafColl, ///< a sequence of values of one type
+    eDIT_NodeColl, ///< a sequence of nodes
+    eDIT_Map       ///< any items by name
+  };
+
+  eDataItemType() = default;
+  eDataItemType(domain value)
+    : NamedEnumeration(value)
+  {
+  }
+  explicit eDataItemType(ipUInt64 value)
+    : NamedEnumeration(value)
+  {
+  }
+
+  static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
+};
+
+} // namespace orvel

@@ -1,0 +1,28 @@
+#pragma once
+
+/// \file
+/// \brief Comparison of trees of data items.
+
+#include <ORVELBaseData/ORVELBaseDataExport.h>
+#include <ORVELUtil/ScalarTypes.h>
+
+namespace orvel
+{
+
+class BaseDataItem;
+
+/// \brief Tell whether two trees describe the same value.
+///
+/// Items of different classes are never equal, but for the nodes of a collection: there keys and items
+/// decide. Floating values agree within a relative tolerance (\see orvel::math::compareRelative), all other
+/// values exactly; single precision takes the tolerance narrowed to it. Enumerates are compared by their
+/// texts, so all values of one class that have no text are equal. Items of a null pointer are the caller's to
+/// avoid.
+///
+/// Complexity: one walk over both trees at once, up to the first difference. Several threads may compare a
+/// tree that nobody changes. \throw ORVELBaseDataException (eUnknownItem) if a node lists a key that it does
+/// not know \throw ORVELBaseDataException (eInvalidDataItemValueType) for a leaf collection of enumerates,
+/// which only another library could have
+ORVELBASEDATA_EXPORT bool equal(const BaseDataItem& lhs, const BaseDataItem& rhs, const ipReal64& tolerance);
+
+} // namespace orvel

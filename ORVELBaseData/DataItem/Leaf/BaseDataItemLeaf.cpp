@@ -1,0 +1,15 @@
+#include <ORVELBaseData/DataItem/Leaf/BaseDataItemLeaf.h>
+
+namespace orvel
+{
+
+ORVEL_DEFINE_ABSTRACT_SERIALIZABLE(BaseDataItemLeaf, BaseDataItem, 1)
+
+BaseDataItemLeaf::~BaseDataItemLeaf() = default;
+
+eDataItemType BaseDataItemLeaf::getDataItemType() const
+{
+  return eDataItemType::eDIT_Leaf;
+}
+
+} // namespace orvel

@@ -1,0 +1,46 @@
+#pragma once
+
+/// \file
+/// \brief Leaves of the thirteen types of values.
+
+#include <ORVELBaseData/DataItem/Leaf/BaseDataItemLeaf.h>
+#include <ORVELBaseData/DataItem/ValueTypes.h>
+
+namespace orvel
+{
+
+/// \brief Item of one value of type T.
+///
+/// There is one for each of the thirteen types of ValueTypes.h. The class name spells the type without its
+/// namespace of the kit: "orvel::DataItemLeaf<ipInt16>", "orvel::DataItemLeaf<std::string>".
+///
+/// A new leaf of a number or a bool has no value yet: set it, copy or read it before it is asked for. A new
+/// string or path is empty.
+///
+/// Archive version 1: the item "_value".
+template <class T>
+class ORVELBASEDATA_EXPORT DataItemLeaf : public BaseDataItemLeaf
+{
+  static_assert(DataItemValue<T>::name != nullptr);
+  ORVEL_DECLARE_ABSTRACT_SERIALIZABLE(DataItemLeaf)
+  ORVEL_DECLARE_CREATION(DataItemLeaf)
+  ORVEL_DECLARE_MEMBER_OPERATIONS(DataItemLeaf)
+
+public:
+  DataItemLeaf(); ///< a leaf whose value is not set
+
+  eDataItemValueType getDataItemValueType() const override; ///< the type of T
+
+  void setValue(const T& value) { _value = value; }
+  const T& getValue() const { return _value; } ///< valid as long as the leaf
+  T& accessValue() { return _value; }          ///< the value, to be changed in place
+
+private:
+  T _value;
+};
+
+#define ORVEL_DECLARE_LEAF(Type, Name, text) extern template class ORVELBASEDATA_EXPORT DataItemLeaf<Type>;
+ORVEL_FOR_EACH_VALUE_TYPE(ORVEL_DECLARE_LEAF)
+#undef ORVEL_DECLARE_LEAF
+
+} // namespace orvel

@@ -1,0 +1,15 @@
+#include <ORVELBaseData/DataItem/LeafColl/BaseDataItemLeafColl.h>
+
+namespace orvel
+{
+
+ORVEL_DEFINE_ABSTRACT_SERIALIZABLE(BaseDataItemLeafColl, BaseDataItem, 1)
+
+BaseDataItemLeafColl::~BaseDataItemLeafColl() = default;
+
+eDataItemType BaseDataItemLeafColl::getDataItemType() const
+{
+  return eDataItemType::eDIT_LeafColl;
+}
+
+} // namespace orvel

@@ -1,0 +1,59 @@
+#include <ORVELBaseData/DataItem/LeafColl/DataItemLeafColl.h>
+
+#include <ORVELSerialization/SerializationItems.h>
+
+namespace orvel
+{
+
+ORVEL_DEFINE_TYPE_NAME_MUTEX
+ORVEL_DEFINE_VERSION_MUTEX
+ORVEL_DEFINE_TYPE_NAME_OF(template <class T>, DataItemLeafColl<T>,
+                          std::string("orvel::DataItemLeafColl<") + DataItemValue<T>::name + ">")
+ORVEL_DEFINE_VERSION_OF(template <class T>, DataItemLeafColl<T>, 1)
+ORVEL_DEFINE_LEVEL_WITH_MEMBERS_OF(template <class T>, DataItemLeafColl<T>, BaseDataItemLeafColl)
+ORVEL_DEFINE_CREATION_OF(template <class T>, DataItemLeafColl<T>, DataItemLeafColl, BaseDataItemLeafColl)
+
+template <class T>
+DataItemLeafColl<T>::DataItemLeafColl() = default;
+
+template <class T>
+eDataItemValueType DataItemLeafColl<T>::getDataItemValueType() const
+{
+  return DataItemValue<T>::valueType;
+}
+
+template <class T>
+void DataItemLeafColl<T>::copyMembers(const DataItemLeafColl& other)
+{
+  _coll = other._coll;
+}
+
+template <class T>
+void DataItemLeafColl<T>::writeMembers(BaseOArchive& archive) const
+{
+  archive << SerializationOItem<std::vector<T>>("_coll", _coll);
+}
+
+template <class T>
+void DataItemLeafColl<T>::readMembers(BaseIArchive& archive, ipUInt32 /*version*/)
+{
+  archive >> SerializationIItem<std::vector<T>>("_coll", _coll);
+}
+
+#define ORVEL_MAKE_LEAF_COLL(Type, Name, text) template class DataItemLeafColl<Type>;
+ORVEL_FOR_EACH_VALUE_TYPE(ORVEL_MAKE_LEAF_COLL)
+#undef ORVEL_MAKE_LEAF_COLL
+
+} // namespace orvel
+
+ORVEL_DEFINE_TEMPLATE_REGISTRATOR(DataItemLeafColl)
+
+namespace
+{
+
+#define ORVEL_REGISTER_LEAF_COLL(Type, Name, text)                                                           \
+  const DataItemLeafCollDynamicRegistrator<Type> g_##Name##Registrator("orvel::DataItemLeafColl<" text ">");
+ORVEL_FOR_EACH_VALUE_TYPE(ORVEL_REGISTER_LEAF_COLL)
+#undef ORVEL_REGISTER_LEAF_COLL
+
+} // namespace

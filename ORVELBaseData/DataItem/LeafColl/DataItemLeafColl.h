@@ -1,0 +1,52 @@
+#pragma once
+
+/// \file
+/// \brief Leaf collections of the thirteen types of values.
+
+#include <ORVELBaseData/DataItem/LeafColl/BaseDataItemLeafColl.h>
+#include <ORVELBaseData/DataItem/ValueTypes.h>
+
+#include <vector>
+
+namespace orvel
+{
+
+/// \brief Item of a sequence of values of type T.
+///
+/// There is one for each of the thirteen types of ValueTypes.h. The class name spells the type without its
+/// namespace of the kit: "orvel::DataItemLeafColl<ipInt16>". That of bool is packed, one bit per value, as
+/// std::vector<bool> is.
+///
+/// Archive version 1: the item "_coll", in the form of vectors (\see SerializationItems.h). Its count has 32
+/// bits: a collection of 2^32 values or more does not survive an archive.
+template <class T>
+class ORVELBASEDATA_EXPORT DataItemLeafColl : public BaseDataItemLeafColl
+{
+  static_assert(DataItemValue<T>::name != nullptr);
+  ORVEL_DECLARE_ABSTRACT_SERIALIZABLE(DataItemLeafColl)
+  ORVEL_DECLARE_CREATION(DataItemLeafColl)
+  ORVEL_DECLARE_MEMBER_OPERATIONS(DataItemLeafColl)
+
+public:
+  DataItemLeafColl(); ///< an empty collection
+
+  eDataItemValueType getDataItemValueType() const override; ///< the type of T
+
+  const std::vector<T>& getColl() const { return _coll; }
+  std::vector<T>& getColl() { return _coll; } ///< the values, open to every operation of vectors
+
+  bool isEmpty() const { return _coll.empty(); }
+  ipUInt64 getSize() const { return _coll.size(); }          ///< number of values; of bits for bool
+  void push_back(const T& value) { _coll.push_back(value); } ///< append a value
+  void clear() { _coll.clear(); }                            ///< remove all values; their memory is kept
+
+private:
+  std::vector<T> _coll;
+};
+
+#define ORVEL_DECLARE_LEAF_COLL(Type, Name, text)                                                            \
+  extern template class ORVELBASEDATA_EXPORT DataItemLeafColl<Type>;
+ORVEL_FOR_EACH_VALUE_TYPE(ORVEL_DECLARE_LEAF_COLL)
+#undef ORVEL_DECLARE_LEAF_COLL
+
+} // namespace orvel

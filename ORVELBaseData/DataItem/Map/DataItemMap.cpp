@@ -1,0 +1,118 @@
+#include <ORVELBaseData/DataItem/Map/DataItemMap.h>
+
+#include <ORVELBaseData/DataItem/DataItemLogMessages.h>
+#include <ORVELBaseData/DataItem/Private/Duplication.h>
+#include <ORVELSerialization/SerializationItems.h>
+
+namespace orvel
+{
+
+ORVEL_DEFINE_SERIALIZABLE(DataItemMap, BaseDataItem, 1)
+
+DataItemMap::DataItemMap() = default;
+
+eDataItemType DataItemMap::getDataItemType() const
+{
+  return eDataItemType::eDIT_Map;
+}
+
+bool DataItemMap::isEmpty() const
+{
+  return _itemMap.empty();
+}
+
+ipUInt32 DataItemMap::getSize() const
+{
+  return static_cast<ipUInt32>(_itemMap.size());
+}
+
+const DataItemPtr* DataItemMap::find(const std::string& name) const
+{
+  const auto found = _itemMap.find(name);
+  return found == _itemMap.end() ? nullptr : &found->second;
+}
+
+bool DataItemMap::existsItem(const std::string& name) const
+{
+  return find(name) != nullptr;
+}
+
+ItemNameColl DataItemMap::getItemNames() const
+{
+  ItemNameColl names;
+  for (const auto& [name, item] : _itemMap)
+    names.emplace_hint(names.end(), name);
+  return names;
+}
+
+const BaseDataItem& DataItemMap::getItem(const std::string& name) const
+{
+  const DataItemPtr* const item = find(name);
+  if (item == nullptr)
+    raise(ORVEL_HERE, eDataItemMessage::eUnknownItem, name);
+  return **item;
+}
+
+BaseDataItem& DataItemMap::getItem(const std::string& name)
+{
+  const DataItemPtr* const item = find(name);
+  if (item == nullptr)
+    raise(ORVEL_HERE, eDataItemMessage::eUnknownItem, name);
+  return **item;
+}
+
+DataItemConstPtr DataItemMap::getItemPtr(const std::string& name) const
+{
+  const DataItemPtr* const item = find(name);
+  if (item == nullptr)
+    raise(ORVEL_HERE, eDataItemMessage::eUnknownItem, name);
+  return *item;
+}
+
+DataItemPtr DataItemMap::getItemPtr(const std::string& name)
+{
+  const DataItemPtr* const item = find(name);
+  if (item == nullptr)
+    raise(ORVEL_HERE, eDataItemMessage::eUnknownItem, name);
+  return *item;
+}
+
+void DataItemMap::insertItem(const std::string& name, const DataItemPtr& item)
+{
+  if (!item)
+    raise(ORVEL_HERE, eDataItemMessage::eNullItemPtr);
+  if (!_itemMap.try_emplace(name, item).second)
+    raise(ORVEL_HERE, eDataItemMessage::eItemAlreadyInMap, name);
+}
+
+void DataItemMap::removeItem(const std::string& name)
+{
+  const auto found = _itemMap.find(name);
+  if (found == _itemMap.end())
+    raise(ORVEL_HERE, eDataItemMessage::eItemNotInMap, name);
+  _itemMap.erase(found);
+}
+
+void DataItemMap::clear()
+{
+  _itemMap.clear();
+}
+
+void DataItemMap::copyMembers(const DataItemMap& other)
+{
+  _itemMap.clear(); // also if other is this map: callers know that it ends up empty
+  for (const auto& [name, item] : other._itemMap)
+    _itemMap.emplace_hint(_itemMap.end(), name, details::duplicateItem(*item));
+}
+
+void DataItemMap::writeMembers(BaseOArchive& archive) const
+{
+  archive << SerializationOItem("_itemMap", _itemMap);
+}
+
+void DataItemMap::readMembers(BaseIArchive& archive, ipUInt32 /*version*/)
+{
+  archive >> SerializationIItem("_itemMap", _itemMap);
+}
+
+} // namespace orvel

@@ -1,0 +1,46 @@
+#include <ORVELBaseData/DataItem/Node/BaseDataItemNode.h>
+
+#include <ORVELBaseData/DataItem/DataItemLogMessages.h>
+
+namespace orvel
+{
+
+ORVEL_DEFINE_ABSTRACT_SERIALIZABLE(BaseDataItemNode, BaseDataItem, 1)
+
+BaseDataItemNode::~BaseDataItemNode() = default;
+
+eDataItemType BaseDataItemNode::getDataItemType() const
+{
+  return eDataItemType::eDIT_Node;
+}
+
+bool BaseDataItemNode::existsItem(const std::string& key) const
+{
+  return getItemInfo(key) != nullptr;
+}
+
+const BaseDataItem& BaseDataItemNode::getItem(const std::string& key) const
+{
+  const ItemInfoConstPtr info = getItemInfo(key);
+  if (!info)
+    raise(ORVEL_HERE, eDataItemMessage::eUnknownItem, key);
+  return *info->item;
+}
+
+const std::string& BaseDataItemNode::getItemName(const std::string& key) const
+{
+  const ItemInfoConstPtr info = getItemInfo(key);
+  if (!info)
+    raise(ORVEL_HERE, eDataItemMessage::eUnknownItem, key);
+  return *info->name;
+}
+
+const std::string& BaseDataItemNode::getItemToolTip(const std::string& key) const
+{
+  const ItemInfoConstPtr info = getItemInfo(key);
+  if (!info)
+    raise(ORVEL_HERE, eDataItemMessage::eUnknownItem, key);
+  return *info->toolTip;
+}
+
+} // namespace orvel

@@ -1,0 +1,67 @@
+#pragma once
+
+/// \file
+/// \brief Root of the nodes.
+
+#include <ORVELBaseData/DataItem/BaseDataItem.h>
+#include <ORVELBaseData/DataItem/Node/BaseToolTip.h>
+#include <ORVELBaseData/DataItem/Node/ItemInfo.h>
+
+#include <boost/shared_ptr.hpp>
+
+#include <string>
+
+namespace orvel
+{
+
+/// \brief Root of the nodes, the records of a tree: classes with a fixed set of items, each with a key, a
+/// name and a tool tip.
+///
+/// The concrete classes stand in other libraries. Such a class
+///  - owns its items, as members or otherwise, and sets them up in its constructor;
+///  - tells of them by getItemKeys() and getItemInfo(), which have to agree: each key has a description, and
+///    nothing else has one;
+///  - has the members of a concrete class (\see ORVEL_DECLARE_SERIALIZABLE). Its copy, write and read have to
+///    move its items: this class moves none of them;
+///  - may be entered into DataItemNodeFactory.
+///
+/// Archive version 1, without items. The order of the virtual operations is part of the binary interface.
+class ORVELBASEDATA_EXPORT BaseDataItemNode : public BaseDataItem, public BaseToolTip
+{
+  ORVEL_DECLARE_ABSTRACT_SERIALIZABLE(BaseDataItemNode)
+
+public:
+  ~BaseDataItemNode() override = 0;
+
+  eDataItemType getDataItemType() const override; ///< eDIT_Node
+
+  virtual const std::string& getNodeName() const = 0;        ///< the name of the node, for users
+  virtual const std::string& getNodeLibraryName() const = 0; ///< the library in which the class stands
+
+  virtual const ItemNameColl& getItemKeys() const = 0; ///< the keys of all items
+
+  /// \brief Return what there is to tell of an item, null if the key is that of none.
+  virtual ItemInfoConstPtr getItemInfo(const std::string& key) const = 0;
+
+  bool existsItem(const std::string& key) const; ///< whether the key is that of an item
+
+  /// \brief Return an item.
+  /// \throw ORVELBaseDataException (eUnknownItem) if the key is that of none
+  const BaseDataItem& getItem(const std::string& key) const;
+
+  /// \brief Return the name of an item, for users.
+  /// \throw ORVELBaseDataException (eUnknownItem) if the key is that of none
+  const std::string& getItemName(const std::string& key) const;
+
+  /// \brief Return the tool tip of an item.
+  /// \throw ORVELBaseDataException (eUnknownItem) if the key is that of none
+  const std::string& getItemToolTip(const std::string& key) const;
+
+protected:
+  BaseDataItemNode() = default;
+};
+
+using DataItemNodePtr = boost::shared_ptr<BaseDataItemNode>;            ///< shared node
+using DataItemNodeConstPtr = boost::shared_ptr<const BaseDataItemNode>; ///< shared constant node
+
+} // namespace orvel

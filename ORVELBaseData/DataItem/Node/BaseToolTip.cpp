@@ -1,0 +1,8 @@
+#include <ORVELBaseData/DataItem/Node/BaseToolTip.h>
+
+namespace orvel
+{
+
+BaseToolTip::~BaseToolTip() = default;
+
+} // namespace orvel

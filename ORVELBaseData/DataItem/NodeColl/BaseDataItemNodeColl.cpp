@@ -1,0 +1,63 @@
+#include <ORVELBaseData/DataItem/NodeColl/BaseDataItemNodeColl.h>
+
+#include <ORVELBaseData/DataItem/DataItemLogMessages.h>
+#include <ORVELBaseData/DataItem/Private/Duplication.h>
+#include <ORVELSerialization/SerializationItems.h>
+
+namespace orvel
+{
+
+ORVEL_DEFINE_SERIALIZABLE(BaseDataItemNodeColl, BaseDataItem, 1)
+
+BaseDataItemNodeColl::BaseDataItemNodeColl() = default;
+
+eDataItemType BaseDataItemNodeColl::getDataItemType() const
+{
+  return eDataItemType::eDIT_NodeColl;
+}
+
+ipUInt32 BaseDataItemNodeColl::getSize() const
+{
+  return static_cast<ipUInt32>(_coll.size());
+}
+
+const BaseDataItemNode& BaseDataItemNodeColl::getNodeBase(ipUInt32 index) const
+{
+  if (index >= getSize())
+    raise(ORVEL_HERE, eDataItemMessage::eNodeIndexOutOfBounds, index, getSize());
+  return *_coll[index];
+}
+
+BaseDataItemNode& BaseDataItemNodeColl::getNodeBase(ipUInt32 index)
+{
+  if (index >= getSize())
+    raise(ORVEL_HERE, eDataItemMessage::eNodeIndexOutOfBounds, index, getSize());
+  return *_coll[index];
+}
+
+void BaseDataItemNodeColl::push_back(const DataItemNodePtr& node)
+{
+  if (!node)
+    raise(ORVEL_HERE, eDataItemMessage::eNullItemPtr);
+  _coll.push_back(node);
+}
+
+void BaseDataItemNodeColl::copyMembers(const BaseDataItemNodeColl& other)
+{
+  _coll.clear(); // also if other is this collection: callers know that it ends up empty
+  _coll.reserve(other._coll.size());
+  for (const DataItemNodePtr& node : other._coll)
+    _coll.push_back(details::duplicateItem(*node));
+}
+
+void BaseDataItemNodeColl::writeMembers(BaseOArchive& archive) const
+{
+  archive << SerializationOItem("_coll", _coll);
+}
+
+void BaseDataItemNodeColl::readMembers(BaseIArchive& archive, ipUInt32 /*version*/)
+{
+  archive >> SerializationIItem("_coll", _coll);
+}
+
+} // namespace orvel

@@ -1,0 +1,10 @@
+#include <ORVELBaseData/Identifier/BaseIdentifier.h>
+
+namespace orvel
+{
+
+ORVEL_DEFINE_ABSTRACT_SERIALIZABLE(BaseIdentifier, BaseSerializationObject, 1)
+
+BaseIdentifier::~BaseIdentifier() = default;
+
+} // namespace orvel

@@ -1,0 +1,37 @@
+#pragma once
+
+/// \file
+/// \brief Globally unique identifier with a name.
+
+#include <ORVELBaseData/ORVELBaseDataExport.h>
+#include <ORVELSerialization/SerializableClass.h>
+#include <ORVELSerialization/SerializationObjectWithGuid.h>
+
+#include <boost/shared_ptr.hpp>
+
+#include <string>
+
+namespace orvel
+{
+
+/// \brief Globally unique identifier of some data, with a name for people. No BaseIdentifier.
+///
+/// Archive version 1: what SerializationObjectWithGuid files, then the item "_name".
+class ORVELBASEDATA_EXPORT DataIdentifier : public SerializationObjectWithGuid
+{
+  ORVEL_DECLARE_SERIALIZABLE(DataIdentifier)
+
+public:
+  DataIdentifier(); ///< a new random identifier without a name
+
+  void setName(const std::string& name) { _name = name; }
+  const std::string& getName() const { return _name; } ///< valid until the identifier changes
+
+private:
+  std::string _name;
+};
+
+using DataIdentifierPtr = boost::shared_ptr<DataIdentifier>;            ///< shared identifier
+using DataIdentifierConstPtr = boost::shared_ptr<const DataIdentifier>; ///< shared constant identifier
+
+} // namespace orvel
