@@ -40,6 +40,8 @@ std::shared_ptr<const std::exception> keep(const std::exception& cause)
     return keep(*ours);
   if (typeid(cause) == typeid(std::bad_alloc))
     return std::make_shared<std::bad_alloc>();
+  if (typeid(cause) == typeid(std::bad_array_new_length)) // the std::bad_alloc of sizes that no block has
+    return std::make_shared<std::bad_array_new_length>();
   return std::make_shared<StandardCause>(cause.what());
 }
 

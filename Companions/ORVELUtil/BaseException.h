@@ -17,8 +17,8 @@ namespace orvel
 /// \brief A failure: its message, the raising function, its file and line, and what caused it.
 ///
 /// Copies share their texts: copying never throws. The cause is kept as a copy of its texts, causes of
-/// the cause included, so that it may be destroyed; `std::bad_alloc` and UnHandleException keep their
-/// type, too.
+/// the cause included, so that it may be destroyed; `std::bad_alloc`, `std::bad_array_new_length` and
+/// UnHandleException keep their type, too.
 class ORVELUTIL_EXPORT BaseException : public std::exception, public boost::exception
 {
 public:

@@ -134,6 +134,15 @@ TEST(BaseException, KeepsTheTypeOfABadAlloc)
   EXPECT_NE(failure.getCause(), &cause);
 }
 
+TEST(BaseException, KeepsABadAllocOfASizeThatNoBlockHas)
+{
+  const BaseException failure("m", "f", "a.cpp", 1, std::bad_array_new_length());
+  ASSERT_NE(failure.getCause(), nullptr);
+  EXPECT_NE(dynamic_cast<const std::bad_alloc*>(failure.getCause()), nullptr);
+  EXPECT_NE(dynamic_cast<const std::bad_array_new_length*>(failure.getCause()), nullptr);
+  EXPECT_STREQ(failure.getCause()->what(), std::bad_array_new_length().what());
+}
+
 TEST(BaseException, KeepsTheTypeOfAnUnknownCause)
 {
   const BaseException failure("outer", "g()", "b.cpp", 2, UnHandleException());
