@@ -1,6 +1,6 @@
 // Mirrors, fills and copies of memory beside the standard library, and buffers of 256 MiB through archives.
 //
-// All sides work on the same two new[] blocks, whose pages are in use. The functions of the library are
+// All sides work on the same two new[] blocks. The functions of the library are
 // called with the element type told at run time; their peers are built with -O2.
 
 #include "BenchmarkSupport.h"
@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <map>
 #include <memory>
 #include <random>
 
@@ -35,7 +36,6 @@ struct Size
 };
 const Size g_sizes[] = {{"16KiB", std::size_t{16} << 10U, benchmark::kNanosecond},
                         {"64MiB", std::size_t{64} << 20U, benchmark::kMicrosecond}};
-constexpr std::size_t g_maxSize = std::size_t{64} << 20U;
 
 constexpr std::uint64_t g_fillValue = 42; // a number that fits into every type, as pixels are set to
 
@@ -51,23 +51,28 @@ void setRandom(char* data, std::size_t size)
   }
 }
 
-const char* getSource()
+/// The memory of the cases of one size: blocks as a program of that size would have them, pages in use.
+struct Blocks
 {
-  static const Memory g_source = []
+  explicit Blocks(std::size_t size)
+    : source(new char[size])
+    , target(new char[size])
   {
-    Memory data(new char[g_maxSize]);
-    setRandom(data.get(), g_maxSize);
-    return data;
-  }();
-  return g_source.get();
-}
+    setRandom(source.get(), size);
+    clearTarget(size);
+  }
 
-/// The memory to write to; it holds nothing that could be taken for a result.
-char* getTarget(std::size_t size)
+  /// After this the target holds nothing that could be taken for a result.
+  void clearTarget(std::size_t size) const { std::memset(target.get(), 0x5A, size); }
+
+  Memory source;
+  Memory target;
+};
+
+const Blocks& getBlocks(std::size_t size)
 {
-  static const Memory g_target(new char[g_maxSize]);
-  std::memset(g_target.get(), 0x5A, size);
-  return g_target.get();
+  static std::map<std::size_t, Blocks> g_blocks;
+  return g_blocks.try_emplace(size, size).first->second;
 }
 
 eDataType getUnsignedType(std::size_t elementSize)
@@ -85,9 +90,8 @@ eDataType getUnsignedType(std::size_t elementSize)
   }
 }
 
-bool isMirrored(const char* dst, std::size_t elementSize, std::size_t size)
+bool isMirrored(const char* dst, const char* src, std::size_t elementSize, std::size_t size)
 {
-  const char* src = getSource();
   for (std::size_t i = 0; i < size; i += elementSize)
   {
     if (std::memcmp(dst + size - elementSize - i, src + i, elementSize) != 0)
@@ -120,14 +124,16 @@ void addMemoryCase(const std::string& group, const std::string& side, const Size
       group + "/" + size.name, side,
       [size, operate, isRight](benchmark::State& state)
       {
-        const char* const src = getSource();
-        char* const dst = getTarget(size.inBytes);
+        const Blocks& blocks = getBlocks(size.inBytes);
+        blocks.clearTarget(size.inBytes);
+        const char* const src = blocks.source.get();
+        char* const dst = blocks.target.get();
         for ([[maybe_unused]] auto _ : state)
         {
           operate(dst, src);
           benchmark::ClobberMemory();
         }
-        check(state, isRight(dst), "the memory does not hold the result");
+        check(state, isRight(dst, src), "the memory does not hold the result");
         state.SetBytesProcessed(static_cast<std::int64_t>(size.inBytes) * state.iterations());
       },
       size.unit);
@@ -137,13 +143,13 @@ void addMirrorCases(const Size& size, std::size_t elementSize)
 {
   const std::string group = "mirror_" + std::to_string(elementSize);
   const std::size_t nbElements = size.inBytes / elementSize;
-  const auto isRight = [size, elementSize](const char* dst)
+  const auto isRight = [size, elementSize](const char* dst, const char* src)
   {
-    return isMirrored(dst, elementSize, size.inBytes);
+    return isMirrored(dst, src, elementSize, size.inBytes);
   };
-  const auto isCopy = [size](const char* dst)
+  const auto isCopy = [size](const char* dst, const char* src)
   {
-    return std::memcmp(dst, getSource(), size.inBytes) == 0;
+    return std::memcmp(dst, src, size.inBytes) == 0;
   };
   addMemoryCase(
       group, "orvel", size,
@@ -164,11 +170,11 @@ void addFillCases(const Size& size, std::size_t elementSize)
 {
   const std::string group = "fill_" + std::to_string(elementSize);
   const std::size_t nbElements = size.inBytes / elementSize;
-  const auto isRight = [size, elementSize](const char* dst)
+  const auto isRight = [size, elementSize](const char* dst, const char* /*src*/)
   {
     return isFilled(dst, elementSize, size.inBytes);
   };
-  const auto isSet = [size](const char* dst)
+  const auto isSet = [size](const char* dst, const char* /*src*/)
   {
     return isFilled(dst, 1, size.inBytes);
   };
@@ -191,9 +197,9 @@ void addFillCases(const Size& size, std::size_t elementSize)
 
 void addCopyCases(const Size& size)
 {
-  const auto isRight = [size](const char* dst)
+  const auto isRight = [size](const char* dst, const char* src)
   {
-    return std::memcmp(dst, getSource(), size.inBytes) == 0;
+    return std::memcmp(dst, src, size.inBytes) == 0;
   };
   addMemoryCase(
       "copy", "orvel", size,
@@ -323,7 +329,7 @@ void addBufferCases()
 {
   for (const Size& size : g_sizes)
   {
-    for (const std::size_t elementSize : {1, 2, 4, 8})
+    for (std::size_t elementSize = 1; elementSize <= 8; elementSize *= 2)
     {
       addMirrorCases(size, elementSize);
       addFillCases(size, elementSize);
