@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@ using namespace orvel;
 using namespace orvel::details;
 
 using Bytes = std::vector<unsigned char>;
+using Numbers = std::initializer_list<ipUInt64>;
 
 constexpr unsigned char guard = 0xA5;
 constexpr ipUInt64 never = ~ipUInt64{0};
@@ -139,7 +141,7 @@ TEST_P(BlockPaths, MirrorEveryAlignmentOfTheDestination)
   for (const ipUInt64 elementSize : elementSizes)
     for (ipUInt64 offset = 0; offset < 64; ++offset)
       for (const ipUInt64 nbElements :
-           {1, 2, 3, 7, 8, 15, 16, 17, 31, 32, 33, 64, 65, 127, 128, 129, 160, 255})
+           Numbers{1, 2, 3, 7, 8, 15, 16, 17, 31, 32, 33, 64, 65, 127, 128, 129, 160, 255})
         for (const ipUInt64 streamFrom : {never, always})
           expectMirror(elementSize, nbElements, offset, 0, streamFrom);
 }
@@ -157,8 +159,8 @@ TEST_P(BlockPaths, MirrorPastTheCachesAtSeveralPlacesInTurn)
 {
   for (const ipUInt64 elementSize : elementSizes)
     for (const ipUInt64 nbBytes :
-         {2040, 2048, 2056, 2080, 2088, 4080, 4096, 4136, 6144, 8184, 8192, 10000, 16384})
-      for (const ipUInt64 offset : {0, 1, 8, 16, 24, 40, 63})
+         Numbers{2040, 2048, 2056, 2080, 2088, 4080, 4096, 4136, 6144, 8184, 8192, 10000, 16384})
+      for (const ipUInt64 offset : Numbers{0, 1, 8, 16, 24, 40, 63})
         expectMirror(elementSize, nbBytes / elementSize, offset, 8, always);
 }
 
@@ -194,7 +196,7 @@ TEST_P(BlockPaths, FillEveryLengthAtEveryAlignment)
 TEST_P(BlockPaths, StreamFromTheGivenSizeOn)
 {
   // Which way the bytes go cannot be seen in them; here both sides of the limit run.
-  for (const ipUInt64 size : {1023, 1024, 1025})
+  for (const ipUInt64 size : Numbers{1023, 1024, 1025})
   {
     expectFill(size, 8, 1024);
     expectMirror(1, size, 8, 0, 1024);
@@ -207,7 +209,7 @@ TEST_P(BlockPaths, MirrorAndFillMoreThanTheCaches)
   Bytes src(size);
   for (ipUInt64 i = 0; i < size; ++i)
     src[i] = static_cast<unsigned char>(i ^ i >> 8U ^ i >> 16U);
-  for (const ipUInt64 elementSize : {1, 8})
+  for (const ipUInt64 elementSize : Numbers{1, 8})
   {
     Placed dst(size, 8);
     getMirror(*GetParam(), elementSize)(dst.begin(), size / elementSize, src.data(), getUsableCacheSize());
@@ -233,7 +235,7 @@ void mirrorByDefinition(unsigned char* dst, ipUInt64 elementSize, ipUInt64 nbEle
 TEST(MirrorInOrder, GivesWhatTheOneDirectionalLoopGivesAtEveryDistance)
 {
   for (const ipUInt64 elementSize : elementSizes)
-    for (const ipUInt64 nbElements : {1, 2, 3, 4, 31, 37})
+    for (const ipUInt64 nbElements : Numbers{1, 2, 3, 4, 31, 37})
       for (int distance = -300; distance <= 300; ++distance) // in bytes: also within elements
       {
         Bytes expected(getSource().begin(), getSource().begin() + 1000);
