@@ -88,11 +88,20 @@ private:
     return text;
   }
 
+  /// The name of a class, which may be a template.
+  static std::string escaped(const std::string& name)
+  {
+    std::string text;
+    for (const char character : name)
+      text += character == '<' ? "&lt;" : character == '>' ? "&gt;" : std::string(1, character);
+    return text;
+  }
+
   std::string indent() const { return std::string(2 * (_open.size() + 1), ' '); }
 
   void open(const std::string& element, const std::string& attribute, const std::string& name)
   {
-    _content += indent() + "<" + element + " " + attribute + "=\"" + name + "\">\n";
+    _content += indent() + "<" + element + " " + attribute + "=\"" + escaped(name) + "\">\n";
     _open.push_back(element);
   }
 
