@@ -2,7 +2,6 @@
 
 #include <cstring>
 #include <limits>
-#include <typeinfo>
 #include <utility>
 #include <vector>
 
@@ -63,8 +62,6 @@ struct BinaryOArchive::Impl
   ByteSink sink;
   FiledObjects objects;
   NameTable classes;
-  const std::type_info* latestType = nullptr; // of the object filed last, and the number of its class
-  std::size_t latestClass = 0;
   ipUInt64 nbOpenArrays = 0;
 };
 
@@ -173,24 +170,15 @@ void BinaryOArchive::moveObjectPtr(const std::string& /*key*/, SerializationObje
 /// Files the class of an object: its name the first time, its number after that.
 void BinaryOArchive::putClass(const BaseSerializationObject& object)
 {
-  // Objects of one class come in rows, and to ask an object for its name takes a lock.
-  const std::type_info& type = typeid(object);
-  if (_impl->latestType == &type)
+  const std::string& name = object.getClassName();
+  const std::size_t number = _impl->classes.find(name);
+  if (number != NameTable::none)
   {
-    _impl->putHead(cbor::Major::unsignedInteger, _impl->latestClass);
+    _impl->putHead(cbor::Major::unsignedInteger, number);
     return;
   }
-  const std::string& name = object.getClassName();
-  std::size_t number = _impl->classes.find(name);
-  if (number != NameTable::none)
-    _impl->putHead(cbor::Major::unsignedInteger, number);
-  else
-  {
-    number = _impl->classes.add(name);
-    _impl->putText(cbor::Major::text, name);
-  }
-  _impl->latestType = &type;
-  _impl->latestClass = number;
+  _impl->classes.add(name);
+  _impl->putText(cbor::Major::text, name);
 }
 
 bool BinaryOArchive::filesSectionNames() const

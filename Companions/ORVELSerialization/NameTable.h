@@ -51,7 +51,7 @@ private:
   };
 
   std::vector<std::string> _names;
-  mutable std::array<Cached, 16> _cached;
+  mutable std::array<Cached, 64> _cached;
 };
 
 } // namespace orvel::details

@@ -4,7 +4,6 @@
 #include <array>
 #include <cstring>
 #include <limits>
-#include <typeinfo>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -138,8 +137,6 @@ struct XmlOArchive::Impl
   FiledObjects objects;
   std::string latestName; // that had escapes, and its form with them: names come in rows
   std::string latestEscapedName;
-  const std::type_info* latestType = nullptr; // of the object filed last, and its class name
-  const std::string* latestClassName = nullptr;
 };
 
 XmlOArchive::XmlOArchive(std::string name, std::unique_ptr<Impl> impl)
@@ -225,18 +222,6 @@ void XmlOArchive::putEscapedName(std::string_view name)
   _impl->sink.append(_impl->latestEscapedName);
 }
 
-/// The class name of an object; to ask an object for it takes a lock, and objects of one class come in rows.
-const std::string& XmlOArchive::getClassNameOf(const BaseSerializationObject& object)
-{
-  const std::type_info& type = typeid(object);
-  if (_impl->latestType != &type)
-  {
-    _impl->latestClassName = &object.getClassName();
-    _impl->latestType = &type;
-  }
-  return *_impl->latestClassName;
-}
-
 /// An item whose text needs no escapes.
 void XmlOArchive::putItem(const std::string& key, std::string_view text)
 {
@@ -314,7 +299,7 @@ void XmlOArchive::moveObjectPtr(const std::string& key, SerializationObjectPtr&&
         }
         ObjectScope scope(*this);
         _impl->sink.append("\" class=\"");
-        putName(getClassNameOf(*filed));
+        putName(filed->getClassName());
         _impl->sink.append("\">\n");
         ++_impl->level;
         ArchiveAccess::writeWhole(*this, *filed);

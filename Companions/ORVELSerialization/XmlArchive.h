@@ -92,7 +92,6 @@ private:
   [[noreturn]] void raiseWriteFailed(const char* reason);
   void putName(std::string_view name);
   void putEscapedName(std::string_view name);
-  const std::string& getClassNameOf(const BaseSerializationObject& object);
   void putItem(const std::string& key, std::string_view text);
 
   std::unique_ptr<Impl> _impl;

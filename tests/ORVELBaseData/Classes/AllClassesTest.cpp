@@ -113,34 +113,37 @@ std::string testNameOf(const testing::TestParamInfo<std::string>& info)
   return name;
 }
 
-INSTANTIATE_TEST_SUITE_P(Factory, AllClasses,
-                         testing::ValuesIn(DynamicObjectFactory::getInstance().getRegisteredClassNames()),
-                         testNameOf);
+std::set<std::string> namesOfTheLibrary()
+{
+  std::set<std::string> names = DynamicObjectFactory::getInstance().getRegisteredClassNames();
+  names.erase("orvel::SampleNode"); // this program's own
+  return names;
+}
+
+INSTANTIATE_TEST_SUITE_P(Factory, AllClasses, testing::ValuesIn(namesOfTheLibrary()), testNameOf);
 
 TEST(AllClassesAreKnown, ByTheirNames)
 {
   const std::set<std::string> names = DynamicObjectFactory::getInstance().getRegisteredClassNames();
-  for (const char* name : {"orvel::ElementsRange",
-                           "orvel::ExternalBuffer",
-                           "orvel::FragHybridBuffer",
-                           "orvel::HybridBuffer",
-                           "orvel::KernelXY",
-                           "orvel::KernelXYZ",
-                           "orvel::OffsetXY",
-                           "orvel::OffsetXYZ",
-                           "orvel::TOwnBuffer<orvel::ipBool>",
-                           "orvel::TOwnBuffer<orvel::ipInt8>",
-                           "orvel::TOwnBuffer<orvel::ipUInt8>",
-                           "orvel::TOwnBuffer<orvel::ipInt16>",
-                           "orvel::TOwnBuffer<orvel::ipUInt16>",
-                           "orvel::TOwnBuffer<orvel::ipInt32>",
-                           "orvel::TOwnBuffer<orvel::ipUInt32>",
-                           "orvel::TOwnBuffer<orvel::ipInt64>",
-                           "orvel::TOwnBuffer<orvel::ipUInt64>",
-                           "orvel::TOwnBuffer<orvel::ipReal32>",
-                           "orvel::TOwnBuffer<orvel::ipReal64>",
-                           "orvel::TypedOwnBuffer"})
+  for (const char* name :
+       {"orvel::BaseDataItemEnumLeaf", "orvel::BaseDataItemNodeColl", "orvel::DataIdentifier",
+        "orvel::DataItemMap", "orvel::DoubleIdentifier", "orvel::ElementsRange", "orvel::ExternalBuffer",
+        "orvel::FragHybridBuffer", "orvel::HybridBuffer", "orvel::KernelXY", "orvel::KernelXYZ",
+        "orvel::OffsetXY", "orvel::OffsetXYZ", "orvel::SingleIdentifier", "orvel::StringIdentifier",
+        "orvel::TypedOwnBuffer"})
     EXPECT_EQ(names.count(name), 1U) << name;
+  for (const char* type : {"ipBool", "ipInt8", "ipUInt8", "ipInt16", "ipUInt16", "ipInt32", "ipUInt32",
+                           "ipInt64", "ipUInt64", "ipReal32", "ipReal64"})
+  {
+    EXPECT_EQ(names.count(std::string("orvel::TOwnBuffer<orvel::") + type + ">"), 1U) << type;
+    EXPECT_EQ(names.count(std::string("orvel::DataItemLeaf<") + type + ">"), 1U) << type;
+    EXPECT_EQ(names.count(std::string("orvel::DataItemLeafColl<") + type + ">"), 1U) << type;
+  }
+  for (const char* type : {"std::string", "boost::filesystem::path"})
+  {
+    EXPECT_EQ(names.count(std::string("orvel::DataItemLeaf<") + type + ">"), 1U) << type;
+    EXPECT_EQ(names.count(std::string("orvel::DataItemLeafColl<") + type + ">"), 1U) << type;
+  }
 }
 
 // Creation
@@ -184,23 +187,29 @@ TEST_P(AllClasses, HaveSamplesThatTellValuesApart)
     }
 }
 
+/// What an object holds, as a file; nothing of a class that refuses to be filed.
+std::string contentOf(const Sample& sample, const SerializationObjectPtr& object)
+{
+  return sample.fileFailure.empty() ? fileOf<Binary>(object) : "";
+}
+
 /// Calls copy(), which makes a copy of the sample on the target, and expects what the class says of that.
 template <class Copy>
 void expectCopy(const Sample& sample, const BaseSerializationObject& target, Copy copy)
 {
-  const std::string before = fileOf<Binary>(sample.object);
+  const std::string before = contentOf(sample, sample.object);
   const std::string failure = sample.copyFailure(target);
   if (failure.empty())
     copy();
   else
     EXPECT_EQ(messageOf<ORVELBaseDataException>(copy), failure);
-  EXPECT_EQ(fileOf<Binary>(sample.object), before);
+  EXPECT_EQ(contentOf(sample, sample.object), before);
 }
 
 void expectSame(const Sample& sample, const SerializationObjectPtr& copy)
 {
   EXPECT_TRUE(sample.equals(*copy));
-  EXPECT_EQ(fileOf<Binary>(copy), fileOf<Binary>(sample.object));
+  EXPECT_EQ(contentOf(sample, copy), contentOf(sample, sample.object));
 }
 
 TEST_P(AllClasses, AreCopied)
@@ -248,7 +257,7 @@ TEST_P(AllClasses, SurviveACopyOfThemselves)
   {
     const SerializationObjectPtr object = sample.makeAgain();
     expectCopy(sample, *object, [&] { object->copy(*object); });
-    if (!sample.isReorderedByItself)
+    if (!sample.isChangedByItself)
       expectSame(sample, object);
   }
 }
@@ -273,6 +282,11 @@ TEST_P(AllClasses, AreCopiedByConstructionAndAssignment)
 template <class Format>
 void expectThroughArchive(const Sample& sample, const SerializationObjectPtr& fresh)
 {
+  if (!sample.fileFailure.empty())
+  {
+    EXPECT_EQ(messageOf<ORVELBaseDataException>([&] { fileOf<Format>(sample.object); }), sample.fileFailure);
+    return;
+  }
   const std::string file = fileOf<Format>(sample.object);
   const SerializationObjectPtr copy = objectOf<Format>(file);
   ASSERT_NE(copy, nullptr);
@@ -386,6 +400,8 @@ std::string readFunctionOf(const std::string& className)
 template <class Format>
 void expectFutureRefused(const Sample& sample, const std::string& ownClassName)
 {
+  if (!sample.fileFailure.empty())
+    return; // there is no file of it
   const SerializationObjectPtr& object = sample.object;
   std::map<std::string, ipUInt64> versions;
   EXPECT_EQ(fileFromTheFuture<Format>(object, "", versions), fileOf<Format>(object));
@@ -474,6 +490,8 @@ template <class Format>
 void expectReferenceFiles(const std::string& className, const Sample& sample,
                           const SerializationObjectPtr& fresh)
 {
+  if (!sample.fileFailure.empty())
+    return; // there is no file of it
   std::map<std::string, ipUInt64> versions;
   fileFromTheFuture<Format>(sample.object, "", versions);
   const std::string newest = sample.isFiled ? std::to_string(versions.at(className)) : "unversioned";

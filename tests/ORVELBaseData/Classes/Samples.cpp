@@ -6,18 +6,31 @@
 #include <ORVELBaseData/Buffer/HybridBuffer.h>
 #include <ORVELBaseData/Buffer/TOwnBuffer.h>
 #include <ORVELBaseData/Buffer/TypedOwnBuffer.h>
+#include <ORVELBaseData/DataItem/DataItemUtils.h>
+#include <ORVELBaseData/DataItem/Leaf/BaseDataItemEnumLeaf.h>
+#include <ORVELBaseData/DataItem/Leaf/DataItemLeaf.h>
+#include <ORVELBaseData/DataItem/LeafColl/DataItemLeafColl.h>
+#include <ORVELBaseData/DataItem/Map/DataItemMap.h>
+#include <ORVELBaseData/DataItem/NodeColl/BaseDataItemNodeColl.h>
+#include <ORVELBaseData/Identifier/DataIdentifier.h>
+#include <ORVELBaseData/Identifier/DoubleIdentifier.h>
+#include <ORVELBaseData/Identifier/SingleIdentifier.h>
+#include <ORVELBaseData/Identifier/StringIdentifier.h>
 #include <ORVELBaseData/Pattern/Kernel/KernelXY.h>
 #include <ORVELBaseData/Pattern/Kernel/KernelXYZ.h>
 #include <ORVELBaseData/Pattern/OffsetXY.h>
 #include <ORVELBaseData/Pattern/OffsetXYZ.h>
 #include <ORVELBaseData/Range/ElementsRange.h>
 #include <ORVELSerialization/SerializationItems.h>
+#include <ORVELSerialization/XmlArchive.h>
+#include <support/SampleNode.h>
 
 #include <boost/make_shared.hpp>
 
 #include <cstring>
 #include <limits>
 #include <map>
+#include <sstream>
 #include <tuple>
 #include <utility>
 
@@ -248,8 +261,161 @@ std::vector<Sample> makeFragHybridBufferSamples()
           }),
       makeBufferSample<Buffer>([](Buffer& buffer) { buffer.init(eDataType::eDT_UInt8, {}, 4); }),
       makeBufferSample<Buffer>(leaveUninitialized)};
-  samples.front().isReorderedByItself = true; // the fragments go back into the order of the block
+  samples.front().isChangedByItself = true; // the fragments go back into the order of the block
   return samples;
+}
+
+// Data items are compared as trees.
+
+/// \param fill is called with a new item
+template <class Item, class Fill>
+Sample makeItemSample(Fill fill)
+{
+  return makeSampleBy<Item>(
+      [=]
+      {
+        auto item = boost::make_shared<Item>();
+        fill(*item);
+        return item;
+      },
+      [](const Item& left, const Item& right) { return orvel::equal(left, right, 0.0); });
+}
+
+template <class T>
+std::vector<Sample> makeLeafSamples(const T& first, const T& second)
+{
+  using Leaf = DataItemLeaf<T>;
+  return {makeItemSample<Leaf>([=](Leaf& leaf) { leaf.setValue(first); }),
+          makeItemSample<Leaf>([=](Leaf& leaf) { leaf.setValue(second); })};
+}
+
+template <class T>
+std::vector<Sample> makeLeafCollSamples(const T& first, const T& second)
+{
+  using Coll = DataItemLeafColl<T>;
+  return {makeItemSample<Coll>(
+              [=](Coll& coll) {
+                coll.getColl() = {first, second, first};
+              }),
+          makeItemSample<Coll>([](Coll&) {}),
+          makeItemSample<Coll>([=](Coll& coll) { coll.push_back(second); })};
+}
+
+/// It knows no enumeration, so it has no text to file.
+std::vector<Sample> makeEnumLeafSamples()
+{
+  using Leaf = BaseDataItemEnumLeaf;
+  const auto leafOf = [](ipUInt32 value)
+  {
+    Sample sample = makeSampleBy<Leaf>(
+        [=]
+        {
+          auto leaf = boost::make_shared<Leaf>();
+          leaf->setEnumValue(value);
+          return leaf;
+        },
+        [](const Leaf& left, const Leaf& right) { return left.getEnumValue() == right.getEnumValue(); });
+    sample.fileFailure = "Invalid enumerate integer value " + std::to_string(value) + " for enumerate ";
+    return sample;
+  };
+  return {leafOf(5), leafOf(0)};
+}
+
+template <class T>
+DataItemPtr makeLeaf(const T& value)
+{
+  auto leaf = boost::make_shared<DataItemLeaf<T>>();
+  leaf->setValue(value);
+  return leaf;
+}
+
+std::vector<Sample> makeMapSamples()
+{
+  using Map = DataItemMap;
+  std::vector<Sample> samples = {
+      makeItemSample<Map>(
+          [](Map& map)
+          {
+            const auto inner = boost::make_shared<Map>();
+            inner->insertItem("sigma", makeLeaf<ipReal64>(1.5));
+            map.insertItem("inner", inner);
+            map.insertItem("Count", makeLeaf<ipInt32>(-3));
+            map.insertItem("node", makeSampleNode(7, "seven"));
+          }),
+      makeItemSample<Map>([](Map& map) { map.insertItem("", makeLeaf<std::string>("unnamed")); }),
+      makeItemSample<Map>([](Map&) {})};
+  samples[0].isChangedByItself = true; // emptied
+  samples[1].isChangedByItself = true;
+  return samples;
+}
+
+std::vector<Sample> makeNodeCollSamples()
+{
+  using Coll = BaseDataItemNodeColl;
+  std::vector<Sample> samples = {makeItemSample<Coll>(
+                                     [](Coll& coll)
+                                     {
+                                       coll.push_back(makeSampleNode(1, "one"));
+                                       coll.push_back(makeSampleNode(2, "two"));
+                                     }),
+                                 makeItemSample<Coll>([](Coll&) {})};
+  samples[0].isChangedByItself = true; // emptied
+  return samples;
+}
+
+// Identifiers have no comparison of their own.
+
+template <class Identifier, class Make>
+Sample makeIdentifierSample(Make make)
+{
+  return makeSampleBy<Identifier>([=] { return boost::make_shared<Identifier>(make()); },
+                                  [](const Identifier& left, const Identifier& right)
+                                  { return left.getValue() == right.getValue(); });
+}
+
+std::vector<Sample> makeDoubleIdentifierSamples()
+{
+  const auto identifierOf = [](ipUInt32 high, ipUInt32 low)
+  {
+    return makeSampleBy<DoubleIdentifier>([=] { return boost::make_shared<DoubleIdentifier>(high, low); },
+                                          [](const DoubleIdentifier& left, const DoubleIdentifier& right) {
+                                            return left.getHighValue() == right.getHighValue() &&
+                                                   left.getLowValue() == right.getLowValue();
+                                          });
+  };
+  return {identifierOf(1, 2), identifierOf(2, 1), identifierOf(4294967295U, 0)};
+}
+
+/// The identifier of a new object is a random one: this one is known.
+DataIdentifier makeDataIdentifier(const std::string& guid, const std::string& name)
+{
+  std::istringstream file("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<orvelArchive format=\"1\">"
+                          "<object key=\"object\"><item key=\"_guid\">" +
+                          guid +
+                          "</item><section name=\"orvel::DataIdentifier\"><item key=\"version\">1</item>"
+                          "</section><item key=\"_name\">" +
+                          name + "</item></object></orvelArchive>");
+  XmlIArchive archive(file);
+  DataIdentifier identifier;
+  archive.readObject("object", identifier);
+  archive.close();
+  return identifier;
+}
+
+std::vector<Sample> makeDataIdentifierSamples()
+{
+  const auto identifierOf = [](const std::string& guid, const std::string& name)
+  {
+    const DataIdentifier identifier = makeDataIdentifier(guid, name);
+    return makeSampleBy<DataIdentifier>([=] { return boost::make_shared<DataIdentifier>(identifier); },
+                                        [](const DataIdentifier& left, const DataIdentifier& right) {
+                                          return left.getGuid() == right.getGuid() &&
+                                                 left.getName() == right.getName();
+                                        });
+  };
+  return {identifierOf("01234567-89ab-cdef-0123-456789abcdef", "cells"),
+          identifierOf("01234567-89ab-cdef-0123-456789abcdef", ""),
+          identifierOf("00000000-0000-0000-0000-000000000001", "cells")};
 }
 
 const std::map<std::string, std::vector<Sample>>& getSamples()
@@ -258,6 +424,45 @@ const std::map<std::string, std::vector<Sample>>& getSamples()
   constexpr ipInt32 highest = std::numeric_limits<ipInt32>::max();
   constexpr ipUInt64 largest = std::numeric_limits<ipUInt64>::max();
   static const std::map<std::string, std::vector<Sample>> g_samples = {
+      {"orvel::DataItemLeaf<ipBool>", makeLeafSamples<ipBool>(true, false)},
+      {"orvel::DataItemLeaf<ipInt8>", makeLeafSamples<ipInt8>(-128, 127)},
+      {"orvel::DataItemLeaf<ipUInt8>", makeLeafSamples<ipUInt8>(255, 0)},
+      {"orvel::DataItemLeaf<ipInt16>", makeLeafSamples<ipInt16>(-300, 7)},
+      {"orvel::DataItemLeaf<ipUInt16>", makeLeafSamples<ipUInt16>(65535, 1)},
+      {"orvel::DataItemLeaf<ipInt32>", makeLeafSamples<ipInt32>(-70000, 3)},
+      {"orvel::DataItemLeaf<ipUInt32>", makeLeafSamples<ipUInt32>(4000000000U, 3)},
+      {"orvel::DataItemLeaf<ipInt64>", makeLeafSamples<ipInt64>(-5000000000, 9)},
+      {"orvel::DataItemLeaf<ipUInt64>", makeLeafSamples<ipUInt64>(18446744073709551615U, 9)},
+      {"orvel::DataItemLeaf<ipReal32>", makeLeafSamples<ipReal32>(0.1F, -2.5F)},
+      {"orvel::DataItemLeaf<ipReal64>", makeLeafSamples<ipReal64>(0.1, -1e300)},
+      {"orvel::DataItemLeaf<std::string>", makeLeafSamples<std::string>("a < b", "")},
+      {"orvel::DataItemLeaf<boost::filesystem::path>",
+       makeLeafSamples<boost::filesystem::path>("images/stack 1.tif", "")},
+      {"orvel::DataItemLeafColl<ipBool>", makeLeafCollSamples<ipBool>(true, false)},
+      {"orvel::DataItemLeafColl<ipInt8>", makeLeafCollSamples<ipInt8>(-128, 127)},
+      {"orvel::DataItemLeafColl<ipUInt8>", makeLeafCollSamples<ipUInt8>(255, 0)},
+      {"orvel::DataItemLeafColl<ipInt16>", makeLeafCollSamples<ipInt16>(-300, 7)},
+      {"orvel::DataItemLeafColl<ipUInt16>", makeLeafCollSamples<ipUInt16>(65535, 1)},
+      {"orvel::DataItemLeafColl<ipInt32>", makeLeafCollSamples<ipInt32>(-70000, 3)},
+      {"orvel::DataItemLeafColl<ipUInt32>", makeLeafCollSamples<ipUInt32>(4000000000U, 3)},
+      {"orvel::DataItemLeafColl<ipInt64>", makeLeafCollSamples<ipInt64>(-5000000000, 9)},
+      {"orvel::DataItemLeafColl<ipUInt64>", makeLeafCollSamples<ipUInt64>(18446744073709551615U, 9)},
+      {"orvel::DataItemLeafColl<ipReal32>", makeLeafCollSamples<ipReal32>(0.1F, -2.5F)},
+      {"orvel::DataItemLeafColl<ipReal64>", makeLeafCollSamples<ipReal64>(0.1, -1e300)},
+      {"orvel::DataItemLeafColl<std::string>", makeLeafCollSamples<std::string>("a < b", "")},
+      {"orvel::DataItemLeafColl<boost::filesystem::path>",
+       makeLeafCollSamples<boost::filesystem::path>("images/stack 1.tif", "")},
+      {"orvel::BaseDataItemEnumLeaf", makeEnumLeafSamples()},
+      {"orvel::BaseDataItemNodeColl", makeNodeCollSamples()},
+      {"orvel::DataItemMap", makeMapSamples()},
+      {"orvel::DataIdentifier", makeDataIdentifierSamples()},
+      {"orvel::DoubleIdentifier", makeDoubleIdentifierSamples()},
+      {"orvel::SingleIdentifier",
+       {makeIdentifierSample<SingleIdentifier>([] { return SingleIdentifier(7); }),
+        makeIdentifierSample<SingleIdentifier>([] { return SingleIdentifier(4294967295U); })}},
+      {"orvel::StringIdentifier",
+       {makeIdentifierSample<StringIdentifier>([] { return StringIdentifier("left eye"); }),
+        makeIdentifierSample<StringIdentifier>([] { return StringIdentifier(); })}},
       {"orvel::ElementsRange",
        {makeSample(ElementsRange(3, 5000000000)), makeSample(ElementsRange()),
         makeSample(ElementsRange(largest, 1))}},

@@ -31,9 +31,9 @@ struct Sample
   {
     return "";
   };
-  bool isReorderedByItself =
-      false;           ///< whether a copy of the object onto itself changes the order of its parts
-  bool isFiled = true; ///< whether archives hold the value; else they hold nothing at all
+  bool isChangedByItself = false; ///< whether a copy of the object onto itself changes it
+  bool isFiled = true;            ///< whether archives hold the value; else they hold nothing at all
+  std::string fileFailure = {};   ///< the message with which the class refuses to be filed, if it does
 };
 
 /// \brief What an archive of an older version holds and what it has to become.
