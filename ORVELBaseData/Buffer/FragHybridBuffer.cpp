@@ -1,7 +1,9 @@
 #include <ORVELBaseData/Buffer/FragHybridBuffer.h>
 
+#include <algorithm>
 #include <new>
 #include <stdexcept>
+#include <utility>
 
 #include <ORVELBaseData/Buffer/BufferUtils.h>
 #include <ORVELBaseData/Buffer/Private/OwnedBlock.h>
@@ -16,6 +18,22 @@ ORVEL_DEFINE_VERSION(FragHybridBuffer, 1)
 // The bases between refuse to copy.
 ORVEL_DEFINE_LEVEL_WITH_MEMBERS(FragHybridBuffer, BaseObjectWithSkeleton)
 ORVEL_DEFINE_CREATION(FragHybridBuffer, BaseFragBuffer)
+
+namespace
+{
+
+/// The bytes that an archive holds of each fragment. Raises where they do not fit 64 bits, as a buffer with
+/// the fragments of somebody else may tell.
+ipUInt64 sizeOfEachBlock(const FragHybridBuffer& buffer, const SourceLocation& here)
+{
+  if (buffer.getNbFragments() == 0)
+    return 0;
+  const ipUInt64 sizeInBytes = details::multiplySizes(buffer.getBufferBaseSize(), buffer.getFragmentsSize());
+  details::requireSize(sizeInBytes, here);
+  return sizeInBytes;
+}
+
+} // namespace
 
 FragHybridBuffer::FragHybridBuffer() = default;
 
@@ -92,6 +110,17 @@ void FragHybridBuffer::copyMembers(const FragHybridBuffer& other)
     init(other.getDataType(), other.getBufferPtrColl(), other.getFragmentsSize());
     return;
   }
+  details::OwnedBlock oldBlock;
+  if (isInitialized() && other.getMemorySize() != getMemorySize())
+  {
+    const auto isOwn = [this](const void* fragment)
+    {
+      return details::liesInBlock(fragment, _block, getMemorySize());
+    };
+    const BufferPtrColl& sources = other.getBufferPtrColl();
+    if (std::any_of(sources.begin(), sources.end(), isOwn))
+      oldBlock = std::move(_block); // the source looks at it: it stays until it has been copied
+  }
   init(other.getDataType(), other.getNbFragments(), other.getFragmentsSize());
   const ipUInt64 sizeInBytes = getBufferBaseSize() * getFragmentsSize();
   for (ipUInt64 i = 0; i < getNbFragments(); ++i)
@@ -103,8 +132,7 @@ void FragHybridBuffer::writeMembers(BaseOArchive& archive) const
 {
   const eSklSrzMode& mode = getSerializationMode();
   const ipUInt64 sizeInBytes =
-      isInitialized() ? details::multiplySizes(getBufferBaseSize(), getFragmentsSize()) : 0;
-  details::requireSize(sizeInBytes, ORVEL_HERE);
+      isInitialized() && mode != eSklSrzMode::eSSM_Skeleton ? sizeOfEachBlock(*this, ORVEL_HERE) : 0;
   if (mode != eSklSrzMode::eSSM_Data)
   {
     const bool initialized = isInitialized();
@@ -118,7 +146,7 @@ void FragHybridBuffer::writeMembers(BaseOArchive& archive) const
       archive << SerializationOItem("fragmentsSize", fragmentsSize);
     }
   }
-  if (mode != eSklSrzMode::eSSM_Skeleton && sizeInBytes != 0)
+  if (sizeInBytes != 0)
     for (const void* const fragment : getBufferPtrColl())
       archive.writeBlock(fragment, sizeInBytes);
 }
@@ -137,7 +165,7 @@ void FragHybridBuffer::readMembers(BaseIArchive& archive, ipUInt32 /*version*/)
   }
   if (mode == eSklSrzMode::eSSM_Skeleton || !isInitialized())
     return;
-  if (const ipUInt64 sizeInBytes = getBufferBaseSize() * getFragmentsSize(); sizeInBytes != 0)
+  if (const ipUInt64 sizeInBytes = sizeOfEachBlock(*this, ORVEL_HERE); sizeInBytes != 0)
     for (void* const fragment : getBufferPtrColl())
       archive.readBlock(fragment, sizeInBytes);
 }

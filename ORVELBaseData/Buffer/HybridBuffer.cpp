@@ -1,5 +1,7 @@
 #include <ORVELBaseData/Buffer/HybridBuffer.h>
 
+#include <utility>
+
 #include <ORVELBaseData/Buffer/BufferUtils.h>
 #include <ORVELBaseData/Buffer/Private/BlockItems.h>
 
@@ -52,6 +54,10 @@ void HybridBuffer::copyMembers(const HybridBuffer& other)
   }
   if (isBufferOwn()) // raises where this buffer is not initialised: it could be made either
   {
+    details::OwnedBlock oldBlock;
+    if (const void* const source = other.getDataPtr();
+        details::liesInBlock(source, _block, getMemorySize()) && other.getMemorySize() != getMemorySize())
+      oldBlock = std::move(_block); // the source looks at it: it stays until it has been copied
     init(other.getSize(), other.getDataType());
     details::copyBlock(*this, other);
   }

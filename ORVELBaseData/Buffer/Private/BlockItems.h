@@ -19,14 +19,23 @@ inline void copyBlock(BaseBlockBuffer& target, const BaseBlockBuffer& source)
     copyBuffer(target.getDataPtr(), sizeInBytes, source.getDataPtr());
 }
 
+/// \brief Return the bytes of an initialised buffer's elements.
+/// \throw ORVELBaseDataException (eMemoryAllocationFailed) in the name of `here` if they do not fit 64 bits,
+/// as a view may tell
+inline ipUInt64 sizeOfBlock(const BaseBlockBuffer& buffer, const SourceLocation& here)
+{
+  const ipUInt64 sizeInBytes = multiplySizes(buffer.getBufferBaseSize(), buffer.getSize());
+  requireSize(sizeInBytes, here);
+  return sizeInBytes;
+}
+
 /// \brief File a buffer as its serialization mode asks: the structure, the block or both.
 inline void writeBlockItems(const BaseBlockBuffer& buffer, BaseOArchive& archive, const SourceLocation& here)
 {
   const eSklSrzMode& mode = buffer.getSerializationMode();
   const bool isInitialized = buffer.isInitialized();
   const ipUInt64 sizeInBytes =
-      isInitialized ? multiplySizes(buffer.getBufferBaseSize(), buffer.getSize()) : 0;
-  requireSize(sizeInBytes, here);
+      isInitialized && mode != eSklSrzMode::eSSM_Skeleton ? sizeOfBlock(buffer, here) : 0;
   if (mode != eSklSrzMode::eSSM_Data)
   {
     archive << SerializationOItem("bInit", isInitialized);
@@ -37,7 +46,7 @@ inline void writeBlockItems(const BaseBlockBuffer& buffer, BaseOArchive& archive
       archive << SerializationOItem("dataType", buffer.getDataType());
     }
   }
-  if (mode != eSklSrzMode::eSSM_Skeleton && sizeInBytes != 0)
+  if (sizeInBytes != 0)
     archive.writeBlock(buffer.getDataPtr(), sizeInBytes);
 }
 
@@ -70,7 +79,7 @@ void readBlockItems(BaseBlockBuffer& buffer, BaseIArchive& archive, Init init)
   }
   if (mode == eSklSrzMode::eSSM_Skeleton || !buffer.isInitialized())
     return;
-  if (const ipUInt64 sizeInBytes = buffer.getMemorySize(); sizeInBytes != 0)
+  if (const ipUInt64 sizeInBytes = sizeOfBlock(buffer, ORVEL_HERE); sizeInBytes != 0)
     archive.readBlock(buffer.getDataPtr(), sizeInBytes);
 }
 

@@ -30,6 +30,12 @@ inline bool isSameSize(ipUInt64 size, ipUInt64 otherSize)
   return size == otherSize && size != g_tooLarge;
 }
 
+/// \brief Tell whether an address lies in a block of that size.
+inline bool liesInBlock(const void* address, const OwnedBlock& block, ipUInt64 sizeInBytes)
+{
+  return reinterpret_cast<ipUInt64>(address) - reinterpret_cast<ipUInt64>(block.get()) < sizeInBytes;
+}
+
 /// \brief Free the block of a buffer and allocate another; the bytes are not set.
 /// \throw ORVELBaseDataException (eMemoryAllocationFailed) in the name of `here`, with the std::bad_alloc as
 /// its cause, if the memory can't be had; the buffer has been cleared

@@ -1,0 +1,471 @@
+#include <ORVELBaseData/Buffer/BaseFragBuffer.h>
+
+#include <gtest/gtest.h>
+
+#include <ORVELUtil/ORVELUtilException.h>
+#include <support/LayoutChecks.h>
+
+#include "BufferTesting.h"
+
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <string>
+#include <type_traits>
+#include <utility>
+
+ORVEL_TEST_EXPOSE(Fragments, &orvel::BaseFragBuffer::_fragments)
+ORVEL_TEST_EXPOSE(FragmentsSize, &orvel::BaseFragBuffer::_fragmentsSize)
+
+namespace
+{
+
+using namespace orvel;
+using namespace orvel::test;
+
+constexpr ipUInt64 g_largest = std::numeric_limits<ipUInt64>::max();
+
+/// The least that a derived class supplies.
+class PlainFragBuffer : public BaseFragBuffer
+{
+public:
+  BaseDynamicObject* createNew() const override { return new PlainFragBuffer; }
+  DynamicObjectPtr createShared() const override { return DynamicObjectPtr(new PlainFragBuffer); }
+  eBufferType getBufferType() const override { return eBufferType::eBT_FragHybrid; }
+
+  using BaseFragBuffer::initBase;
+
+  const BufferPtrColl& getList() const { return this->*memberOf(Fragments()); }
+
+  static std::size_t placeOfClearDerived() { return vtableIndexOf(&PlainFragBuffer::clearDerived); }
+};
+
+/// Three lines of four numbers that do not touch each other.
+struct Lines
+{
+  ipInt16 numbers[3][6] = {{0, 1, 2, 3}, {10, 11, 12, 13}, {20, 21, 22, 23}};
+
+  void* operator[](int line) { return numbers[line]; }
+  BufferPtrColl list() { return {numbers[0], numbers[1], numbers[2]}; }
+};
+
+void expectList(const PlainFragBuffer& buffer, const BufferPtrColl& list)
+{
+  EXPECT_TRUE(buffer.getBufferPtrColl() == list);
+  ASSERT_EQ(buffer.getNbFragments(), list.size());
+  for (ipUInt64 i = 0; i < list.size(); ++i)
+    EXPECT_EQ(buffer.getDataPtr(i), list[i]) << "fragment " << i;
+}
+
+TEST(BaseFragBuffer, AnswersTheListThatItWasInitialisedWith)
+{
+  Lines lines;
+  PlainFragBuffer buffer;
+  EXPECT_FALSE(buffer.isInitialized());
+  buffer.initBase(eDataType::eDT_Int16, lines.list(), 4);
+  EXPECT_TRUE(buffer.isInitialized());
+  EXPECT_EQ(buffer.getNbFragments(), 3U);
+  EXPECT_EQ(buffer.getFragmentsSize(), 4U);
+  EXPECT_TRUE(buffer.getDataType() == eDataType::eDT_Int16);
+  expectList(buffer, {lines[0], lines[1], lines[2]});
+  static_assert(std::is_same_v<BufferPtrColl, std::vector<void*>>);
+  static_assert(std::is_same_v<decltype(buffer.getBufferPtrColl()), const BufferPtrColl&>);
+}
+
+TEST(BaseFragBuffer, CountsTheElementsOfAllFragments)
+{
+  Lines lines;
+  PlainFragBuffer buffer;
+  buffer.initBase(eDataType::eDT_Int16, lines.list(), 4);
+  EXPECT_EQ(buffer.getSize(), 12U);
+  EXPECT_EQ(buffer.getMemorySize(), 24U);
+  buffer.initBase(eDataType::eDT_Int16, {lines[0], lines[2]}, 3);
+  EXPECT_EQ(buffer.getSize(), 6U);
+  buffer.initBase(eDataType::eDT_Int16, lines.list(), 0);
+  EXPECT_EQ(buffer.getSize(), 0U);
+  EXPECT_EQ(buffer.getNbFragments(), 3U);
+}
+
+TEST(BaseFragBuffer, IsInitialisedWithAnEmptyList)
+{
+  PlainFragBuffer buffer;
+  buffer.initBase(eDataType::eDT_Int16, BufferPtrColl(), 4);
+  EXPECT_TRUE(buffer.isInitialized());
+  EXPECT_EQ(buffer.getSize(), 0U);
+  EXPECT_EQ(buffer.getNbFragments(), 0U);
+  EXPECT_EQ(buffer.getFragmentsSize(), 4U);
+}
+
+TEST(BaseFragBuffer, GivesThePlaceOfAnElementOfAFragment)
+{
+  Lines lines;
+  PlainFragBuffer buffer;
+  buffer.initBase(eDataType::eDT_Int16, lines.list(), 4);
+  const PlainFragBuffer& constant = buffer;
+  EXPECT_EQ(buffer.getDataPtr(1, 2), &lines.numbers[1][2]);
+  EXPECT_EQ(constant.getDataPtr(1, 2), &lines.numbers[1][2]);
+  EXPECT_EQ(constant.getDataPtr(2), lines[2]);
+  EXPECT_EQ(buffer.getDataPtr(2, 0), lines[2]);
+  static_assert(std::is_same_v<decltype(buffer.getDataPtr(0)), void*>);
+  static_assert(std::is_same_v<decltype(constant.getDataPtr(0)), const void*>);
+  static_assert(std::is_same_v<decltype(buffer.getDataPtr(0, 0)), void*>);
+  static_assert(std::is_same_v<decltype(constant.getDataPtr(0, 0)), const void*>);
+}
+
+TEST(BaseFragBuffer, DoesNotCompareAnOffsetWithTheFragmentsSize)
+{
+  Lines lines;
+  PlainFragBuffer buffer;
+  buffer.initBase(eDataType::eDT_Int16, lines.list(), 4);
+  EXPECT_EQ(buffer.getDataPtr(0, 4), &lines.numbers[0][4]);
+  EXPECT_EQ(reinterpret_cast<std::uintptr_t>(buffer.getDataPtr(0, 1000000000000)),
+            reinterpret_cast<std::uintptr_t>(lines[0]) + 2000000000000);
+  // 2^64 - 1 elements wrap around the address space: one element before the start.
+  EXPECT_EQ(reinterpret_cast<std::uintptr_t>(std::as_const(buffer).getDataPtr(1, g_largest)),
+            reinterpret_cast<std::uintptr_t>(lines[1]) - 2);
+}
+
+TEST(BaseFragBuffer, ReplacesTheStartOfOneFragment)
+{
+  Lines lines;
+  ipInt16 other[4] = {};
+  PlainFragBuffer buffer;
+  buffer.initBase(eDataType::eDT_Int16, lines.list(), 4);
+  buffer.setDataPtr(1, other);
+  expectList(buffer, {lines[0], other, lines[2]});
+  EXPECT_EQ(buffer.getSize(), 12U);
+  buffer.setDataPtr(2, nullptr);
+  expectList(buffer, {lines[0], other, nullptr});
+}
+
+// Rolls
+
+TEST(BaseFragBuffer, RollsTheFirstFragmentToTheEnd)
+{
+  Lines lines;
+  PlainFragBuffer buffer;
+  buffer.initBase(eDataType::eDT_Int16, lines.list(), 4);
+  const void* const second = buffer.getDataPtr(1);
+  buffer.rollUpFragments();
+  EXPECT_EQ(buffer.getDataPtr(0), second);
+  expectList(buffer, {lines[1], lines[2], lines[0]});
+  buffer.rollUpFragments();
+  expectList(buffer, {lines[2], lines[0], lines[1]});
+}
+
+TEST(BaseFragBuffer, RollsTheLastFragmentToTheFront)
+{
+  Lines lines;
+  PlainFragBuffer buffer;
+  buffer.initBase(eDataType::eDT_Int16, lines.list(), 4);
+  buffer.rollDownFragments();
+  expectList(buffer, {lines[2], lines[0], lines[1]});
+  buffer.rollDownFragments();
+  expectList(buffer, {lines[1], lines[2], lines[0]});
+}
+
+TEST(BaseFragBuffer, RollsBackWhatItRolled)
+{
+  Lines lines;
+  PlainFragBuffer buffer;
+  buffer.initBase(eDataType::eDT_Int16, lines.list(), 4);
+  buffer.rollUpFragments();
+  buffer.rollDownFragments();
+  expectList(buffer, lines.list());
+  buffer.rollDownFragments();
+  buffer.rollUpFragments();
+  expectList(buffer, lines.list());
+}
+
+TEST(BaseFragBuffer, MovesNoElementsWhenItRolls)
+{
+  Lines lines;
+  PlainFragBuffer buffer;
+  buffer.initBase(eDataType::eDT_Int16, lines.list(), 4);
+  buffer.rollUpFragments();
+  buffer.rollUpFragments();
+  buffer.rollDownFragments();
+  for (int line = 0; line < 3; ++line)
+    for (int i = 0; i < 4; ++i)
+      EXPECT_EQ(lines.numbers[line][i], 10 * line + i);
+}
+
+TEST(BaseFragBuffer, HasNothingToRollWithoutASecondFragment)
+{
+  Lines lines;
+  PlainFragBuffer buffer;
+  for (const BufferPtrColl& list : {BufferPtrColl(), BufferPtrColl{lines[1]}})
+  {
+    buffer.initBase(eDataType::eDT_Int16, list, 4);
+    buffer.rollUpFragments();
+    expectList(buffer, list);
+    buffer.rollDownFragments();
+    expectList(buffer, list);
+  }
+}
+
+// States
+
+TEST(BaseFragBuffer, TakesItsOwnListAnew)
+{
+  Lines lines;
+  PlainFragBuffer buffer;
+  buffer.initBase(eDataType::eDT_Int16, lines.list(), 4);
+  const void* const* const storage = buffer.getBufferPtrColl().data();
+  buffer.initBase(eDataType::eDT_UInt8, buffer.getBufferPtrColl(), 8);
+  EXPECT_EQ(buffer.getBufferPtrColl().data(), storage);
+  expectList(buffer, lines.list());
+  EXPECT_EQ(buffer.getFragmentsSize(), 8U);
+  EXPECT_EQ(buffer.getSize(), 24U);
+}
+
+TEST(BaseFragBuffer, EmptiesItsListAndKeepsTheMemoryOfTheListWhenItIsCleared)
+{
+  Lines lines;
+  PlainFragBuffer buffer;
+  buffer.initBase(eDataType::eDT_Int16, lines.list(), 4);
+  const std::size_t capacity = buffer.getList().capacity();
+  EXPECT_GE(capacity, 3U);
+  buffer.clear();
+  EXPECT_TRUE(buffer.getList().empty());
+  EXPECT_EQ(buffer.getList().capacity(), capacity);
+  EXPECT_EQ(buffer.*memberOf(FragmentsSize()), 4U);
+}
+
+TEST(BaseFragBuffer, NeitherOwnsNorFreesItsFragments)
+{
+  Lines lines; // of no allocation: freeing them would end the program
+  {
+    PlainFragBuffer buffer;
+    buffer.initBase(eDataType::eDT_Int16, lines.list(), 4);
+    buffer.clear();
+    buffer.initBase(eDataType::eDT_Int16, lines.list(), 4);
+  }
+  EXPECT_EQ(lines.numbers[2][3], 23);
+}
+
+// Failures
+
+struct Accessor
+{
+  const char* function; // of the failure on a buffer that is not initialised
+  std::function<void(PlainFragBuffer&)> call;
+};
+
+const char* const g_nbFragments = "orvel::ipUInt64 orvel::BaseFragBuffer::getNbFragments() const";
+
+const Accessor g_accessors[] = {
+    {g_nbFragments,
+     [](PlainFragBuffer& buffer)
+     {
+       buffer.getNbFragments();
+     }},
+    {"orvel::ipUInt64 orvel::BaseFragBuffer::getFragmentsSize() const",
+     [](PlainFragBuffer& buffer)
+     {
+       buffer.getFragmentsSize();
+     }},
+    {"const orvel::BufferPtrColl& orvel::BaseFragBuffer::getBufferPtrColl() const",
+     [](PlainFragBuffer& buffer)
+     {
+       buffer.getBufferPtrColl();
+     }},
+    {g_nbFragments,
+     [](PlainFragBuffer& buffer)
+     {
+       buffer.getDataPtr(0);
+     }},
+    {g_nbFragments,
+     [](PlainFragBuffer& buffer)
+     {
+       std::as_const(buffer).getDataPtr(0);
+     }},
+    {g_nbFragments,
+     [](PlainFragBuffer& buffer)
+     {
+       buffer.getDataPtr(0, 0);
+     }},
+    {g_nbFragments,
+     [](PlainFragBuffer& buffer)
+     {
+       std::as_const(buffer).getDataPtr(0, 0);
+     }},
+    {g_nbFragments,
+     [](PlainFragBuffer& buffer)
+     {
+       buffer.setDataPtr(0, nullptr);
+     }},
+    {g_nbFragments,
+     [](PlainFragBuffer& buffer)
+     {
+       buffer.rollUpFragments();
+     }},
+    {g_nbFragments,
+     [](PlainFragBuffer& buffer)
+     {
+       buffer.rollDownFragments();
+     }},
+};
+
+TEST(BaseFragBuffer, RefusesToAnswerBeforeItIsInitialisedAndAfterItWasCleared)
+{
+  Lines lines;
+  PlainFragBuffer fresh;
+  PlainFragBuffer cleared;
+  cleared.initBase(eDataType::eDT_Int16, lines.list(), 4);
+  cleared.clear();
+  for (PlainFragBuffer* buffer : {&fresh, &cleared})
+    for (const Accessor& accessor : g_accessors)
+    {
+      SCOPED_TRACE(accessor.function);
+      expectRaised("Buffer should be initialized before used", accessor.function,
+                   "ORVELBaseData/Buffer/BaseFragBuffer.cpp", "eBufferNotInitialized",
+                   [&] { accessor.call(*buffer); });
+      EXPECT_FALSE(buffer->isInitialized());
+    }
+}
+
+void expectNoFragment(PlainFragBuffer& buffer, ipUInt64 index, const std::string& message)
+{
+  const char* const file = "ORVELBaseData/Buffer/BaseFragBuffer.cpp";
+  const char* const statement = "eInvalidFragmentIndex";
+  const std::string accessor = "orvel::BaseFragBuffer::getDataPtr(orvel::ipUInt64)";
+  expectRaised(message, "void* " + accessor, file, statement, [&] { buffer.getDataPtr(index); });
+  expectRaised(message, "const void* " + accessor + " const", file, statement,
+               [&] { std::as_const(buffer).getDataPtr(index); });
+  expectRaised(message, "void* " + accessor, file, statement, [&] { buffer.getDataPtr(index, 0); });
+  expectRaised(message, "const void* " + accessor + " const", file, statement,
+               [&] { std::as_const(buffer).getDataPtr(index, 0); });
+  expectRaised(message, "void orvel::BaseFragBuffer::setDataPtr(orvel::ipUInt64, void*)", file, statement,
+               [&] { buffer.setDataPtr(index, nullptr); });
+}
+
+TEST(BaseFragBuffer, HasNoFragmentAtOrBehindTheirNumber)
+{
+  Lines lines;
+  PlainFragBuffer buffer;
+  buffer.initBase(eDataType::eDT_Int16, lines.list(), 4);
+  expectNoFragment(buffer, 3, "Invalid fragment index 3 for buffer with 3 fragments");
+  expectNoFragment(buffer, 4, "Invalid fragment index 4 for buffer with 3 fragments");
+  expectNoFragment(buffer, g_largest,
+                   "Invalid fragment index 18446744073709551615 for buffer with 3 fragments");
+  expectList(buffer, lines.list());
+  buffer.initBase(eDataType::eDT_Int16, BufferPtrColl(), 4);
+  expectNoFragment(buffer, 0, "Invalid fragment index 0 for buffer with 0 fragments");
+}
+
+TEST(BaseFragBuffer, HasTheNewListAndFragmentsSizeAlreadyWhenItRefusesATypeOfNone)
+{
+  Lines lines;
+  PlainFragBuffer buffer;
+  buffer.initBase(eDataType::eDT_Int16, lines.list(), 4);
+  expectTypeOfNoneRefused([&] { buffer.initBase(eDataType::eDT_None, {lines[2], lines[1]}, 9); });
+  EXPECT_TRUE(buffer.isInitialized());
+  expectList(buffer, {lines[2], lines[1]});
+  EXPECT_EQ(buffer.getFragmentsSize(), 9U);
+  EXPECT_EQ(buffer.getSize(), 12U);
+  EXPECT_TRUE(buffer.getDataType() == eDataType::eDT_Int16);
+}
+
+TEST(BaseFragBuffer, StaysNotInitialisedWhenItRefusesATypeOfNone)
+{
+  Lines lines;
+  PlainFragBuffer buffer;
+  expectTypeOfNoneRefused([&] { buffer.initBase(eDataType::eDT_None, lines.list(), 4); });
+  EXPECT_FALSE(buffer.isInitialized());
+  EXPECT_TRUE(buffer.getList() == lines.list());
+  EXPECT_EQ(buffer.*memberOf(FragmentsSize()), 4U);
+}
+
+TEST(BaseFragBuffer, IsClearedWhenItsListFindsNoMemory)
+{
+  Lines lines;
+  const BufferPtrColl longer(5, lines[0]);
+  PlainFragBuffer buffer;
+  buffer.initBase(eDataType::eDT_Int16, lines.list(), 4);
+  expectNoMemory(40,
+                 [&]
+                 {
+                   failAllocationAfter(0);
+                   buffer.initBase(eDataType::eDT_Int16, longer, 4);
+                 });
+  failNoAllocation();
+  EXPECT_FALSE(buffer.isInitialized());
+  EXPECT_TRUE(buffer.getList().empty());
+}
+
+// The frame
+
+TEST(BaseFragBuffer, HasItsName)
+{
+  EXPECT_EQ(BaseFragBuffer::getTypeName(), "orvel::BaseFragBuffer");
+  EXPECT_EQ(PlainFragBuffer().getClassName(), "orvel::BaseFragBuffer");
+  static_assert(std::is_abstract_v<BaseFragBuffer>);
+  static_assert(std::is_base_of_v<BaseBuffer, BaseFragBuffer>);
+}
+
+TEST(BaseFragBuffer, CannotBeCopied)
+{
+  PlainFragBuffer buffer;
+  const PlainFragBuffer other;
+  EXPECT_FALSE(buffer.hasCopySupport());
+  const std::pair<const char*, std::function<void()>> attempts[] = {
+      {"orvel::BaseFragBuffer::copy(",
+       [&]
+       {
+         buffer.copy(other);
+       }},
+      {"orvel::BaseFragBuffer::duplicate(",
+       [&]
+       {
+         buffer.duplicate();
+       }},
+      {"orvel::BaseFragBuffer::duplicateShared(",
+       [&]
+       {
+         buffer.duplicateShared();
+       }},
+  };
+  for (const auto& attempt : attempts)
+  {
+    SCOPED_TRACE(attempt.first);
+    const auto failure = failureOf<ORVELUtilException>(attempt.second);
+    EXPECT_EQ(failure.getMessage(), "Class orvel::BaseFragBuffer doesn't support copy");
+    EXPECT_NE(failure.getFunction().find(attempt.first), std::string::npos);
+    EXPECT_FALSE(buffer.isInitialized());
+  }
+}
+
+template <class HandWritten>
+void expectNothingIsFiled()
+{
+  Lines lines;
+  PlainFragBuffer buffer;
+  buffer.initBase(eDataType::eDT_Int16, lines.list(), 4);
+  for (const auto& mode : {eSklSrzMode::eSSM_Full, eSklSrzMode::eSSM_Skeleton, eSklSrzMode::eSSM_Data})
+  {
+    EXPECT_EQ(fileOfMode<HandWritten>(buffer, mode), HandWritten().file());
+    readInMode<HandWritten>(buffer, HandWritten().file(), mode);
+    expectList(buffer, lines.list());
+  }
+}
+
+TEST(BaseFragBuffer, FilesNothingOfItsOwn)
+{
+  expectNothingIsFiled<HandWrittenXml>();
+  expectNothingIsFiled<HandWrittenBinary>();
+}
+
+TEST(BaseFragBuffer, AddsItsFieldsInOrderAndNoVirtualOperation)
+{
+  EXPECT_EQ(vtableIndexOf(&BaseFragBuffer::getBufferType), 12U);
+  EXPECT_EQ(PlainFragBuffer::placeOfClearDerived(), 13U);
+  EXPECT_THROW(vtableIndexOf(&BaseFragBuffer::setDataPtr), std::invalid_argument);
+  EXPECT_THROW(vtableIndexOf(&BaseFragBuffer::rollUpFragments), std::invalid_argument);
+  EXPECT_THROW(vtableIndexOf(&BaseFragBuffer::rollDownFragments), std::invalid_argument);
+  EXPECT_EQ(offsetOf(memberOf(Fragments())), static_cast<std::ptrdiff_t>(sizeof(BaseBuffer)));
+  EXPECT_EQ(offsetOf(memberOf(FragmentsSize())), static_cast<std::ptrdiff_t>(sizeof(BaseBuffer)) + 24);
+  EXPECT_EQ(sizeof(BaseFragBuffer), sizeof(BaseBuffer) + 32);
+}
+
+} // namespace
