@@ -1,0 +1,67 @@
+#!/usr/bin/env bash
+# usage: check_derived_items.sh PROGRAM LIBRARY
+set -euo pipefail
+program=$1
+library=$2
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+cd "$folder"
+
+# expect CODE ARGUMENTS...: runs the program; the text to be printed comes from the standard input.
+expect() {
+  local code=0 expected=$1
+  shift
+  "$program" "$library" "$@" >output 2>&1 || code=$?
+  ((code == expected)) || { echo "FAILED: $*: exit code $code, expected $expected"; cat output; exit 1; }
+  diff - output || { echo "FAILED: $*"; exit 1; }
+}
+
+for format in xml bin; do
+  expect 0 make "tree.$format" </dev/null
+  expect 0 print "tree.$format" <<END
+tree.$format: map of 4
+  author: eDIVT_String = Ada
+  rounds: eDIVT_UInt8 = 3
+  steps: collection of 1 nodes
+    0: node Smoothing of library Smoothing  (Smooth an image)
+      Mask: eDIVT_Path =   (Image of the pixels to be smoothed; none for all)
+      Method: eDIVT_Enum = Mean  (How to smooth)
+      Region: node Region of library Smoothing  (Lines to be smoothed)
+        First line: eDIVT_UInt32 = 0  (Counted from 0)
+        Number of lines: eDIVT_UInt32 = 0  (0 for all)
+      Sigma: eDIVT_Real64 = 1  (Standard deviation, in pixels)
+      Weights: eDIVT_Real32 = {1, 1}  (From the centre outwards)
+  tolerance: eDIVT_Real64 = 0.001
+END
+
+  expect 0 change "tree.$format" tolerance 0.00101 "changed.$format" </dev/null
+  expect 0 compare "tree.$format" "changed.$format" 0.1 <<<"equal"
+  expect 0 compare "tree.$format" "changed.$format" 0.001 <<<"different"
+  expect 0 change "tree.$format" author "Grace Hopper" "renamed.$format" </dev/null
+  expect 0 compare "tree.$format" "renamed.$format" 0.1 <<<"different"
+
+  # The unknown class is named; where it stands depends on the format.
+  "$program" "$library" reload "tree.$format" >output
+  sed -E "s/, (line [0-9]+, column [0-9]+|byte [0-9]+)/, PLACE/" output | diff - <(cat <<END
+loaded: 4 items
+unloaded: Archive tree.$format, PLACE: unknown class "orvel::SmoothingNode"
+loaded again: 4 items
+END
+  )
+done
+expect 0 compare tree.xml tree.bin 0 <<<"equal"
+
+expect 1 change tree.xml rounds 256 none.xml <<<'tree: "256" is no value of this type'
+expect 1 change tree.xml rounds many none.xml <<<'tree: "many" is no value of this type'
+expect 1 change tree.xml steps 1 none.xml <<<'tree: "steps" is no leaf'
+expect 1 change tree.xml nobody 1 none.xml \
+  <<<'tree: Item with name nobody does not exists for current item node'
+[[ ! -e none.xml ]]
+sed 's/>Mean</>Mode</' tree.xml >wrong.xml
+expect 1 print wrong.xml <<<'tree: Invalid enumerate string value Mode for enumerate SmoothingMethod'
+# An object that reads well and is no data item.
+sed 's/class="orvel::DataItemLeaf&lt;std::string&gt;"/class="orvel::StringIdentifier"/' tree.xml >wrong.xml
+"$program" "$library" print wrong.xml >output 2>&1 && exit 1
+grep -q "an object of class orvel::StringIdentifier can't stand for class orvel::BaseDataItem" output
+"$program" "$library" print 2>output && exit 1
+grep -q "^usage: tree LIBRARY make FILE" output
