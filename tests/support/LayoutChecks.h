@@ -65,7 +65,10 @@ std::ptrdiff_t offsetOf(Member Class::*member)
 /// it: \code ORVEL_TEST_EXPOSE(StartOffset, &orvel::ElementsRange::_startOffset)
 /// ... offsetOf(memberOf(StartOffset())) ...
 /// \endcode
+/// All of it belongs to the source alone: another source of the program may give the tag to another member.
 #define ORVEL_TEST_EXPOSE(Tag, ...)                                                                          \
+  namespace                                                                                                  \
+  {                                                                                                          \
   struct Tag                                                                                                 \
   {                                                                                                          \
     friend constexpr auto memberOf(Tag);                                                                     \
@@ -75,4 +78,5 @@ std::ptrdiff_t offsetOf(Member Class::*member)
   {                                                                                                          \
     friend constexpr auto memberOf(Tag) { return member; }                                                   \
   };                                                                                                         \
-  template struct Tag##Exposed<__VA_ARGS__>;
+  template struct Tag##Exposed<__VA_ARGS__>;                                                                 \
+  }
