@@ -13,6 +13,7 @@
 #define XXH_INLINE_ALL
 #include <xxhash.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -32,6 +33,24 @@ public:
 
   void openSection(const std::string& name) { open("section", "name", name); }
   void openObject(const std::string& key) { open("object", "key", key); }
+
+  /// A shared object that stands here for the first time; its number is one more than that of the last.
+  void openPointer(const std::string& key, const std::string& className)
+  {
+    ++_nbPointers;
+    open("pointer", "key", key + "\" id=\"" + std::to_string(_nbPointers) + "\" class=\"" + className);
+  }
+
+  /// \param number of a shared object that came before, from 1
+  void reference(const std::string& key, std::uint64_t number)
+  {
+    _content += indent() + "<pointer key=\"" + key + "\" ref=\"" + std::to_string(number) + "\"/>\n";
+  }
+
+  void nullPointer(const std::string& key)
+  {
+    _content += indent() + "<pointer key=\"" + key + "\" null=\"true\"/>\n";
+  }
 
   void close()
   {
@@ -58,6 +77,12 @@ public:
   }
 
   void real32(const std::string& key, float value)
+  {
+    std::ostringstream text;
+    text << value;
+    item(key, text.str());
+  }
+  void real64(const std::string& key, double value)
   {
     std::ostringstream text;
     text << value;
@@ -112,6 +137,7 @@ private:
 
   std::vector<std::string> _open;
   std::string _content;
+  std::uint64_t _nbPointers = 0;
 };
 
 /// \brief A binary archive, a sequence of CBOR items; it stores neither names nor keys.
@@ -123,6 +149,26 @@ public:
 
   void openSection(const std::string& /*name*/) { _bytes += '\x9F'; }
   void openObject(const std::string& /*key*/) { _bytes += '\x9F'; }
+
+  void openPointer(const std::string& /*key*/, const std::string& className)
+  {
+    _bytes += "\xD8\x1C\x9F"; // tag 28
+    const auto found = std::find(_classNames.begin(), _classNames.end(), className);
+    if (found == _classNames.end())
+    {
+      _classNames.push_back(className);
+      text("", className);
+    }
+    else
+      integer("", found - _classNames.begin());
+  }
+
+  void reference(const std::string& /*key*/, std::uint64_t number)
+  {
+    _bytes += "\xD8\x1D" + head(0, number - 1); // tag 29; counts from 0
+  }
+
+  void nullPointer(const std::string& /*key*/) { _bytes += '\xF6'; }
   void close() { _bytes += '\xFF'; }
 
   void integer(const std::string& /*key*/, std::int64_t value)
@@ -146,6 +192,12 @@ public:
     std::uint32_t bits = 0;
     std::memcpy(&bits, &value, sizeof bits);
     _bytes += '\xFA' + bigEndian(bits, 4);
+  }
+  void real64(const std::string& /*key*/, double value)
+  {
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, &value, sizeof bits);
+    _bytes += '\xFB' + bigEndian(bits, 8);
   }
 
   std::string file() const
@@ -183,6 +235,7 @@ private:
   }
 
   std::string _bytes;
+  std::vector<std::string> _classNames;
 };
 
 /// \brief Put the version record of a class into a hand-written archive.
