@@ -69,7 +69,8 @@ public:
   void writeString(const std::string& key, std::string_view value) override;
 
   /// \brief Write the end mark and publish: bring the file to the disk, put it in place, and bring that to
-  /// the disk. \throw ORVELSerializationException with the system's reason; the old file then stands
+  /// the disk.
+  /// \throw ORVELSerializationException with the system's reason; the old file then stands
   void close() override;
 
 protected:

@@ -21,8 +21,8 @@ namespace orvel::details
 using FindTextFunction = const char* (*)(ipUInt32 value);
 
 /// \brief File an enumeration: the text of its low 32 bits where the archive is element-wise, else the
-/// number, 0 for a value that is no enumerator. \throw std::logic_error where a text is needed and there is
-/// none; nothing has been filed
+/// number, 0 for a value that is no enumerator.
+/// \throw std::logic_error where a text is needed and there is none; nothing has been filed
 ORVELSERIALIZATION_EXPORT void writeEnumeration(BaseOArchive& archive, const std::string& key, ipUInt64 value,
                                                 FindTextFunction findText);
 

@@ -7,16 +7,20 @@
 ///
 /// | value | filed as |
 /// |---|---|
-/// | bool, signed char to unsigned long, float, double, std::string, boost::filesystem::path | one value |
-/// | eDataType and the other named enumerations that own operators | one value: \see NamedEnumerationItems.h
-/// | | a serialisable object | in place, through its own `write` and `read` | | std::vector of numbers (bool
-/// apart) | section(key), section("vector"), "size", then an item "value" per element, or one raw block where
-/// the archive is not element-wise | | std::vector of anything else with an item form | section(key),
-/// section("vector"), "size", an item "value" per element | | std::set of serialisable objects |
-/// section(key), section("set"), "size", an item "key" per element | | std::map | section(key),
-/// section("map"), "size", items "key" and "value" per entry | | boost::shared_ptr to a serialisable object |
-/// section(key), section("shared_ptr<" + type name + ">"), pointer "pObject"; on reading the name of the
-/// inner section is "shared_ptr<>" |
+/// | bool, signed char to unsigned long, float, double | one value |
+/// | std::string, boost::filesystem::path | one value |
+/// | eDataType and the other named enumerations that own operators | one value |
+/// | a serialisable object | in place, through its own `write` and `read` |
+/// | std::vector of numbers, bool apart | "vector": an item "value" per element, or one raw block |
+/// | std::vector of anything else with an item form | "vector": an item "value" per element |
+/// | std::set of serialisable objects | "set": an item "key" per element |
+/// | std::map | "map": items "key" and "value" per entry |
+/// | boost::shared_ptr to a serialisable object | a pointer "pObject" |
+///
+/// Collections stand in a section named by the key, within it in one named as above, behind an item "size". A
+/// vector is a raw block where the archive is not element-wise. A shared pointer stands in a section named by
+/// the key, within it in "shared_ptr<" + type name + ">"; on reading that name is "shared_ptr<>". For
+/// enumerations \see NamedEnumerationItems.h
 ///
 /// Counts are filed as ipUInt32: of a count above 32 bits its low 32 bits. On input a count that the rest of
 /// the archive cannot hold is a failure before anything is allocated for it. Vectors are resized to the

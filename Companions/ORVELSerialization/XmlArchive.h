@@ -41,14 +41,15 @@ struct XmlFailure;
 /// | section | `<section name="...">` around its content |
 /// | value | `<item key="...">text</item>` |
 /// | object in place | `<object key="...">` around its content |
-/// | pointer, first time | `<pointer key="..." id="1" class="orvel::KernelXY">` around the content; ids count
-/// up from 1 | | pointer, again | `<pointer key="..." ref="1"/>` | | null pointer | `<pointer key="..."
-/// null="true"/>` | | raw block | `<block size="40">` with base64 text, in lines of 76 characters |
+/// | pointer, first time | `<pointer key="..." id="1" class="orvel::KernelXY">` around the content |
+/// | pointer, again | `<pointer key="..." ref="1"/>` |
+/// | null pointer | `<pointer key="..." null="true"/>` |
+/// | raw block | `<block size="40">` with base64 text, in lines of 76 characters |
 ///
-/// Booleans are `true` or `false`, integers decimal; floating values are the shortest text that reads back to
-/// the same bits, `inf`, `-inf`, `nan`, or `nan(0x7fc00001)` with the bits of any other NaN. A string that
-/// XML can't carry unchanged is base64 text under `encoding="base64"`. Nothing depends on the locale. The
-/// same objects give the same bytes.
+/// Ids count up from 1. Booleans are `true` or `false`, integers decimal; floating values are the shortest
+/// text that reads back to the same bits, `inf`, `-inf`, `nan`, or `nan(0x7fc00001)` with the bits of any
+/// other NaN. A string that XML can't carry unchanged is base64 text under `encoding="base64"`. Nothing
+/// depends on the locale. The same objects give the same bytes.
 class ORVELSERIALIZATION_EXPORT XmlOArchive : public BaseOArchive
 {
 public:

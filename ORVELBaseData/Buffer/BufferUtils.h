@@ -49,13 +49,15 @@ ORVELBASEDATA_EXPORT void copyBufferMiror(void* dst, const eDataType& dataType, 
 /// | eDT_Int32 | cut to 32 bits signed |
 /// | eDT_UInt32 | cut to 64 bits signed, then the low 32 bits |
 /// | eDT_Int64 | cut to 64 bits signed |
-/// | eDT_UInt64 | from 2^63 on, value - 2^63 cut to 64 bits signed, then the top bit inverted; below as
-/// eDT_Int64 | | eDT_Real32 | rounded in the current rounding mode | | eDT_Real64 | unchanged |
+/// | eDT_UInt64 | below 2^63 as eDT_Int64; else value - 2^63 cut to 64 bits signed, the top bit inverted |
+/// | eDT_Real32 | rounded in the current rounding mode |
+/// | eDT_Real64 | unchanged |
 ///
 /// To cut is to truncate toward 0. NaN and values that the signed number cannot hold give its lowest one,
 /// -2^31 or -2^63, as the truncating instructions of 64-bit x86 processors do; on every processor, and
-/// nothing saturates. So 300 gives 44 for eDT_UInt8, and -1 gives 65535 for eDT_UInt16. \throw
-/// ORVELBaseDataException (eInvalidBufferType) if dataType is eDT_None or no enumerator; dst is untouched
+/// nothing saturates. So 300 gives 44 for eDT_UInt8, and -1 gives 65535 for eDT_UInt16.
+/// \throw ORVELBaseDataException (eInvalidBufferType) if dataType is eDT_None or no enumerator; dst is
+/// untouched
 ORVELBASEDATA_EXPORT void setBufferValues(ipReal64 value, const eDataType& dataType, ipUInt64 nbElements,
                                           void* dst);
 

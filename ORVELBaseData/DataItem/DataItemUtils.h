@@ -19,12 +19,15 @@ class BaseDataItem;
 /// texts, so all values of one class that have no text are equal. Items of a null pointer are the caller's to
 /// avoid.
 ///
-/// Call it as `orvel::equal`: for items of types of the standard library, such as DataItemLeaf<std::string>, the
-/// bare name finds std::equal too.
+/// Call it as `orvel::equal`: for items of types of the standard library, such as DataItemLeaf<std::string>,
+/// the bare name finds std::equal too.
 ///
 /// Complexity: one walk over both trees at once, up to the first difference. Several threads may compare a
-/// tree that nobody changes. \throw ORVELBaseDataException (eUnknownItem) if a node lists a key that it does
-/// not know \throw ORVELBaseDataException (eInvalidDataItemValueType) for a leaf collection of enumerates,
+/// tree that nobody changes.
+///
+/// \throw ORVELBaseDataException (eUnknownItem) if a node lists a key that it does not know
+///
+/// \throw ORVELBaseDataException (eInvalidDataItemValueType) for a leaf collection of enumerates,
 /// which only another library could have
 ORVELBASEDATA_EXPORT bool equal(const BaseDataItem& lhs, const BaseDataItem& rhs, const ipReal64& tolerance);
 
