@@ -31,11 +31,11 @@ public:
   /// \brief What is known of a node class.
   struct NodeInfo
   {
-    std::string name;                   ///< for users
-    std::string toolTip;                ///< what it is, for users
-    std::string libraryName;            ///< the library in which the class stands
-    boost::filesystem::path headerPath; ///< the header of the class
-    NodeCreatorFcn creatorFcn;          ///< makes a node; must not be null
+    std::string name;                    ///< for users
+    std::string toolTip;                 ///< what it is, for users
+    std::string libraryName;             ///< the library in which the class stands
+    boost::filesystem::path headerPath;  ///< the header of the class
+    NodeCreatorFcn creatorFcn = nullptr; ///< makes a node; to create one without it is the caller's to avoid
   };
 
   static DataItemNodeFactory& getInstance(); ///< the one catalogue, until the process ends
