@@ -50,6 +50,17 @@ void logFailure(const log4cplus::Logger& ownersLogger, const LogMessageManager& 
   logMessage(logger, log4cplus::ERROR_LOG_LEVEL, relay.string(), here.file, static_cast<int>(here.line));
 }
 
+bool isWarningLogged(const log4cplus::Logger& ownersLogger)
+{
+  return ownersLogger.isEnabledFor(log4cplus::WARN_LOG_LEVEL);
+}
+
+void logWarning(const log4cplus::Logger& ownersLogger, const std::string& text, const SourceLocation& here)
+{
+  log4cplus::Logger logger = ownersLogger;
+  logMessage(logger, log4cplus::WARN_LOG_LEVEL, text, here.file, static_cast<int>(here.line));
+}
+
 void raiseBrokenMessage(const SourceLocation& here)
 {
   try

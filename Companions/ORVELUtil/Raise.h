@@ -53,6 +53,13 @@ namespace details
 ORVELUTIL_EXPORT void logFailure(const log4cplus::Logger& ownersLogger, const LogMessageManager& manager,
                                  const std::string& text, const SourceLocation& here);
 
+/// \brief Tell whether a logger takes warnings.
+ORVELUTIL_EXPORT bool isWarningLogged(const log4cplus::Logger& ownersLogger);
+
+/// \brief Log a warning.
+ORVELUTIL_EXPORT void logWarning(const log4cplus::Logger& ownersLogger, const std::string& text,
+                                 const SourceLocation& here);
+
 /// \brief Report the exception that is being handled as the cause of a message that could not be made:
 /// logs on the kit's root logger and throws.
 /// \throw BaseException always, "Exception thrown while processing message" with that exception as cause
@@ -102,6 +109,28 @@ template <class Domain, class... Arguments>
 {
   const std::string text = details::makeAndLogMessage(here, id, arguments...);
   throw typename MessageOwner<Domain>::Exception(text, here.function, here.file, here.line, cause);
+}
+
+/// \brief Log a warning, a message without arguments; nothing is raised.
+/// \param here the warning statement: ORVEL_HERE
+/// \throw BaseException the message could not be made or logged; the reason is its cause
+template <class Domain>
+void warn(const SourceLocation& here, Domain id)
+{
+  using Owner = MessageOwner<Domain>;
+  try
+  {
+    const log4cplus::Logger& logger = Owner::getLogger();
+    if (!details::isWarningLogged(logger))
+      return;
+    LogMessageFormater message(Owner::getManager());
+    message[id];
+    details::logWarning(logger, message.string(), here);
+  }
+  catch (...)
+  {
+    details::raiseBrokenMessage(here);
+  }
 }
 
 } // namespace orvel

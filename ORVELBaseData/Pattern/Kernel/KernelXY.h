@@ -16,9 +16,11 @@ namespace orvel
 
 namespace details
 {
+template <class Holder>
+struct BoundingBox;
 template <class Kernel>
 struct KernelOperations;
-}
+} // namespace details
 
 /// \brief Sparse weighted neighbourhood of a pixel: a coefficient for each offset that has a tap.
 ///
@@ -88,6 +90,7 @@ public:
   ipReal32 getAbsCoefSum() const { return _absCoefSum; } ///< sum of their absolute values
 
 private:
+  friend struct details::BoundingBox<KernelXY>;
   friend struct details::KernelOperations<KernelXY>;
 
   /// \brief Replace each coefficient v by |v| + v and return 0: what reading a kernel of version 1 does.

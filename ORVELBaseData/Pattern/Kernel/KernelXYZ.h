@@ -16,9 +16,11 @@ namespace orvel
 
 namespace details
 {
+template <class Holder>
+struct BoundingBox;
 template <class Kernel>
 struct KernelOperations;
-}
+} // namespace details
 
 /// \brief Sparse weighted neighbourhood of a voxel: a coefficient for each offset that has a tap.
 ///
@@ -76,6 +78,7 @@ public:
   ipReal32 getAbsCoefSum() const { return _absCoefSum; } ///< sum of their absolute values
 
 private:
+  friend struct details::BoundingBox<KernelXYZ>;
   friend struct details::KernelOperations<KernelXYZ>;
 
   /// \see KernelXY::computeAbsCoefSum

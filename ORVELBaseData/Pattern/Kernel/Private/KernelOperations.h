@@ -3,15 +3,9 @@
 /// \file
 /// \brief What KernelXY and KernelXYZ do alike, written once for any number of axes.
 
-#include <algorithm>
-#include <array>
 #include <cmath>
-#include <cstddef>
-#include <limits>
-#include <tuple>
-#include <utility>
 
-#include <ORVELBaseData/Pattern/Private/OffsetCoordinates.h>
+#include <ORVELBaseData/Pattern/Private/BoundingBox.h>
 #include <ORVELSerialization/SerializationItems.h>
 #include <ORVELUtil/ScalarTypes.h>
 
@@ -36,9 +30,7 @@ struct KernelOperations
     if (taps.size() == nbTapsBefore)
       return false;
     addToSums(kernel, value);
-    const auto coordinates = coordinatesOf(offset);
-    for (std::size_t i = 0; i < g_nbAxes; ++i)
-      extendRange(kernel.*g_axes[i].min, kernel.*g_axes[i].size, coordinates[i]);
+    Box::include(kernel, offset);
     return true;
   }
 
@@ -60,25 +52,7 @@ struct KernelOperations
       return false;
     subtractFromSums(kernel, tap->second);
     kernel._dataColl.erase(tap);
-
-    Coordinates min;
-    Coordinates max;
-    min.fill(std::numeric_limits<ipInt32>::max());
-    max.fill(std::numeric_limits<ipInt32>::min());
-    for (const auto& tapLeft : kernel._dataColl)
-    {
-      const Coordinates coordinates = coordinatesOf(tapLeft.first);
-      for (std::size_t i = 0; i < g_nbAxes; ++i)
-      {
-        min[i] = std::min(min[i], coordinates[i]);
-        max[i] = std::max(max[i], coordinates[i]);
-      }
-    }
-    for (std::size_t i = 0; i < g_nbAxes; ++i)
-    {
-      kernel.*g_axes[i].min = min[i];
-      kernel.*g_axes[i].size = distance(min[i], max[i]) + 1; // without taps the wrap makes it 2
-    }
+    Box::fit(kernel, kernel._dataColl, [](const auto& tapLeft) -> const Offset& { return tapLeft.first; });
     return true;
   }
 
@@ -100,11 +74,7 @@ struct KernelOperations
   static void clear(Kernel& kernel)
   {
     kernel._dataColl.clear();
-    for (const Axis& axis : g_axes)
-    {
-      kernel.*axis.min = 0;
-      kernel.*axis.size = 0;
-    }
+    Box::clear(kernel);
     kernel._coefSum = 0;
     kernel._absCoefSum = 0;
   }
@@ -119,11 +89,7 @@ struct KernelOperations
   static void copy(Kernel& kernel, const Kernel& other)
   {
     kernel._dataColl = other._dataColl;
-    for (const Axis& axis : g_axes)
-    {
-      kernel.*axis.min = other.*axis.min;
-      kernel.*axis.size = other.*axis.size;
-    }
+    Box::copy(kernel, other);
     kernel._coefSum = other._coefSum;
     kernel._absCoefSum = other._absCoefSum;
   }
@@ -131,10 +97,7 @@ struct KernelOperations
   static void write(const Kernel& kernel, BaseOArchive& archive)
   {
     archive << SerializationOItem("_dataColl", kernel._dataColl);
-    for (const Axis& axis : g_axes)
-      archive << SerializationOItem(axis.minKey, kernel.*axis.min);
-    for (const Axis& axis : g_axes)
-      archive << SerializationOItem(axis.sizeKey, kernel.*axis.size);
+    Box::write(kernel, archive);
     archive << SerializationOItem("_coefSum", kernel._coefSum);
     archive << SerializationOItem("_absCoefSum", kernel._absCoefSum);
   }
@@ -142,10 +105,7 @@ struct KernelOperations
   static void read(Kernel& kernel, BaseIArchive& archive, ipUInt32 version)
   {
     archive >> SerializationIItem("_dataColl", kernel._dataColl);
-    for (const Axis& axis : g_axes)
-      archive >> SerializationIItem(axis.minKey, kernel.*axis.min);
-    for (const Axis& axis : g_axes)
-      archive >> SerializationIItem(axis.sizeKey, kernel.*axis.size);
+    Box::read(kernel, archive);
     archive >> SerializationIItem("_coefSum", kernel._coefSum);
     if (version < 2)
       kernel._absCoefSum = kernel.computeAbsCoefSum();
@@ -154,58 +114,7 @@ struct KernelOperations
   }
 
 private:
-  using Coordinates = decltype(coordinatesOf(std::declval<Offset>()));
-
-  static constexpr std::size_t g_nbAxes = std::tuple_size<Coordinates>::value;
-
-  /// \brief The range of a kernel's box along one axis: its archive keys and its fields.
-  struct Axis
-  {
-    const char* minKey;
-    const char* sizeKey;
-    ipInt32 Kernel::*min;
-    ipUInt32 Kernel::*size;
-  };
-
-  static constexpr std::array<Axis, g_nbAxes> makeAxes()
-  {
-    constexpr Axis x = {"_minX", "_sizeX", &Kernel::_minX, &Kernel::_sizeX};
-    constexpr Axis y = {"_minY", "_sizeY", &Kernel::_minY, &Kernel::_sizeY};
-    if constexpr (g_nbAxes == 2)
-      return {x, y};
-    else
-      return {x, y, Axis{"_minZ", "_sizeZ", &Kernel::_minZ, &Kernel::_sizeZ}};
-  }
-
-  static constexpr std::array<Axis, g_nbAxes> g_axes = makeAxes();
-
-  /// \brief Return to - from, meant to wrap.
-  static ipUInt32 distance(ipInt32 from, ipInt32 to)
-  {
-    return static_cast<ipUInt32>(to) - static_cast<ipUInt32>(from);
-  }
-
-  /// \brief Widen the range of one axis to a coordinate.
-  ///
-  /// The arithmetic is meant to wrap: only so does the range that remove leaves behind, minimum 2147483647
-  /// and size 2, become that of the one new tap.
-  static void extendRange(ipInt32& min, ipUInt32& size, ipInt32 coordinate)
-  {
-    if (size == 0)
-    {
-      size = 1;
-      min = coordinate;
-      return;
-    }
-    if (min > coordinate)
-    {
-      size += distance(coordinate, min);
-      min = coordinate;
-    }
-    const auto last = static_cast<ipInt32>(size + static_cast<ipUInt32>(min) - 1);
-    if (last < coordinate)
-      size += distance(last, coordinate);
-  }
+  using Box = BoundingBox<Kernel>;
 
   static void addToSums(Kernel& kernel, Value value)
   {

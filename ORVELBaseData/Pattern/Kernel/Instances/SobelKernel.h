@@ -1,0 +1,52 @@
+#pragma once
+
+/// \file
+/// \brief Separable Sobel kernels: one line of taps for each image axis, of fixed small integers.
+///
+/// | type | smoothing | gradient |
+/// |---|---|---|
+/// | eSKT_Scharr3 | 3, 10, 3 | -1, 0, 1 |
+/// | eSKT_Sobel3 | 1, 2, 1 | -1, 0, 1 |
+/// | eSKT_Sobel5 | 1, 4, 6, 4, 1 | -1, -2, 0, 2, 1 |
+/// | eSKT_Sobel7 | 1, 6, 15, 20, 15, 6, 1 | -1, -4, -5, 0, 5, 4, 1 |
+///
+/// **Shape.** Taps from the most negative offset to the most positive on the kernel's axis, around the
+/// centre. The 0 at the centre of a gradient is a tap like any other. The smoothing rows of Sobel are
+/// binomial, and a gradient is the smoothing row two shorter convolved with -1, 0, 1. Nothing is normalised:
+/// the smoothing sums are 16, 4, 16 and 64. A gradient is positive at positive offsets, unlike the Gaussian
+/// ones.
+///
+/// **Parameters.** The type, a value that is none counting as eSKT_Scharr3; the results, whose old contents
+/// are released first.
+///
+/// **Errors.** None but for memory.
+///
+/// \par Reference
+/// I. Sobel, G. Feldman, A 3x3 isotropic gradient operator for image processing, 1968; H. Scharr, Optimal
+/// operators in digital image processing, 2000.
+
+#include <ORVELBaseData/ORVELBaseDataExport.h>
+#include <ORVELBaseData/Pattern/Kernel/KernelXY.h>
+#include <ORVELBaseData/Pattern/Kernel/KernelXYZ.h>
+#include <ORVELBaseData/Pattern/Kernel/SobelKernelType.h>
+
+namespace orvel
+{
+
+/// \brief Make the smoothing kernels of the plane. \see SobelKernel.h
+ORVELBASEDATA_EXPORT void separableSobelSmoothing(const eSobelKernelType& type, KernelXYPtr& pKernelX,
+                                                  KernelXYPtr& pKernelY);
+
+/// \brief Make the gradient kernels of the plane. \see SobelKernel.h
+ORVELBASEDATA_EXPORT void separableSobelGradient(const eSobelKernelType& type, KernelXYPtr& pKernelX,
+                                                 KernelXYPtr& pKernelY);
+
+/// \brief Make the smoothing kernels of space. \see SobelKernel.h
+ORVELBASEDATA_EXPORT void separableSobelSmoothing(const eSobelKernelType& type, KernelXYZPtr& pKernelX,
+                                                  KernelXYZPtr& pKernelY, KernelXYZPtr& pKernelZ);
+
+/// \brief Make the gradient kernels of space. \see SobelKernel.h
+ORVELBASEDATA_EXPORT void separableSobelGradient(const eSobelKernelType& type, KernelXYZPtr& pKernelX,
+                                                 KernelXYZPtr& pKernelY, KernelXYZPtr& pKernelZ);
+
+} // namespace orvel

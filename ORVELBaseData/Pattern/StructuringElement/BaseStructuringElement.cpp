@@ -1,0 +1,10 @@
+#include <ORVELBaseData/Pattern/StructuringElement/BaseStructuringElement.h>
+
+namespace orvel
+{
+
+ORVEL_DEFINE_ABSTRACT_SERIALIZABLE(BaseStructuringElement, BaseSerializationObject, 1)
+
+BaseStructuringElement::~BaseStructuringElement() = default;
+
+} // namespace orvel
