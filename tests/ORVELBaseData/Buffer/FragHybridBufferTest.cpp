@@ -224,7 +224,7 @@ TEST(FragHybridBuffer, TakesAnotherBlockForAnotherSizeInBytes)
 {
   FragHybridBuffer buffer;
   own(buffer, {"ab", "cd", "ef"});
-  for (const ipUInt64 nbFragments : {4, 2, 0, 5})
+  for (const ipUInt64 nbFragments : {4U, 2U, 0U, 5U})
   {
     const std::size_t nbArrays = getNbArraysAllocated();
     buffer.init(eDataType::eDT_UInt8, nbFragments, 2);
@@ -278,7 +278,7 @@ TEST(FragHybridBuffer, RefusesToReplaceAFragmentOfItsOwn)
   char other[] = "uv";
   FragHybridBuffer buffer;
   own(buffer, {"ab", "cd"});
-  for (const ipUInt64 fragment : {0, 2}) // who owns them is asked before the index is looked at
+  for (const ipUInt64 fragment : {0U, 2U}) // who owns them is asked before the index is looked at
     expectRaised("Can't set fragment data pointer on own fragment hybrid buffer",
                  "void orvel::FragHybridBuffer::setDataPtr(orvel::ipUInt64, void*)",
                  "ORVELBaseData/Buffer/FragHybridBuffer.cpp", "eOwnFragmentDataPtr",
@@ -477,7 +477,7 @@ TEST(FragHybridBuffer, IsClearedWhereverThereIsNoMemoryForItsBlockOrItsList)
 
 TEST(FragHybridBuffer, KeepsTheCauseWhenItsListFindsNoMemory)
 {
-  for (const std::size_t nbAllowed : {1, 2}) // behind the block
+  for (const std::size_t nbAllowed : {1U, 2U}) // behind the block
   {
     FragHybridBuffer buffer;
     expectNoMemory(24,

@@ -216,7 +216,7 @@ TEST(HybridBuffer, TakesAnotherBlockForAnotherSizeInBytes)
 {
   HybridBuffer buffer;
   own(buffer, 1, 2, 3);
-  for (const ipUInt64 size : {4, 2, 0, 5})
+  for (const ipUInt64 size : {4U, 2U, 0U, 5U})
   {
     const std::size_t nbArrays = getNbArraysAllocated();
     buffer.init(size, eDataType::eDT_Int16);
