@@ -125,12 +125,26 @@ INSTANTIATE_TEST_SUITE_P(Factory, AllClasses, testing::ValuesIn(namesOfTheLibrar
 TEST(AllClassesAreKnown, ByTheirNames)
 {
   const std::set<std::string> names = DynamicObjectFactory::getInstance().getRegisteredClassNames();
-  for (const char* name :
-       {"orvel::BaseDataItemEnumLeaf", "orvel::BaseDataItemNodeColl", "orvel::DataIdentifier",
-        "orvel::DataItemMap", "orvel::DoubleIdentifier", "orvel::ElementsRange", "orvel::ExternalBuffer",
-        "orvel::FragHybridBuffer", "orvel::HybridBuffer", "orvel::KernelXY", "orvel::KernelXYZ",
-        "orvel::OffsetXY", "orvel::OffsetXYZ", "orvel::SingleIdentifier", "orvel::StringIdentifier",
-        "orvel::TypedOwnBuffer"})
+  for (const char* name : {"orvel::BaseDataItemEnumLeaf",
+                           "orvel::BaseDataItemNodeColl",
+                           "orvel::DataIdentifier",
+                           "orvel::DataItemMap",
+                           "orvel::DoubleIdentifier",
+                           "orvel::ElementsRange",
+                           "orvel::ExternalBuffer",
+                           "orvel::FragHybridBuffer",
+                           "orvel::HybridBuffer",
+                           "orvel::KernelXY",
+                           "orvel::KernelXYZ",
+                           "orvel::OffsetXY",
+                           "orvel::OffsetXYZ",
+                           "orvel::SingleIdentifier",
+                           "orvel::StringIdentifier",
+                           "orvel::StructuringElementXY",
+                           "orvel::StructuringElementXYInfo",
+                           "orvel::StructuringElementXYZ",
+                           "orvel::StructuringElementXYZInfo",
+                           "orvel::TypedOwnBuffer"})
     EXPECT_EQ(names.count(name), 1U) << name;
   for (const char* type : {"ipBool", "ipInt8", "ipUInt8", "ipInt16", "ipUInt16", "ipInt32", "ipUInt32",
                            "ipInt64", "ipUInt64", "ipReal32", "ipReal64"})
@@ -209,7 +223,10 @@ void expectCopy(const Sample& sample, const BaseSerializationObject& target, Cop
 void expectSame(const Sample& sample, const SerializationObjectPtr& copy)
 {
   EXPECT_TRUE(sample.equals(*copy));
-  EXPECT_EQ(contentOf(sample, copy), contentOf(sample, sample.object));
+  if (!sample.isCopiedInPart)
+  {
+    EXPECT_EQ(contentOf(sample, copy), contentOf(sample, sample.object));
+  }
 }
 
 TEST_P(AllClasses, AreCopied)

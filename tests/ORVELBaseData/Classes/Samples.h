@@ -32,6 +32,7 @@ struct Sample
     return "";
   };
   bool isChangedByItself = false; ///< whether a copy of the object onto itself changes it
+  bool isCopiedInPart = false;    ///< whether a copy files less than the object
   bool isFiled = true;            ///< whether archives hold the value; else they hold nothing at all
   std::string fileFailure = {};   ///< the message with which the class refuses to be filed, if it does
 };
