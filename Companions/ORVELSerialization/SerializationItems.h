@@ -24,9 +24,9 @@
 ///
 /// Counts are filed as ipUInt32: of a count above 32 bits its low 32 bits. On input a count that the rest of
 /// the archive cannot hold is a failure before anything is allocated for it. Vectors are resized to the
-/// count and read into place (a vector of shared pointers lets its old elements go first); sets and maps are
-/// emptied, and each entry is entered as it is read: a repeated map key keeps the last value, a repeated set
-/// element the first. After a failure a container holds what had been read.
+/// count and read into place (vectors of shared pointers and of bool drop their old elements first); sets and
+/// maps are emptied, and each entry is entered as it is read: a repeated map key keeps the last value, a
+/// repeated set element the first. After a failure a container holds what had been read.
 
 #include <ORVELSerialization/BaseIArchive.h>
 #include <ORVELSerialization/BaseOArchive.h>
@@ -266,8 +266,9 @@ void readElements(BaseIArchive& archive, std::vector<E, A>& values, ipUInt32 cou
     }
   }
   archive.checkCount(count);
-  if constexpr (isSharedPtr<E>)
-    values.clear(); // the old objects are let go before new ones are made
+  // Old objects are let go before new ones are made, and all bits start out as false.
+  if constexpr (isSharedPtr<E> || std::is_same_v<E, bool>)
+    values.clear();
   values.resize(count);
   for (std::size_t index = 0; index < count; ++index)
   {
