@@ -23,8 +23,7 @@ namespace orvel
 /// Archive version 1: the item "enumValue", the text. A value without a text is not written: write() raises
 /// ORVELBaseDataException (eInvalidEnumIntValue), and version records may have been filed. A text without an
 /// integer is not read: read() raises ORVELBaseDataException (eInvalidEnumStrValue), and the value is as
-/// fromString() left it. The order of the virtual operations is part of the binary
-/// interface.
+/// fromString() left it. The order of the virtual operations is part of the binary interface.
 class ORVELBASEDATA_EXPORT BaseDataItemEnumLeaf : public BaseDataItemLeaf
 {
   ORVEL_DECLARE_ABSTRACT_SERIALIZABLE(BaseDataItemEnumLeaf)

@@ -100,7 +100,10 @@ void DataItemMap::clear()
 
 void DataItemMap::copyMembers(const DataItemMap& other)
 {
-  _itemMap.clear(); // also if other is this map: callers know that it ends up empty
+  // Emptied also if other is this map: callers know that it ends up empty. What it held lives on meanwhile,
+  // as other may be an item of this map that nobody else holds.
+  std::map<std::string, DataItemPtr> previous;
+  previous.swap(_itemMap);
   for (const auto& [name, item] : other._itemMap)
     _itemMap.emplace_hint(_itemMap.end(), name, details::duplicateItem(*item));
 }

@@ -21,17 +21,19 @@ struct DataItemComparison;
 
 /// \brief Item that holds items of any kind by name, in the order of the bytes of their names.
 ///
-/// Items are shared with whoever else holds their pointers, and copied by nobody: insertItem() keeps the
-/// caller's pointer, getItemPtr() gives it out again. An item may stand in several maps, or under several
-/// names; nothing looks for maps that hold themselves.
+/// Items are shared with whoever else holds their pointers: insertItem() keeps the caller's pointer, without
+/// a copy of the item, and getItemPtr() gives it out again. An item may stand in several maps, or under
+/// several names; nothing looks for maps that hold themselves.
 ///
-/// A copy is deep: every item is duplicated, so it shares nothing with its source; an item that stands under
-/// two names becomes two. Beware of `map = map`: the target is emptied first, so the map is empty afterwards.
+/// A copy of a map is deep: every item is duplicated, so it shares nothing with its source; an item that
+/// stands under two names becomes two. Beware of `map = map`: the target is emptied first, so the map is
+/// empty afterwards. When an item can't be duplicated the target holds the duplicates made so far.
 ///
 /// Archive version 1: the item "_itemMap", in the form of maps (\see SerializationItems.h). A reader needs to
 /// know nothing of the items: each is created by the name of its class, which has to be registered with
-/// DynamicObjectFactory, and reads itself. Null pointers can come from an archive only; getItem() of one,
-/// copying and comparing it are up to the caller to avoid.
+/// DynamicObjectFactory, and reads itself. Reading drops the old items first; a name that comes again keeps
+/// its last item, and after a failure the map holds the items read so far. Null pointers can come from an
+/// archive only; getItem() of one, copying and comparing it are up to the caller to avoid.
 class ORVELBASEDATA_EXPORT DataItemMap : public BaseDataItem
 {
   ORVEL_DECLARE_SERIALIZABLE(DataItemMap)
@@ -65,7 +67,7 @@ public:
   /// \throw ORVELBaseDataException (eItemNotInMap) if the name is not in the map
   void removeItem(const std::string& name);
 
-  void clear(); ///< \brief Drop all items.
+  void clear(); ///< drop all items
 
 private:
   friend struct details::DataItemComparison;
