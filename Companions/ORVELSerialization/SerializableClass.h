@@ -310,7 +310,7 @@ private:
   const ::orvel::DynamicRegistrator<Class> Class::g_classRegistrator("orvel::" #Class);                      \
   ORVEL_DEFINE_CREATION_OF(, Class, Class, Base)
 
-/// Defines, at global scope, the registrator of a template: Class##DynamicRegistrator<T>, made with the
+/// Defines, at global scope, the registrator of a template, `Class##DynamicRegistrator<T>`, made with the
 /// class-name text of Class<T>, and its two creator functions.
 #define ORVEL_DEFINE_TEMPLATE_REGISTRATOR(Class)                                                             \
   namespace orvel                                                                                            \

@@ -6,8 +6,8 @@
 #include <ORVELSerialization/DataType.h>
 #include <ORVELUtil/ScalarTypes.h>
 
-/// Calls apply(Name) for each element type, in the order of eDataType: the type is ip##Name, its enumerator
-/// eDT_##Name.
+/// Calls apply(Name) for each element type, in the order of eDataType: the type is `ip##Name`, its enumerator
+/// `eDT_##Name`.
 #define ORVEL_FOR_EACH_ELEMENT_TYPE(apply)                                                                   \
   apply(Bool) apply(Int8) apply(UInt8) apply(Int16) apply(UInt16) apply(Int32) apply(UInt32) apply(Int64)    \
       apply(UInt64) apply(Real32) apply(Real64)

@@ -11,7 +11,7 @@
 #include <string>
 
 /// Calls apply(Type, Name, text) for each type of value, in the order of eDataItemValueType: the enumerator
-/// is eDIVT_##Name, the text stands in class names.
+/// is `eDIVT_##Name`, the text stands in class names.
 #define ORVEL_FOR_EACH_VALUE_TYPE(apply)                                                                     \
   apply(orvel::ipBool, Bool, "ipBool") apply(orvel::ipInt8, Int8, "ipInt8")                                  \
       apply(orvel::ipUInt8, UInt8, "ipUInt8") apply(orvel::ipInt16, Int16, "ipInt16")                        \
