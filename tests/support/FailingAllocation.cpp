@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
 
 namespace
@@ -17,6 +18,7 @@ std::atomic<std::ptrdiff_t> g_nbArraysAllowed{g_never};
 std::atomic<std::size_t> g_latestArraySize{0};
 std::atomic<std::size_t> g_nbArraysAllocated{0};
 std::atomic<std::ptrdiff_t> g_nbBlocksInUse{0};
+std::atomic<int> g_filling{-1}; // -1: none
 
 void failInTurn(std::atomic<std::ptrdiff_t>& nbAllowed)
 {
@@ -36,6 +38,8 @@ void* allocate(std::size_t size)
   if (memory == nullptr)
     throw std::bad_alloc();
   ++g_nbBlocksInUse;
+  if (g_filling >= 0)
+    std::memset(memory, g_filling, size);
   return memory;
 }
 
@@ -104,6 +108,16 @@ void failNoAllocation()
 {
   g_nbAllowed = g_never;
   g_nbArraysAllowed = g_never;
+}
+
+void fillBlocksWith(unsigned char byte)
+{
+  g_filling = byte;
+}
+
+void fillNoBlocks()
+{
+  g_filling = -1;
 }
 
 std::ptrdiff_t getNbBlocksInUse()

@@ -30,6 +30,12 @@ void failNoAllocation();
 /// \brief Return the number of blocks of operator new that are in use.
 std::ptrdiff_t getNbBlocksInUse();
 
+/// \brief Let every new block hold this byte all over, so that it shows what a constructor leaves alone.
+void fillBlocksWith(unsigned char byte);
+
+/// \brief Let new blocks hold what they hold again.
+void fillNoBlocks();
+
 /// \brief Call an operation until it succeeds, with its first allocation failing, then its second and so on;
 /// call check after each failure.
 /// \return how many times it failed

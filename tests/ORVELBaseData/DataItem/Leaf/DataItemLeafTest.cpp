@@ -1,0 +1,436 @@
+#include <ORVELBaseData/DataItem/Leaf/DataItemLeaf.h>
+
+#include <cstring>
+#include <memory>
+#include <new>
+#include <type_traits>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "../ValueTesting.h"
+
+#include <ORVELBaseData/DataItem/DataItemUtils.h>
+#include <ORVELSerialization/ORVELSerializationException.h>
+#include <ORVELSerialization/ORVELSerializationLog.h>
+#include <ORVELUtil/DynamicObjectFactory.h>
+#include <support/FailingAllocation.h>
+#include <support/HandWrittenArchive.h>
+#include <support/LayoutChecks.h>
+#include <support/RaisedFailure.h>
+#include <support/Sanitizers.h>
+
+ORVEL_TEST_EXPOSE(ByteValue, &orvel::DataItemLeaf<orvel::ipUInt8>::_value)
+ORVEL_TEST_EXPOSE(StringValue, &orvel::DataItemLeaf<std::string>::_value)
+
+namespace
+{
+
+using namespace orvel;
+using namespace orvel::test;
+
+template <class T>
+class DataItemLeafOf : public ::testing::Test
+{
+protected:
+  using LeafType = DataItemLeaf<T>;
+  using TraitsType = ValueTypeTraits<T>;
+
+  static std::string className() { return std::string("orvel::DataItemLeaf<") + TraitsType::name + ">"; }
+
+  static LeafType leafOf(const T& value)
+  {
+    LeafType leaf;
+    leaf.setValue(value);
+    return leaf;
+  }
+
+  /// An archive of the values first() and second(), each in a leaf.
+  template <class HandWritten>
+  static std::string archiveOfTwo()
+  {
+    HandWritten archive;
+    putVersion(archive, "orvel::BaseDataItem", 1);
+    putVersion(archive, "orvel::BaseDataItemLeaf", 1);
+    putVersion(archive, className(), 1);
+    putValue(archive, "_value", TraitsType::first());
+    putValue(archive, "_value", TraitsType::second());
+    return archive.file();
+  }
+
+  template <class HandWritten>
+  static void expectTwoWritten()
+  {
+    EXPECT_EQ(fileOf<HandWritten>(
+                  [](BaseOArchive& archive)
+                  {
+                    const BoolResult written = leafOf(TraitsType::first()).write(archive);
+                    EXPECT_TRUE(written);
+                    EXPECT_EQ(written.getMessage(), "");
+                    EXPECT_TRUE(leafOf(TraitsType::second()).write(archive));
+                  }),
+              archiveOfTwo<HandWritten>());
+  }
+
+  template <class HandWritten>
+  static void expectTwoRead()
+  {
+    readFile<HandWritten>(archiveOfTwo<HandWritten>(),
+                          [](BaseIArchive& archive)
+                          {
+                            LeafType leaf;
+                            const BoolResult read = leaf.read(archive);
+                            EXPECT_TRUE(read);
+                            EXPECT_EQ(read.getMessage(), "");
+                            EXPECT_EQ(leaf.getValue(), TraitsType::first());
+                            EXPECT_TRUE(leaf.read(archive)); // over the old value
+                            EXPECT_EQ(leaf.getValue(), TraitsType::second());
+                          });
+  }
+};
+
+TYPED_TEST_SUITE(DataItemLeafOf, ValueTypes, );
+
+TYPED_TEST(DataItemLeafOf, IsALeafOfItsValueType)
+{
+  using Fixture = DataItemLeafOf<TypeParam>;
+  EXPECT_TRUE((std::is_base_of<BaseDataItemLeaf, typename Fixture::LeafType>::value));
+  const typename Fixture::LeafType leaf;
+  EXPECT_EQ(leaf.getDataItemType(), eDataItemType::eDIT_Leaf);
+  EXPECT_EQ(leaf.getDataItemValueType().getValue(), Fixture::TraitsType::valueType);
+  EXPECT_STREQ(leaf.getDataItemValueType().getText(), Fixture::TraitsType::text);
+}
+
+TYPED_TEST(DataItemLeafOf, HasItsNameAndVersion)
+{
+  using Fixture = DataItemLeafOf<TypeParam>;
+  EXPECT_EQ(Fixture::LeafType::getTypeName(), Fixture::className());
+  EXPECT_EQ(typename Fixture::LeafType().getClassName(), Fixture::className());
+  EXPECT_EQ(Fixture::LeafType::getVersion(), 1U);
+}
+
+TYPED_TEST(DataItemLeafOf, IsCreatedByItsNameAndByItself)
+{
+  using Leaf = DataItemLeaf<TypeParam>;
+  const DynamicObjectFactory& factory = DynamicObjectFactory::getInstance();
+  const std::string className = DataItemLeafOf<TypeParam>::className();
+  EXPECT_TRUE(factory.isRegistered(className));
+  const std::unique_ptr<BaseDynamicObject> byName(factory.createNew(className));
+  EXPECT_NE(dynamic_cast<Leaf*>(byName.get()), nullptr);
+  const std::unique_ptr<BaseDynamicObject> byItself(Leaf().createNew());
+  EXPECT_NE(dynamic_cast<Leaf*>(byItself.get()), nullptr);
+  EXPECT_NE(dynamic_cast<Leaf*>(Leaf().createShared().get()), nullptr);
+}
+
+TYPED_TEST(DataItemLeafOf, HasNoConstructorFromAValue)
+{
+  EXPECT_FALSE((std::is_constructible<DataItemLeaf<TypeParam>, TypeParam>::value));
+}
+
+TYPED_TEST(DataItemLeafOf, KeepsTheValueThatIsSet)
+{
+  using Traits = ValueTypeTraits<TypeParam>;
+  DataItemLeaf<TypeParam> leaf;
+  leaf.setValue(Traits::first());
+  EXPECT_EQ(leaf.getValue(), Traits::first());
+  leaf.setValue(Traits::second());
+  EXPECT_EQ(leaf.getValue(), Traits::second());
+}
+
+TYPED_TEST(DataItemLeafOf, HandsOutItsValueByReference)
+{
+  using Traits = ValueTypeTraits<TypeParam>;
+  DataItemLeaf<TypeParam> leaf = DataItemLeafOf<TypeParam>::leafOf(Traits::first());
+  const TypeParam& value = leaf.getValue();
+  EXPECT_EQ(&leaf.accessValue(), &value);
+  leaf.setValue(Traits::second());
+  EXPECT_EQ(value, Traits::second());
+}
+
+TYPED_TEST(DataItemLeafOf, ShowsAChangeThroughAccessValueEverywhere)
+{
+  using Fixture = DataItemLeafOf<TypeParam>;
+  using Traits = ValueTypeTraits<TypeParam>;
+  DataItemLeaf<TypeParam> leaf = Fixture::leafOf(Traits::first());
+  leaf.accessValue() = Traits::second();
+  EXPECT_EQ(leaf.getValue(), Traits::second());
+  EXPECT_TRUE(orvel::equal(leaf, Fixture::leafOf(Traits::second()), 0.0));
+  EXPECT_FALSE(orvel::equal(leaf, Fixture::leafOf(Traits::first()), 0.0));
+  const auto write = [](const DataItemLeaf<TypeParam>& written)
+  {
+    return fileOf<HandWrittenBinary>([&](BaseOArchive& archive) { written.write(archive); });
+  };
+  EXPECT_EQ(write(leaf), write(Fixture::leafOf(Traits::second())));
+}
+
+TYPED_TEST(DataItemLeafOf, CopiesItsValue)
+{
+  using Leaf = DataItemLeaf<TypeParam>;
+  using Traits = ValueTypeTraits<TypeParam>;
+  const Leaf leaf = DataItemLeafOf<TypeParam>::leafOf(Traits::first());
+  EXPECT_TRUE(leaf.hasCopySupport());
+  Leaf assigned;
+  EXPECT_EQ(&(assigned = leaf), &assigned);
+  EXPECT_EQ(assigned.getValue(), Traits::first());
+  EXPECT_EQ(Leaf(leaf).getValue(), Traits::first());
+  const std::unique_ptr<BaseDynamicObject> duplicate(leaf.duplicate());
+  EXPECT_EQ(dynamic_cast<Leaf&>(*duplicate).getValue(), Traits::first());
+  EXPECT_EQ(dynamic_cast<Leaf&>(*leaf.duplicateShared()).getValue(), Traits::first());
+}
+
+TYPED_TEST(DataItemLeafOf, KeepsItsValueWhenItIsAssignedToItself)
+{
+  using Traits = ValueTypeTraits<TypeParam>;
+  DataItemLeaf<TypeParam> leaf = DataItemLeafOf<TypeParam>::leafOf(Traits::first());
+  const auto& same = leaf;
+  leaf = same;
+  leaf.copy(leaf);
+  EXPECT_EQ(leaf.getValue(), Traits::first());
+}
+
+TYPED_TEST(DataItemLeafOf, FilesTheVersionsOnceAndEachValue)
+{
+  DataItemLeafOf<TypeParam>::template expectTwoWritten<HandWrittenXml>();
+  DataItemLeafOf<TypeParam>::template expectTwoWritten<HandWrittenBinary>();
+}
+
+TYPED_TEST(DataItemLeafOf, IsReadAsItIsFiled)
+{
+  DataItemLeafOf<TypeParam>::template expectTwoRead<HandWrittenXml>();
+  DataItemLeafOf<TypeParam>::template expectTwoRead<HandWrittenBinary>();
+}
+
+// New leaves
+
+TEST(DataItemLeaf, OfAStringIsEmptyAtFirst)
+{
+  EXPECT_EQ(DataItemLeaf<std::string>().getValue(), "");
+}
+
+TEST(DataItemLeaf, OfAPathIsEmptyAtFirst)
+{
+  EXPECT_EQ(DataItemLeaf<boost::filesystem::path>().getValue(), boost::filesystem::path());
+  EXPECT_TRUE(DataItemLeaf<boost::filesystem::path>().getValue().empty());
+}
+
+template <class T>
+class NewDataItemLeafOf : public ::testing::Test
+{
+};
+
+using ArithmeticTypes = ::testing::Types<ipBool, ipInt8, ipUInt8, ipInt16, ipUInt16, ipInt32, ipUInt32,
+                                         ipInt64, ipUInt64, ipReal32, ipReal64>;
+TYPED_TEST_SUITE(NewDataItemLeafOf, ArithmeticTypes, );
+
+/// The bytes of the value, which may be none of its type.
+template <class T>
+std::string bytesOf(const DataItemLeaf<T>& leaf)
+{
+  std::string bytes(sizeof(T), '\0');
+  std::memcpy(&bytes[0], &leaf.getValue(), sizeof(T));
+  return bytes;
+}
+
+TYPED_TEST(NewDataItemLeafOf, DoesNotTouchItsValue)
+{
+  using Leaf = DataItemLeaf<TypeParam>;
+  const std::string untouched(sizeof(TypeParam), '\xA5');
+  fillBlocksWith(0xA5);
+  const std::unique_ptr<Leaf> byItself(static_cast<Leaf*>(Leaf().createNew()));
+  const DynamicObjectPtr shared = Leaf().createShared();
+  const std::unique_ptr<Leaf> byClass(new Leaf);
+  fillNoBlocks();
+  EXPECT_EQ(bytesOf(*byItself), untouched);
+  EXPECT_EQ(bytesOf(static_cast<const Leaf&>(*shared)), untouched);
+  EXPECT_EQ(bytesOf(*byClass), untouched);
+}
+
+// The frame
+
+TEST(DataItemLeaf, AddsNoVirtualOperationAndOneField)
+{
+  if (!isSanitized) // the sanitizer widens the table
+  {
+    EXPECT_EQ(vtableSizeOf(DataItemLeaf<ipUInt8>()), 14U);
+    EXPECT_EQ(vtableSizeOf(DataItemLeaf<std::string>()), 14U);
+  }
+  EXPECT_EQ(offsetOf(memberOf(ByteValue())), 8);
+  EXPECT_EQ(offsetOf(memberOf(StringValue())), 8);
+  EXPECT_EQ(sizeof(DataItemLeaf<ipUInt8>), 16U);
+  EXPECT_EQ(sizeof(DataItemLeaf<std::string>), 8 + sizeof(std::string));
+}
+
+/// A leaf of another library that replaces only what makes new objects.
+class DerivedLeaf : public DataItemLeaf<ipInt32>
+{
+public:
+  BaseDynamicObject* createNew() const override { return new DerivedLeaf; }
+  void copy(const BaseDynamicObject& other) override
+  {
+    DataItemLeaf<ipInt32>::copy(other);
+    ++_nbCopies;
+  }
+  int getNbCopies() const { return _nbCopies; }
+
+private:
+  int _nbCopies = 0;
+};
+
+TEST(DataItemLeaf, IsDuplicatedThroughTheVirtualCreateNewAndCopy)
+{
+  DerivedLeaf leaf;
+  leaf.setValue(3);
+  const std::unique_ptr<BaseDynamicObject> duplicate(leaf.duplicate());
+  const auto* const derived = dynamic_cast<const DerivedLeaf*>(duplicate.get());
+  ASSERT_NE(derived, nullptr);
+  EXPECT_EQ(derived->getValue(), 3);
+  EXPECT_EQ(derived->getNbCopies(), 1);
+}
+
+TEST(DataItemLeaf, IsDuplicatedUnderASharedPointerAsItsOwnClass)
+{
+  DerivedLeaf leaf;
+  leaf.setValue(3);
+  const DynamicObjectPtr duplicate = leaf.duplicateShared();
+  EXPECT_EQ(dynamic_cast<const DerivedLeaf*>(duplicate.get()), nullptr);
+  EXPECT_EQ(dynamic_cast<const DataItemLeaf<ipInt32>&>(*duplicate).getValue(), 3);
+}
+
+TEST(DataItemLeaf, LeaksNothingWhenADuplicateRunsOutOfMemory)
+{
+  DataItemLeaf<std::string> leaf;
+  leaf.setValue(std::string(1000, 'x'));
+  const std::ptrdiff_t nbBlocks = getNbBlocksInUse();
+  const std::size_t nbFailures = failAtEachAllocation([&] { delete leaf.duplicate(); },
+                                                      [&] { EXPECT_EQ(getNbBlocksInUse(), nbBlocks); });
+  EXPECT_EQ(nbFailures, 2U); // the leaf, its text
+  EXPECT_EQ(
+      failAtEachAllocation([&] { leaf.duplicateShared(); }, [&] { EXPECT_EQ(getNbBlocksInUse(), nbBlocks); }),
+      2U);
+}
+
+// Archives
+
+template <class HandWritten>
+class ArchivedDataItemLeaf : public ::testing::Test
+{
+};
+
+using Formats = ::testing::Types<HandWrittenXml, HandWrittenBinary>;
+TYPED_TEST_SUITE(ArchivedDataItemLeaf, Formats, );
+
+TYPED_TEST(ArchivedDataItemLeaf, SharesTheVersionsOfItsBasesWithLeavesOfOtherTypes)
+{
+  TypeParam expected;
+  putVersion(expected, "orvel::BaseDataItem", 1);
+  putVersion(expected, "orvel::BaseDataItemLeaf", 1);
+  putVersion(expected, "orvel::DataItemLeaf<ipUInt8>", 1);
+  expected.integer("_value", 200);
+  putVersion(expected, "orvel::DataItemLeaf<ipInt8>", 1);
+  expected.integer("_value", -100);
+  EXPECT_EQ(fileOf<TypeParam>(
+                [](BaseOArchive& archive)
+                {
+                  DataItemLeaf<ipUInt8> first;
+                  first.setValue(200);
+                  first.write(archive);
+                  DataItemLeaf<ipInt8> second;
+                  second.setValue(-100);
+                  second.write(archive);
+                }),
+            expected.file());
+}
+
+TYPED_TEST(ArchivedDataItemLeaf, TakesALowerVersionAsItIs)
+{
+  TypeParam file;
+  putVersion(file, "orvel::BaseDataItem", 0);
+  putVersion(file, "orvel::BaseDataItemLeaf", 0);
+  putVersion(file, "orvel::DataItemLeaf<ipInt32>", 0);
+  file.integer("_value", 3);
+  readFile<TypeParam>(file.file(),
+                      [](BaseIArchive& archive)
+                      {
+                        DataItemLeaf<ipInt32> leaf;
+                        EXPECT_TRUE(leaf.read(archive));
+                        EXPECT_EQ(leaf.getValue(), 3);
+                        EXPECT_EQ(archive.getRegisterClassVersion("orvel::DataItemLeaf<ipInt32>"), 0U);
+                      });
+}
+
+TYPED_TEST(ArchivedDataItemLeaf, RefusesANewerVersionByTheNameOfItsInstance)
+{
+  TypeParam file;
+  putVersion(file, "orvel::BaseDataItem", 1);
+  putVersion(file, "orvel::BaseDataItemLeaf", 1);
+  putVersion(file, "orvel::DataItemLeaf<ipInt32>", 2);
+  file.integer("_value", 3);
+  std::istringstream stream(file.file());
+  typename TypeParam::IArchive archive(stream);
+  DataItemLeaf<ipInt32> leaf;
+  leaf.setValue(7);
+  const LogCapture log(getORVELSerializationLogger());
+  const auto failure = failureOf<ORVELSerializationException>([&] { leaf.read(archive); });
+  EXPECT_EQ(failure.getMessage(),
+            "Version 2 of class orvel::DataItemLeaf<ipInt32> is not supported, the highest supported version "
+            "is 1");
+#if !defined(__clang__)
+  EXPECT_EQ(failure.getFunction().rfind(
+                "orvel::BoolResult orvel::DataItemLeaf<T>::read(orvel::BaseIArchive&) [with T = int", 0),
+            0U)
+      << failure.getFunction();
+#else
+  EXPECT_NE(failure.getFunction().find("::read("), std::string::npos) << failure.getFunction();
+#endif
+  EXPECT_EQ(failure.getFile(), "ORVELBaseData/DataItem/Leaf/DataItemLeaf.cpp");
+  ASSERT_EQ(log.getRecords().size(), 1U);
+  EXPECT_EQ(log.getRecords()[0].message, failure.getMessage());
+  EXPECT_EQ(leaf.getValue(), 7);
+  EXPECT_FALSE(archive.isClassVersionRegistred("orvel::DataItemLeaf<ipInt32>"));
+  EXPECT_TRUE(archive.isClassVersionRegistred("orvel::BaseDataItemLeaf")); // that level had been read
+}
+
+TYPED_TEST(ArchivedDataItemLeaf, KeepsItsValueWhenTheItemIsOfAnotherType)
+{
+  TypeParam file;
+  putVersion(file, "orvel::BaseDataItem", 1);
+  putVersion(file, "orvel::BaseDataItemLeaf", 1);
+  putVersion(file, "orvel::DataItemLeaf<ipInt8>", 1);
+  file.integer("_value", 128); // one too many
+  DataItemLeaf<ipInt8> leaf;
+  leaf.setValue(7);
+  EXPECT_THROW(readStart<TypeParam>(file.file(), [&](BaseIArchive& archive) { leaf.read(archive); }),
+               ORVELSerializationException);
+  EXPECT_EQ(leaf.getValue(), 7);
+}
+
+TYPED_TEST(ArchivedDataItemLeaf, FilesStringsAndPathsOfAnyContent)
+{
+  const std::vector<std::string> contents = {
+      "", " ", "a\nb\r\n", "<&\">", std::string("nul\0in", 6), "\xC3\xA9", "\xFF\xFE is no UTF-8", "\x01"};
+  for (const std::string& content : contents)
+  {
+    DataItemLeaf<std::string> text;
+    text.setValue(content);
+    DataItemLeaf<boost::filesystem::path> path;
+    path.setValue(content);
+    const std::string file = fileOf<TypeParam>(
+        [&](BaseOArchive& archive)
+        {
+          text.write(archive);
+          path.write(archive);
+        });
+    DataItemLeaf<std::string> textRead;
+    DataItemLeaf<boost::filesystem::path> pathRead;
+    readFile<TypeParam>(file,
+                        [&](BaseIArchive& archive)
+                        {
+                          textRead.read(archive);
+                          pathRead.read(archive);
+                        });
+    EXPECT_EQ(textRead.getValue(), content);
+    EXPECT_EQ(pathRead.getValue().string(), content);
+  }
+}
+
+} // namespace

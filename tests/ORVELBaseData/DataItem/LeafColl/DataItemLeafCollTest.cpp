@@ -1,0 +1,440 @@
+#include <ORVELBaseData/DataItem/LeafColl/DataItemLeafColl.h>
+
+#include <cstring>
+#include <memory>
+#include <stdexcept>
+#include <type_traits>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "../ValueTesting.h"
+
+#include <ORVELBaseData/DataItem/DataItemUtils.h>
+#include <ORVELSerialization/ORVELSerializationException.h>
+#include <ORVELUtil/DynamicObjectFactory.h>
+#include <support/FailingAllocation.h>
+#include <support/HandWrittenArchive.h>
+#include <support/LayoutChecks.h>
+#include <support/RaisedFailure.h>
+#include <support/Sanitizers.h>
+
+ORVEL_TEST_EXPOSE(ByteColl, &orvel::DataItemLeafColl<orvel::ipUInt8>::_coll)
+ORVEL_TEST_EXPOSE(BoolColl, &orvel::DataItemLeafColl<orvel::ipBool>::_coll)
+
+namespace
+{
+
+using namespace orvel;
+using namespace orvel::test;
+
+template <class T>
+std::string classNameOf()
+{
+  return std::string("orvel::DataItemLeafColl<") + ValueTypeTraits<T>::name + ">";
+}
+
+template <class T>
+DataItemLeafColl<T> collOf(const std::vector<T>& values)
+{
+  DataItemLeafColl<T> coll;
+  coll.getColl() = values;
+  return coll;
+}
+
+/// The item "_coll", whose elements follow.
+template <class HandWritten>
+void openColl(HandWritten& archive, std::size_t size)
+{
+  archive.openSection("_coll");
+  archive.openSection("vector");
+  archive.integer("size", static_cast<std::int64_t>(size));
+}
+
+template <class HandWritten>
+void closeColl(HandWritten& archive)
+{
+  archive.close();
+  archive.close();
+}
+
+/// What stands ahead of the first collection of an archive.
+template <class T, class HandWritten>
+HandWritten startOfFirst()
+{
+  HandWritten archive;
+  putVersion(archive, "orvel::BaseDataItem", 1);
+  putVersion(archive, "orvel::BaseDataItemLeafColl", 1);
+  putVersion(archive, classNameOf<T>(), 1);
+  return archive;
+}
+
+template <class T, class HandWritten>
+void putColl(HandWritten& archive, const std::vector<T>& values)
+{
+  openColl(archive, values.size());
+  if constexpr (std::is_arithmetic_v<T> && !std::is_same_v<T, bool> &&
+                std::is_same_v<HandWritten, HandWrittenBinary>)
+  {
+    std::string bytes(values.size() * sizeof(T), '\0');
+    if (!values.empty())
+      std::memcpy(&bytes[0], values.data(), bytes.size());
+    archive.block(bytes);
+  }
+  else
+    for (std::size_t i = 0; i < values.size(); ++i)
+      putValue<HandWritten, T>(archive, "value", values[i]);
+  closeColl(archive);
+}
+
+template <class T, class HandWritten>
+std::string archiveOf(const std::vector<T>& values)
+{
+  auto archive = startOfFirst<T, HandWritten>();
+  putColl<T>(archive, values);
+  return archive.file();
+}
+
+template <class HandWritten, class T>
+std::string fileOfColl(const DataItemLeafColl<T>& coll)
+{
+  return fileOf<HandWritten>(
+      [&](BaseOArchive& archive)
+      {
+        const BoolResult written = coll.write(archive);
+        EXPECT_TRUE(written);
+        EXPECT_EQ(written.getMessage(), "");
+      });
+}
+
+template <class HandWritten, class T>
+void readColl(const std::string& file, DataItemLeafColl<T>& coll)
+{
+  readFile<HandWritten>(file,
+                        [&](BaseIArchive& archive)
+                        {
+                          const BoolResult read = coll.read(archive);
+                          EXPECT_TRUE(read);
+                          EXPECT_EQ(read.getMessage(), "");
+                        });
+}
+
+template <class T>
+class DataItemLeafCollOf : public ::testing::Test
+{
+protected:
+  const T _first = ValueTypeTraits<T>::first();
+  const T _second = ValueTypeTraits<T>::second();
+  const std::vector<T> _three = {_first, _second, _first};
+};
+
+TYPED_TEST_SUITE(DataItemLeafCollOf, ValueTypes, );
+
+TYPED_TEST(DataItemLeafCollOf, IsALeafCollectionOfItsValueType)
+{
+  EXPECT_TRUE((std::is_base_of<BaseDataItemLeafColl, DataItemLeafColl<TypeParam>>::value));
+  const DataItemLeafColl<TypeParam> coll;
+  EXPECT_EQ(coll.getDataItemType(), eDataItemType::eDIT_LeafColl);
+  EXPECT_EQ(coll.getDataItemValueType().getValue(), ValueTypeTraits<TypeParam>::valueType);
+  EXPECT_STREQ(coll.getDataItemValueType().getText(), ValueTypeTraits<TypeParam>::text);
+}
+
+TYPED_TEST(DataItemLeafCollOf, HasItsNameAndVersion)
+{
+  EXPECT_EQ(DataItemLeafColl<TypeParam>::getTypeName(), classNameOf<TypeParam>());
+  EXPECT_EQ(DataItemLeafColl<TypeParam>().getClassName(), classNameOf<TypeParam>());
+  EXPECT_EQ(DataItemLeafColl<TypeParam>::getVersion(), 1U);
+}
+
+TYPED_TEST(DataItemLeafCollOf, IsCreatedByItsNameAndByItself)
+{
+  using Coll = DataItemLeafColl<TypeParam>;
+  const std::unique_ptr<BaseDynamicObject> byName(
+      DynamicObjectFactory::getInstance().createNew(classNameOf<TypeParam>()));
+  ASSERT_NE(dynamic_cast<Coll*>(byName.get()), nullptr);
+  EXPECT_TRUE(dynamic_cast<Coll&>(*byName).isEmpty());
+  const std::unique_ptr<BaseDynamicObject> byItself(collOf<TypeParam>(this->_three).createNew());
+  EXPECT_TRUE(dynamic_cast<Coll&>(*byItself).isEmpty());
+  EXPECT_TRUE(dynamic_cast<Coll&>(*collOf<TypeParam>(this->_three).createShared()).isEmpty());
+}
+
+TYPED_TEST(DataItemLeafCollOf, IsEmptyAtFirst)
+{
+  const DataItemLeafColl<TypeParam> coll;
+  EXPECT_TRUE(coll.isEmpty());
+  EXPECT_EQ(coll.getSize(), 0U);
+  EXPECT_TRUE(coll.getColl().empty());
+}
+
+TYPED_TEST(DataItemLeafCollOf, AppendsInOrder)
+{
+  DataItemLeafColl<TypeParam> coll;
+  for (const TypeParam& value : {this->_first, this->_second, this->_first})
+    coll.push_back(value);
+  EXPECT_FALSE(coll.isEmpty());
+  EXPECT_EQ(coll.getSize(), 3U);
+  EXPECT_EQ(coll.getColl(), this->_three);
+}
+
+TYPED_TEST(DataItemLeafCollOf, ShowsWhatIsDoneToItsVectorEverywhere)
+{
+  DataItemLeafColl<TypeParam> coll;
+  std::vector<TypeParam>& values = coll.getColl();
+  values.insert(values.end(), 2, this->_first);
+  values.erase(values.begin());
+  values.push_back(this->_second);
+  const DataItemLeafColl<TypeParam>& constant = coll;
+  EXPECT_EQ(&constant.getColl(), &values);
+  EXPECT_EQ(coll.getSize(), 2U);
+  EXPECT_TRUE(orvel::equal(coll, collOf<TypeParam>({this->_first, this->_second}), 0.0));
+  EXPECT_FALSE(orvel::equal(coll, collOf<TypeParam>({this->_first, this->_first}), 0.0));
+  EXPECT_EQ(fileOfColl<HandWrittenBinary>(coll),
+            (archiveOf<TypeParam, HandWrittenBinary>({this->_first, this->_second})));
+}
+
+TYPED_TEST(DataItemLeafCollOf, IsEmptyOnceCleared)
+{
+  DataItemLeafColl<TypeParam> coll = collOf<TypeParam>(this->_three);
+  const std::size_t capacity = coll.getColl().capacity();
+  coll.clear();
+  EXPECT_TRUE(coll.isEmpty());
+  EXPECT_EQ(coll.getSize(), 0U);
+  EXPECT_EQ(coll.getColl().capacity(), capacity);
+  coll.clear(); // nothing left to do
+  EXPECT_TRUE(coll.isEmpty());
+}
+
+TYPED_TEST(DataItemLeafCollOf, CopiesItsValues)
+{
+  using Coll = DataItemLeafColl<TypeParam>;
+  const Coll coll = collOf<TypeParam>(this->_three);
+  EXPECT_TRUE(coll.hasCopySupport());
+  Coll assigned = collOf<TypeParam>({this->_second});
+  EXPECT_EQ(&(assigned = coll), &assigned);
+  EXPECT_EQ(assigned.getColl(), this->_three);
+  EXPECT_EQ(Coll(coll).getColl(), this->_three);
+  const std::unique_ptr<BaseDynamicObject> duplicate(coll.duplicate());
+  EXPECT_EQ(dynamic_cast<Coll&>(*duplicate).getColl(), this->_three);
+  EXPECT_EQ(dynamic_cast<Coll&>(*coll.duplicateShared()).getColl(), this->_three);
+}
+
+TYPED_TEST(DataItemLeafCollOf, SharesNothingWithItsCopy)
+{
+  const DataItemLeafColl<TypeParam> coll = collOf<TypeParam>(this->_three);
+  DataItemLeafColl<TypeParam> copy(coll);
+  copy.getColl()[0] = this->_second;
+  EXPECT_EQ(coll.getColl(), this->_three);
+}
+
+TYPED_TEST(DataItemLeafCollOf, KeepsItsValuesWhenItIsAssignedToItself)
+{
+  DataItemLeafColl<TypeParam> coll = collOf<TypeParam>(this->_three);
+  const auto& same = coll;
+  coll = same;
+  coll.copy(coll);
+  EXPECT_EQ(coll.getColl(), this->_three);
+}
+
+TYPED_TEST(DataItemLeafCollOf, FilesItsSizeAndItsValues)
+{
+  const auto coll = collOf<TypeParam>(this->_three);
+  EXPECT_EQ(fileOfColl<HandWrittenXml>(coll), (archiveOf<TypeParam, HandWrittenXml>(this->_three)));
+  EXPECT_EQ(fileOfColl<HandWrittenBinary>(coll), (archiveOf<TypeParam, HandWrittenBinary>(this->_three)));
+}
+
+TYPED_TEST(DataItemLeafCollOf, FilesNothingButItsSizeWhenEmpty)
+{
+  const DataItemLeafColl<TypeParam> coll;
+  EXPECT_EQ(fileOfColl<HandWrittenXml>(coll), (archiveOf<TypeParam, HandWrittenXml>({})));
+  EXPECT_EQ(fileOfColl<HandWrittenBinary>(coll), (archiveOf<TypeParam, HandWrittenBinary>({})));
+}
+
+TYPED_TEST(DataItemLeafCollOf, IsReadAsItIsFiledWhateverItHeld)
+{
+  for (const std::vector<TypeParam>& old :
+       {std::vector<TypeParam>(), std::vector<TypeParam>(100, this->_second)})
+    for (const std::vector<TypeParam>& values : {this->_three, std::vector<TypeParam>()})
+    {
+      auto coll = collOf<TypeParam>(old);
+      readColl<HandWrittenXml>(archiveOf<TypeParam, HandWrittenXml>(values), coll);
+      EXPECT_EQ(coll.getColl(), values);
+      coll.getColl() = old;
+      readColl<HandWrittenBinary>(archiveOf<TypeParam, HandWrittenBinary>(values), coll);
+      EXPECT_EQ(coll.getColl(), values);
+    }
+}
+
+// The frame
+
+TEST(DataItemLeafColl, AddsNoVirtualOperationAndOneField)
+{
+  if (!isSanitized) // the sanitizer widens the table
+  {
+    EXPECT_EQ(vtableSizeOf(DataItemLeafColl<ipUInt8>()), 14U);
+    EXPECT_EQ(vtableSizeOf(DataItemLeafColl<ipBool>()), 14U);
+  }
+  EXPECT_EQ(offsetOf(memberOf(ByteColl())), 8);
+  EXPECT_EQ(offsetOf(memberOf(BoolColl())), 8);
+  EXPECT_EQ(sizeof(DataItemLeafColl<ipUInt8>), 8 + sizeof(std::vector<ipUInt8>));
+  EXPECT_EQ(sizeof(DataItemLeafColl<ipBool>), 8 + sizeof(std::vector<bool>));
+}
+
+TEST(DataItemLeafColl, OfBoolIsPacked)
+{
+  EXPECT_TRUE((std::is_same<decltype(DataItemLeafColl<ipBool>().getColl()), std::vector<bool>&>::value));
+  DataItemLeafColl<ipBool> coll;
+  const ipBool bit = true;
+  coll.push_back(bit);
+  coll.getColl().flip();
+  EXPECT_FALSE(coll.isEmpty());
+  EXPECT_EQ(coll.getSize(), 1U); // bits
+  EXPECT_EQ(coll.getColl(), std::vector<bool>{false});
+}
+
+TEST(DataItemLeafColl, PassesOnThatMemoryRanOut)
+{
+  DataItemLeafColl<ipInt32> coll;
+  const std::ptrdiff_t nbBlocks = getNbBlocksInUse();
+  failAllocationAfter(0);
+  EXPECT_THROW(coll.push_back(1), std::bad_alloc);
+  failNoAllocation();
+  EXPECT_TRUE(coll.isEmpty());
+  EXPECT_EQ(getNbBlocksInUse(), nbBlocks);
+  EXPECT_THROW(coll.getColl().resize(coll.getColl().max_size() + 1), std::length_error);
+}
+
+TEST(DataItemLeafColl, LeaksNothingWhenACopyRunsOutOfMemory)
+{
+  const auto coll = collOf<std::string>({std::string(100, 'a'), std::string(100, 'b')});
+  const std::ptrdiff_t nbBlocks = getNbBlocksInUse();
+  const auto check = [&]
+  {
+    EXPECT_EQ(getNbBlocksInUse(), nbBlocks);
+  };
+  EXPECT_EQ(failAtEachAllocation([&] { delete coll.duplicate(); }, check), 4U); // object, vector, two texts
+  EXPECT_EQ(failAtEachAllocation([&] { coll.duplicateShared(); }, check), 4U);
+}
+
+// Archives
+
+template <class HandWritten>
+class ArchivedDataItemLeafColl : public ::testing::Test
+{
+};
+
+using Formats = ::testing::Types<HandWrittenXml, HandWrittenBinary>;
+TYPED_TEST_SUITE(ArchivedDataItemLeafColl, Formats, );
+
+TYPED_TEST(ArchivedDataItemLeafColl, OfBoolIsFiledAndReadBitForBit)
+{
+  for (const std::size_t size : {0U, 1U, 63U, 64U, 65U}) // words have 64 bits
+    for (const bool last : {false, true})
+    {
+      std::vector<bool> bits;
+      for (std::size_t i = 0; i < size; ++i)
+        bits.push_back(i + 1 == size ? last : i % 3 == 0 || i % 7 == 2);
+      const std::string file = archiveOf<bool, TypeParam>(bits);
+      EXPECT_EQ(fileOfColl<TypeParam>(collOf<bool>(bits)), file) << size;
+      auto coll = collOf<bool>(std::vector<bool>(70, true));
+      readColl<TypeParam>(file, coll);
+      EXPECT_EQ(coll.getColl(), bits) << size;
+    }
+}
+
+TYPED_TEST(ArchivedDataItemLeafColl, FilesTheVersionsOnceForCollectionsOfAllTypes)
+{
+  auto expected = startOfFirst<ipInt16, TypeParam>();
+  putColl<ipInt16>(expected, {-300, 300});
+  putColl<ipInt16>(expected, {});
+  putVersion(expected, "orvel::DataItemLeafColl<std::string>", 1);
+  putColl<std::string>(expected, {"one"});
+  EXPECT_EQ(fileOf<TypeParam>(
+                [](BaseOArchive& archive)
+                {
+                  collOf<ipInt16>({-300, 300}).write(archive);
+                  collOf<ipInt16>({}).write(archive);
+                  collOf<std::string>({"one"}).write(archive);
+                }),
+            expected.file());
+}
+
+TYPED_TEST(ArchivedDataItemLeafColl, OfBoolDropsItsBitsBeforeItReads)
+{
+  auto file = startOfFirst<ipBool, TypeParam>();
+  openColl(file, 4);
+  file.boolean("value", true);
+  file.text("value", "no bool");
+  file.boolean("value", true);
+  file.boolean("value", true);
+  closeColl(file);
+  auto coll = collOf<ipBool>({true, true, true, true, true});
+  EXPECT_THROW(readStart<TypeParam>(file.file(), [&](BaseIArchive& archive) { coll.read(archive); }),
+               ORVELSerializationException);
+  EXPECT_EQ(coll.getColl(), (std::vector<bool>{true, false, false, false})); // new bits are false
+}
+
+TEST(DataItemLeafColl, IsReadIntoPlaceElementByElement)
+{
+  auto file = startOfFirst<ipInt32, HandWrittenXml>();
+  openColl(file, 3);
+  file.integer("value", 1);
+  file.text("value", "no number");
+  file.integer("value", 3);
+  closeColl(file);
+  auto coll = collOf<ipInt32>({7, 8, 9, 10});
+  EXPECT_THROW(readStart<HandWrittenXml>(file.file(), [&](BaseIArchive& archive) { coll.read(archive); }),
+               ORVELSerializationException);
+  EXPECT_EQ(coll.getColl(), (std::vector<ipInt32>{1, 8, 9}));
+}
+
+TEST(DataItemLeafColl, InTheFormOfABlockIsNotReadElementByElement)
+{
+  auto file = startOfFirst<ipUInt8, HandWrittenXml>();
+  openColl(file, 2);
+  file.block("ab");
+  closeColl(file);
+  DataItemLeafColl<ipUInt8> coll;
+  EXPECT_THROW(readStart<HandWrittenXml>(file.file(), [&](BaseIArchive& archive) { coll.read(archive); }),
+               ORVELSerializationException);
+}
+
+TEST(DataItemLeafColl, InTheFormOfElementsIsNotReadAsABlock)
+{
+  auto file = startOfFirst<ipUInt8, HandWrittenBinary>();
+  openColl(file, 2);
+  file.integer("value", 97);
+  file.integer("value", 98);
+  closeColl(file);
+  DataItemLeafColl<ipUInt8> coll;
+  EXPECT_THROW(readStart<HandWrittenBinary>(file.file(), [&](BaseIArchive& archive) { coll.read(archive); }),
+               ORVELSerializationException);
+}
+
+TYPED_TEST(ArchivedDataItemLeafColl, AllocatesNothingForACountThatTheArchiveCannotHold)
+{
+  auto file = startOfFirst<ipReal64, TypeParam>();
+  openColl(file, 4294967295U); // 32 GiB
+  closeColl(file);
+  auto coll = collOf<ipReal64>({7.0, 8.0});
+  EXPECT_THROW(readStart<TypeParam>(file.file(), [&](BaseIArchive& archive) { coll.read(archive); }),
+               ORVELSerializationException);
+  EXPECT_EQ(coll.getColl(), (std::vector<ipReal64>{7.0, 8.0}));
+}
+
+TYPED_TEST(ArchivedDataItemLeafColl, RefusesANewerVersionByTheNameOfItsInstance)
+{
+  TypeParam file;
+  putVersion(file, "orvel::BaseDataItem", 1);
+  putVersion(file, "orvel::BaseDataItemLeafColl", 1);
+  putVersion(file, "orvel::DataItemLeafColl<ipInt32>", 2);
+  putColl<ipInt32>(file, {1, 2, 3});
+  auto coll = collOf<ipInt32>({7});
+  EXPECT_EQ(messageOf<ORVELSerializationException>(
+                [&]
+                { readStart<TypeParam>(file.file(), [&](BaseIArchive& archive) { coll.read(archive); }); }),
+            "Version 2 of class orvel::DataItemLeafColl<ipInt32> is not supported, the highest supported "
+            "version is 1");
+  EXPECT_EQ(coll.getColl(), (std::vector<ipInt32>{7}));
+}
+
+} // namespace
