@@ -38,22 +38,22 @@ public:
   virtual const std::string& getNodeName() const = 0;        ///< the name of the node, for users
   virtual const std::string& getNodeLibraryName() const = 0; ///< the library in which the class stands
 
-  virtual const ItemNameColl& getItemKeys() const = 0; ///< the keys of all items
+  virtual const ItemNameColl& getItemKeys() const = 0; ///< the keys of all items, in the order of their bytes
 
   /// \brief Return what there is to tell of an item, null if the key is that of none.
   virtual ItemInfoConstPtr getItemInfo(const std::string& key) const = 0;
 
-  bool existsItem(const std::string& key) const; ///< whether the key is that of an item
+  bool existsItem(const std::string& key) const; ///< whether the key is that of an item; no failure if not
 
-  /// \brief Return an item.
+  /// \brief Return an item, valid as long as the node has it.
   /// \throw ORVELBaseDataException (eUnknownItem) if the key is that of none
   const BaseDataItem& getItem(const std::string& key) const;
 
-  /// \brief Return the name of an item, for users.
+  /// \brief Return the name of an item, for users, valid as long as the node has it.
   /// \throw ORVELBaseDataException (eUnknownItem) if the key is that of none
   const std::string& getItemName(const std::string& key) const;
 
-  /// \brief Return the tool tip of an item.
+  /// \brief Return the tool tip of an item, valid as long as the node has it.
   /// \throw ORVELBaseDataException (eUnknownItem) if the key is that of none
   const std::string& getItemToolTip(const std::string& key) const;
 

@@ -44,7 +44,10 @@ void BaseDataItemNodeColl::push_back(const DataItemNodePtr& node)
 
 void BaseDataItemNodeColl::copyMembers(const BaseDataItemNodeColl& other)
 {
-  _coll.clear(); // also if other is this collection: callers know that it ends up empty
+  // Emptied also if other is this collection: callers know that it ends up empty. What it held lives on
+  // meanwhile, as other may be an item of one of these nodes that nobody else holds.
+  std::vector<DataItemNodePtr> previous;
+  previous.swap(_coll);
   _coll.reserve(other._coll.size());
   for (const DataItemNodePtr& node : other._coll)
     _coll.push_back(details::duplicateItem(*node));

@@ -15,14 +15,19 @@ namespace orvel
 
 /// \brief Item of a sequence of nodes of any classes. Concrete in spite of its name.
 ///
-/// Nodes are shared with whoever else holds their pointers. A copy is deep: every node is duplicated, so it
-/// shares nothing with its source; a node that is held twice becomes two. Beware of `coll = coll`: the target
-/// is emptied first, so the collection is empty afterwards.
+/// Nodes are shared with whoever else holds their pointers: push_back() keeps the caller's pointer, without a
+/// copy of the node.
+///
+/// A copy of a collection is deep: every node is duplicated, so it shares nothing with its source; a node
+/// that is held twice becomes two. Beware of `coll = coll`: the target is emptied first, so the collection is
+/// empty afterwards. When a node can't be duplicated the target holds the duplicates made so far.
 ///
 /// Archive version 1: the item "_coll", in the form of vectors of shared objects (\see SerializationItems.h).
-/// Each node is created by the name of its class, which has to be registered with DynamicObjectFactory. Null
-/// pointers can come from an archive only; to get, copy or compare one is up to the caller to avoid. Counts
-/// have 32 bits.
+/// Each node is created by the name of its class, which has to be registered with DynamicObjectFactory, and
+/// reads itself. Reading drops the old nodes first; after a failure the collection holds the nodes read so
+/// far, and null pointers in place of the others. Null pointers can come from an archive only, also from a
+/// whole one; getNodeBase() of one, copying and comparing it are up to the caller to avoid. Counts have 32
+/// bits.
 class ORVELBASEDATA_EXPORT BaseDataItemNodeColl : public BaseDataItem
 {
   ORVEL_DECLARE_SERIALIZABLE(BaseDataItemNodeColl)
@@ -32,8 +37,8 @@ public:
 
   eDataItemType getDataItemType() const override; ///< eDIT_NodeColl
 
-  ipUInt32 getSize() const; ///< number of nodes
-  bool isEmpty() const { return _coll.empty(); }
+  ipUInt32 getSize() const;                                             ///< number of nodes
+  bool isEmpty() const { return _coll.empty(); }                        ///< whether there are no nodes
   const std::vector<DataItemNodePtr>& getColl() const { return _coll; } ///< the nodes, in order
 
   /// \brief Return a node, valid as long as somebody holds it.

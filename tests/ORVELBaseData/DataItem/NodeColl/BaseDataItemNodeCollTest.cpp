@@ -275,6 +275,20 @@ TEST(BaseDataItemNodeColl, IsEmptyAfterBeingCopiedToItself)
   EXPECT_TRUE(coll.isEmpty());
 }
 
+TEST(BaseDataItemNodeColl, BecomesACopyOfACollectionThatOnlyItsOwnNodeHolds)
+{
+  NodeColl coll;
+  {
+    const auto inner = boost::make_shared<NodeColl>();
+    inner->push_back(makeSampleNode(5, "five"));
+    const auto node = boost::make_shared<AnyNode>();
+    node->setItem("inner", inner);
+    coll.push_back(node);
+  }
+  coll.copy(coll.getNodeBase(0).getItem("inner"));
+  EXPECT_EQ(countsOf(coll), std::vector<ipInt32>{5});
+}
+
 TEST(BaseDataItemNodeColl, HoldsANodeTwiceUnderOnePointer)
 {
   const auto node = makeSampleNode(1, "one");
