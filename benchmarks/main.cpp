@@ -24,6 +24,7 @@ int main(int argc, char** argv)
   orvel::benchmarks::addArchiveCases();
   orvel::benchmarks::addBufferCases();
   orvel::benchmarks::addFrameCases();
+  orvel::benchmarks::addDataItemCases();
 
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv))

@@ -8,6 +8,9 @@ medians of ratios: repetition by repetition, the library's time against the peer
 machine that is busy for a while slows both. The first repetition warms memory and caches up and is left out.
 Where other work runs all the time, --time cpu leaves the waiting for a processor out, but that for a disk too.
 
+Series show how a cost grows: with the number of parameters, where the exponent of the best power law through the
+medians counts, and with the depth of a tree, where the medians are set against the first of them.
+
 Exit code: 0 if everything ran, 1 if a case failed (for instance because what it read was not what it wrote),
 2 for wrong arguments. A figure that falls short does not fail the run.
 """
@@ -15,6 +18,7 @@ Exit code: 0 if everything ran, 1 if a case failed (for instance because what it
 import argparse
 import collections
 import json
+import math
 import os
 import pathlib
 import re
@@ -93,6 +97,27 @@ FRAME = [
     Target("version", "boost_mutex", AT_MOST, None),
 ]
 
+ITEMS = [
+    Target("items_write/memory", "boost", FASTER, 4.0),
+    Target("items_write/memory", "cereal", FASTER, 2.5),
+    Target("items_read/memory", "boost", FASTER, 2.5),
+    Target("items_read/memory", "cereal", FASTER, 1.5),
+    Target("items_xml_write/memory", "boost", FASTER, 4.0),
+    Target("items_xml_write/memory", "cereal", FASTER, 6.0),
+    Target("items_xml_read/memory", "boost", FASTER, 2.0),
+    Target("items_xml_read/memory", "cereal", FASTER, 1.2),
+    Target("items_equal", "walk", AT_MOST, 2.0),
+    Target("items_build", "cereal", AT_MOST, None),
+    Target("items_build", "boost", AT_MOST, None),
+    Target("items_copy", "cereal", AT_MOST, None),
+    Target("items_copy", "boost", AT_MOST, None),
+]
+# The sides of a series are the numbers that the cost depends on. A bound is that of the exponent.
+Series = collections.namedtuple("Series", "group bound")
+ITEM_COSTS = ("build", "copy", "equal", "write", "read", "xml_write", "xml_read")
+SERIES = ([Series("items_%s/parameters" % cost, 1.1) for cost in ITEM_COSTS]
+          + [Series("items_%s/depth" % cost, None) for cost in ITEM_COSTS])
+
 
 def all_targets():
     """The targets with the media filled in."""
@@ -100,7 +125,7 @@ def all_targets():
     result += SYNCHRONISED_BLOCK
     for medium in ("memory", "tmpfs", "disk"):
         result += [t._replace(group=t.group.format(medium=medium)) for t in SUBJECTS]
-    return result + MEMORY + BUFFERS + FRAME
+    return result + MEMORY + BUFFERS + FRAME + ITEMS
 
 
 def split_name(name):
@@ -194,7 +219,39 @@ def print_comparison(measured):
                       readable_time(statistics.median(times[target.peer].values())),
                       target.kind, "-" if target.bound is None else "%g" % target.bound,
                       "%.2f" % median, "%.2f .. %.2f" % (quartiles[0], quartiles[2]), result))
+    for series in SERIES:
+        if series.group in measured:
+            result = print_series(series, measured[series.group])
+            reached += result == "reached"
+            short += result == "SHORT"
+            missing += result == "not measured"
     print("\n%d targets reached, %d short, %d not measured" % (reached, short, missing))
+
+
+def fitted_exponent(medians):
+    """The slope of the straight line through the logarithms: least squares."""
+    points = [(math.log(number), math.log(median)) for number, median in medians.items()]
+    mean_x = statistics.mean(x for x, _ in points)
+    mean_y = statistics.mean(y for _, y in points)
+    return (sum((x - mean_x) * (y - mean_y) for x, y in points)
+            / sum((x - mean_x) ** 2 for x, _ in points))
+
+
+def print_series(series, times):
+    medians = {int(number): statistics.median(found.values()) for number, found in times.items() if found}
+    numbers = sorted(medians)
+    if len(numbers) < 3:
+        print("%-24s not measured" % series.group)
+        return "" if series.bound is None else "not measured"
+    costs = ", ".join("%d: %s" % (number, readable_time(medians[number])) for number in numbers)
+    if series.bound is None:
+        against = " .. ".join("%.2f" % (medians[number] / medians[numbers[0]]) for number in numbers)
+        print("%-24s %s; against the first: %s" % (series.group, costs, against))
+        return ""
+    exponent = fitted_exponent(medians)
+    result = "reached" if exponent <= series.bound else "SHORT"
+    print("%-24s %s; exponent %.3f, at most %g: %s" % (series.group, costs, exponent, series.bound, result))
+    return result
 
 
 def main():
