@@ -54,15 +54,18 @@ void makeKernels(const Coefficients& coefficients, KernelXYPtr& pKernelX, Kernel
 {
   pKernelX.reset();
   pKernelY.reset();
-  pKernelX = boost::make_shared<KernelXY>();
-  pKernelY = boost::make_shared<KernelXY>();
+  // Handed out when they are whole: memory may run out on the way, and one pointer may be given for both.
+  const auto kernelX = boost::make_shared<KernelXY>();
+  const auto kernelY = boost::make_shared<KernelXY>();
   ipInt32 place = -static_cast<ipInt32>(coefficients.size() / 2);
   for (const ipReal32 coefficient : coefficients)
   {
-    pKernelX->insert(OffsetXY(place, 0), coefficient);
-    pKernelY->insert(OffsetXY(0, place), coefficient);
+    kernelX->insert(OffsetXY(place, 0), coefficient);
+    kernelY->insert(OffsetXY(0, place), coefficient);
     ++place;
   }
+  pKernelX = kernelX;
+  pKernelY = kernelY;
 }
 
 void makeKernels(const Coefficients& coefficients, KernelXYZPtr& pKernelX, KernelXYZPtr& pKernelY,
@@ -71,17 +74,20 @@ void makeKernels(const Coefficients& coefficients, KernelXYZPtr& pKernelX, Kerne
   pKernelX.reset();
   pKernelY.reset();
   pKernelZ.reset();
-  pKernelX = boost::make_shared<KernelXYZ>();
-  pKernelY = boost::make_shared<KernelXYZ>();
-  pKernelZ = boost::make_shared<KernelXYZ>();
+  const auto kernelX = boost::make_shared<KernelXYZ>();
+  const auto kernelY = boost::make_shared<KernelXYZ>();
+  const auto kernelZ = boost::make_shared<KernelXYZ>();
   ipInt32 place = -static_cast<ipInt32>(coefficients.size() / 2);
   for (const ipReal32 coefficient : coefficients)
   {
-    pKernelX->insert(OffsetXYZ(place, 0, 0), coefficient);
-    pKernelY->insert(OffsetXYZ(0, place, 0), coefficient);
-    pKernelZ->insert(OffsetXYZ(0, 0, place), coefficient);
+    kernelX->insert(OffsetXYZ(place, 0, 0), coefficient);
+    kernelY->insert(OffsetXYZ(0, place, 0), coefficient);
+    kernelZ->insert(OffsetXYZ(0, 0, place), coefficient);
     ++place;
   }
+  pKernelX = kernelX;
+  pKernelY = kernelY;
+  pKernelZ = kernelZ;
 }
 
 } // namespace

@@ -19,7 +19,7 @@
 /// **Parameters.** The type, a value that is none counting as eSKT_Scharr3; the results, whose old contents
 /// are released first.
 ///
-/// **Errors.** None but for memory.
+/// **Errors.** None but for memory: the results are null then.
 ///
 /// \par Reference
 /// I. Sobel, G. Feldman, A 3x3 isotropic gradient operator for image processing, 1968; H. Scharr, Optimal
