@@ -104,6 +104,7 @@ namespace sample
 
 using orvel::raise;
 using orvel::raiseWithCause;
+using orvel::warn;
 
 struct Box
 {
@@ -173,6 +174,30 @@ void withCause(const std::exception& cause)
 {
   g_line = __LINE__ + 1;
   raiseWithCause(ORVEL_HERE, cause, eSampleMessage::eWidth, 2.5);
+}
+
+void warnPlain()
+{
+  g_line = __LINE__ + 1;
+  warn(ORVEL_HERE, eSampleMessage::ePlain);
+}
+
+void warnWithoutArguments()
+{
+  g_line = __LINE__ + 1;
+  warn(ORVEL_HERE, eSampleMessage::eWidth);
+}
+
+void warnOfUnknownId()
+{
+  g_line = __LINE__ + 1;
+  warn(ORVEL_HERE, eSampleMessage::eMissing);
+}
+
+void warnWithBrokenText()
+{
+  g_line = __LINE__ + 1;
+  warn(ORVEL_HERE, eSampleMessage::eBroken);
 }
 
 } // namespace sample
@@ -663,5 +688,148 @@ TEST(RaiseWithCause, ReportsABrokenMessageByItsOwnReason)
   EXPECT_STREQ(failure.getCause()->what(),
                "boost::too_few_args: format-string referred to more arguments than were passed");
 }
+
+// --- Warnings -----------------------------------------------------------------------------------------
+
+TEST(Warn, LogsTheTextAtTheLevelOfWarningsOnTheOwnersLogger)
+{
+  const LogCapture capture(sample::logger());
+  sample::warnPlain();
+
+  ASSERT_EQ(capture.getRecords().size(), 1U);
+  const LogRecord& record = capture.getRecords()[0];
+  EXPECT_EQ(record.level, 30000);
+  EXPECT_EQ(record.logger, "ORVEL.RaiseTest");
+  EXPECT_EQ(record.message, "The box is not set, 100% sure");
+  EXPECT_EQ(record.file, g_file);
+  EXPECT_EQ(static_cast<unsigned int>(record.line), sample::g_line);
+}
+
+TEST(Warn, LogsOnceAlsoForTheAppendersOfTheBaseLogger)
+{
+  const LogCapture capture(orvel::getBaseLogger());
+  sample::warnPlain();
+  ASSERT_EQ(capture.getRecords().size(), 1U);
+  EXPECT_EQ(capture.getRecords()[0].logger, "ORVEL.RaiseTest");
+}
+
+TEST(Warn, LogsAtTheLevelOfWarnings)
+{
+  const LogCapture capture(sample::logger(), log4cplus::WARN_LOG_LEVEL);
+  sample::warnPlain();
+  EXPECT_EQ(capture.getRecords().size(), 1U);
+}
+
+TEST(Warn, LogsNothingOnADisabledLogger)
+{
+  for (const int level : {log4cplus::ERROR_LOG_LEVEL, log4cplus::FATAL_LOG_LEVEL, log4cplus::OFF_LOG_LEVEL})
+  {
+    const LogCapture capture(sample::logger(), level);
+    EXPECT_NO_THROW(sample::warnPlain());
+    EXPECT_EQ(capture.getRecords().size(), 0U);
+  }
+}
+
+TEST(Warn, TakesItsStepsInOrder)
+{
+  const LevelGuard level(sample::logger(), log4cplus::WARN_LOG_LEVEL);
+  const AppenderGuard appender(sample::logger(), [](const auto& event)
+                               { sample::g_steps.push_back("record " + event.getMessage()); });
+  sample::g_steps.clear();
+  sample::warnPlain();
+  EXPECT_EQ(sample::g_steps,
+            (std::vector<std::string>{"logger", "manager", "record The box is not set, 100% sure"}));
+}
+
+TEST(Warn, LooksNothingUpForADisabledLogger)
+{
+  const LevelGuard level(sample::logger(), log4cplus::ERROR_LOG_LEVEL);
+  sample::g_steps.clear();
+  sample::warnPlain();
+  EXPECT_EQ(sample::g_steps, std::vector<std::string>{"logger"});
+}
+
+const BrokenCase g_brokenWarnings[] = {
+    {"no arguments", &sample::warnWithoutArguments, "void sample::warnWithoutArguments()",
+     "boost::too_few_args: format-string referred to more arguments than were passed"},
+    {"unknown id", &sample::warnOfUnknownId, "void sample::warnOfUnknownId()",
+     "No message 3 of domain N6sample14eSampleMessage6domainE in the table of RaiseTest"},
+    {"broken text", &sample::warnWithBrokenText, "void sample::warnWithBrokenText()",
+     "boost::bad_format_string: format-string is ill-formed"},
+};
+
+TEST(WarnOfABrokenMessage, ThrowsAPlainBaseExceptionWithTheReasonAsCause)
+{
+  const LevelGuard level(sample::logger(), log4cplus::WARN_LOG_LEVEL);
+  for (const BrokenCase& each : g_brokenWarnings)
+  {
+    const auto failure = failureOf<BaseException>(each.raise);
+    EXPECT_EQ(failure.getMessage(), g_brokenText) << each.description;
+    expectPlace(failure, each.function);
+    ASSERT_NE(failure.getCause(), nullptr) << each.description;
+    EXPECT_EQ(failure.getCause()->what(), each.cause) << each.description;
+  }
+}
+
+TEST(WarnOfABrokenMessage, LogsTheConstantTextAsAnErrorOnTheBaseLoggerAlone)
+{
+  for (const BrokenCase& each : g_brokenWarnings)
+  {
+    const LogCapture base(orvel::getBaseLogger());
+    const LogCapture own(sample::logger());
+    failureOf<BaseException>(each.raise);
+    ASSERT_EQ(base.getRecords().size(), 1U) << each.description;
+    expectBrokenRecord(base.getRecords()[0], each.function);
+    EXPECT_EQ(own.getRecords().size(), 0U) << each.description;
+  }
+}
+
+TEST(WarnOfABrokenMessage, LogsNothingWhenTheBaseLoggerIsDisabled)
+{
+  const LevelGuard level(sample::logger(), log4cplus::WARN_LOG_LEVEL);
+  for (const BrokenCase& each : g_brokenWarnings)
+  {
+    const LogCapture base(orvel::getBaseLogger(), log4cplus::FATAL_LOG_LEVEL);
+    EXPECT_EQ(failureOf<BaseException>(each.raise).getMessage(), g_brokenText) << each.description;
+    EXPECT_EQ(base.getRecords().size(), 0U) << each.description;
+  }
+}
+
+TEST(WarnOfABrokenMessage, IsNotNoticedOnADisabledLogger)
+{
+  const LogCapture base(orvel::getBaseLogger());
+  const LevelGuard level(sample::logger(), log4cplus::ERROR_LOG_LEVEL);
+  for (const BrokenCase& each : g_brokenWarnings)
+    EXPECT_NO_THROW(each.raise()) << each.description;
+  EXPECT_EQ(base.getRecords().size(), 0U);
+}
+
+class WarnWithAThrowingAppender : public testing::TestWithParam<ThrownCase>
+{
+};
+
+TEST_P(WarnWithAThrowingAppender, ThrowsAPlainBaseExceptionWithWhatWasThrownAsCause)
+{
+  const LevelGuard level(sample::logger(), log4cplus::WARN_LOG_LEVEL);
+  const AppenderGuard appender(sample::logger(), [](const auto&) { GetParam().throwIt(); });
+  const LogCapture base(orvel::getBaseLogger());
+  const auto failure = failureOf<BaseException>(&sample::warnPlain);
+  EXPECT_EQ(failure.getMessage(), g_brokenText);
+  expectPlace(failure, "void sample::warnPlain()");
+  ASSERT_NE(failure.getCause(), nullptr);
+  GetParam().expectCause(*failure.getCause());
+  ASSERT_EQ(base.getRecords().size(), 1U);
+  expectBrokenRecord(base.getRecords()[0], "void sample::warnPlain()");
+}
+
+TEST_P(WarnWithAThrowingAppender, DoesNotMeetItWhenTheLoggerIsDisabled)
+{
+  const LevelGuard level(sample::logger(), log4cplus::ERROR_LOG_LEVEL);
+  const AppenderGuard appender(sample::logger(), [](const auto&) { GetParam().throwIt(); });
+  EXPECT_NO_THROW(sample::warnPlain());
+}
+
+INSTANTIATE_TEST_SUITE_P(All, WarnWithAThrowingAppender, testing::ValuesIn(g_thrownCases),
+                         [](const auto& each) { return std::string(each.param.description); });
 
 } // namespace
