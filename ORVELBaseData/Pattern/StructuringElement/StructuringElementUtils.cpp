@@ -37,18 +37,21 @@ struct Range
   {
   }
 
+  bool isEmpty() const { return first > last; }
+
   ipInt64 first; // counted in 64 bits: the loop has to end also behind the largest number
   ipInt64 last;
 };
 
-// The scans come in the order of the offsets, so each one goes to the end of the set.
+// The scans come in the order of the offsets, so each one goes to the end of the set. An axis without
+// coordinates ends them at once: the others may have billions.
 
 /// \param isKept tells whether an offset at (x, y) belongs to the shape
 template <class IsKept>
 StructuringElementXYPtr scanXY(const Range& xs, const Range& ys, IsKept isKept)
 {
   XYOffsetColl offsets;
-  for (ipInt64 y = ys.first; y <= ys.last; ++y)
+  for (ipInt64 y = ys.first; y <= ys.last && !xs.isEmpty(); ++y)
     for (ipInt64 x = xs.first; x <= xs.last; ++x)
       if (isKept(static_cast<ipInt32>(x), static_cast<ipInt32>(y)))
         offsets.emplace_hint(offsets.end(), static_cast<ipInt32>(x), static_cast<ipInt32>(y));
@@ -59,7 +62,7 @@ template <class IsKept>
 StructuringElementXYZPtr scanXYZ(const Range& xs, const Range& ys, const Range& zs, IsKept isKept)
 {
   XYZOffsetColl offsets;
-  for (ipInt64 z = zs.first; z <= zs.last; ++z)
+  for (ipInt64 z = zs.first; z <= zs.last && !xs.isEmpty() && !ys.isEmpty(); ++z)
     for (ipInt64 y = ys.first; y <= ys.last; ++y)
       for (ipInt64 x = xs.first; x <= xs.last; ++x)
         if (isKept(static_cast<ipInt32>(x), static_cast<ipInt32>(y), static_cast<ipInt32>(z)))

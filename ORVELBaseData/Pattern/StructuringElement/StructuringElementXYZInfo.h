@@ -21,8 +21,8 @@ namespace orvel
 /// more still answers with its radius.
 ///
 /// getStructuringElement() shares the element. Whoever holds it sees it change by insert and remove, and
-/// emptied by clear(), by every initialisation and by a copy of what is not initialised. init() then fills
-/// the same element; the others make a new one.
+/// emptied by clear(), by every initialisation and by a copy of what is not initialised. init() and a copy
+/// of what is initialised fill the same element; the other initialisations and read() take a new one.
 ///
 /// A copy has an element of its own. It takes the parameters of its shape over.
 ///

@@ -39,10 +39,9 @@ struct StructuringElementOperations
   }
 
   /// \brief Take a set of offsets over; to hand it in as a temporary saves the copy.
-  template <class Offsets>
-  static void setOffsets(Element& element, Offsets&& offsets)
+  static void setOffsets(Element& element, std::set<Offset> offsets)
   {
-    element._dataColl = std::forward<Offsets>(offsets);
+    element._dataColl = std::move(offsets);
     fitBox(element);
   }
 
@@ -54,7 +53,11 @@ struct StructuringElementOperations
 
   static void copy(Element& element, const Element& other)
   {
-    element._dataColl = other._dataColl;
+    if (&element == &other)
+      return;
+    // The copy is made first: without memory for it the old offsets still fit their box.
+    std::set<Offset> offsets = other._dataColl;
+    element._dataColl = std::move(offsets);
     Box::copy(element, other);
   }
 
