@@ -1,0 +1,419 @@
+#include <ORVELBaseData/Pattern/StructuringElement/StructuringElementXYZInfo.h>
+
+#include <algorithm>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include <boost/make_shared.hpp>
+#include <boost/scoped_ptr.hpp>
+#include <gtest/gtest.h>
+
+#include "../Signature.h"
+#include "InfoArchiveChecks.h"
+#include <ORVELBaseData/ORVELBaseDataException.h>
+#include <ORVELBaseData/ORVELBaseDataLog.h>
+#include <ORVELUtil/DynamicObjectFactory.h>
+#include <support/LayoutChecks.h>
+#include <support/RaisedFailure.h>
+#include <support/Sanitizers.h>
+
+namespace
+{
+
+using namespace orvel;
+using namespace orvel::test;
+
+using Info = StructuringElementXYZInfo;
+
+ORVEL_TEST_EXPOSE(SubType, &StructuringElementXYZInfo::_seXYZSubType)
+ORVEL_TEST_EXPOSE(Radius, &StructuringElementXYZInfo::_radius)
+ORVEL_TEST_EXPOSE(HalfSize, &StructuringElementXYZInfo::_halfSize)
+ORVEL_TEST_EXPOSE(HalfSizeX, &StructuringElementXYZInfo::_halfSizeX)
+ORVEL_TEST_EXPOSE(HalfSizeY, &StructuringElementXYZInfo::_halfSizeY)
+ORVEL_TEST_EXPOSE(HalfSizeZ, &StructuringElementXYZInfo::_halfSizeZ)
+ORVEL_TEST_EXPOSE(Theta, &StructuringElementXYZInfo::_theta)
+ORVEL_TEST_EXPOSE(Phi, &StructuringElementXYZInfo::_phi)
+ORVEL_TEST_EXPOSE(Pointer, &StructuringElementXYZInfo::_pSEXYZ)
+ORVEL_TEST_EXPOSE(ClearDerived, &StructuringElementXYZInfo::clearDerived)
+
+constexpr const char* g_notInitialized = "Structuring element informations have not been initialized";
+constexpr const char* g_invalidSubType =
+    "Structuring element sub type do not allows to retrieve this kind of information";
+
+using Formats = ::testing::Types<std::pair<Info, HandWrittenXml>, std::pair<Info, HandWrittenBinary>>;
+
+struct FormatNames
+{
+  template <class InfoAndFormat>
+  static std::string GetName(int)
+  {
+    return std::is_same<typename InfoAndFormat::second_type, HandWrittenXml>::value ? "Xml" : "Binary";
+  }
+};
+
+INSTANTIATE_TYPED_TEST_SUITE_P(StructuringElementXYZInfo, ArchivedInfo, Formats, FormatNames);
+
+TEST(StructuringElementXYZInfo, HasItsFrameIdentity)
+{
+  EXPECT_EQ(Info::getTypeName(), "orvel::StructuringElementXYZInfo");
+  EXPECT_EQ(Info().getClassName(), "orvel::StructuringElementXYZInfo");
+  EXPECT_EQ(Info::getVersion(), 1U);
+  EXPECT_TRUE(Info().hasCopySupport());
+  EXPECT_TRUE((std::is_base_of<BaseStructuringElementInfo, Info>::value));
+}
+
+TEST(StructuringElementXYZInfo, IsCreatedByItsName)
+{
+  const DynamicObjectFactory& factory = DynamicObjectFactory::getInstance();
+  const boost::scoped_ptr<BaseDynamicObject> made(factory.createNew("orvel::StructuringElementXYZInfo"));
+  EXPECT_NE(dynamic_cast<Info*>(made.get()), nullptr);
+  const DynamicObjectPtr shared = factory.createShared("orvel::StructuringElementXYZInfo");
+  EXPECT_NE(dynamic_cast<Info*>(shared.get()), nullptr);
+}
+
+TEST(StructuringElementXYZInfo, NamesItsTypes)
+{
+  EXPECT_TRUE((std::is_same<StructuringElementXYZInfoPtr, boost::shared_ptr<Info>>::value));
+  EXPECT_TRUE((std::is_same<StructuringElementXYZInfoConstPtr, boost::shared_ptr<const Info>>::value));
+}
+
+TEST(StructuringElementXYZInfo, TellsItsKind)
+{
+  const Info info; // also when it is not initialised
+  EXPECT_TRUE(info.getStructuringElementType() == eStructuringElementType::eSET_XYZ);
+  const BaseStructuringElementInfo& base = info;
+  EXPECT_EQ(base.getStructuringElementType().getValue(), 1U);
+}
+
+TEST(StructuringElementXYZInfo, AddsNoVirtualOperationToThoseOfItsBase)
+{
+  EXPECT_EQ(vtableIndexOf(&Info::getStructuringElementType), 12U);
+  EXPECT_EQ(vtableIndexOf(memberOf(ClearDerived())), 13U);
+  if (!isSanitized) // the sanitizer widens the table
+  {
+    EXPECT_EQ(vtableSizeOf(Info()), 14U);
+  }
+}
+
+TEST(StructuringElementXYZInfo, HasItsMembersInOrder)
+{
+  // Behind the pointer to the virtual operations and the field of the base.
+  EXPECT_EQ(offsetOf(memberOf(SubType())), 16);
+  EXPECT_EQ(offsetOf(memberOf(Radius())), 24);
+  EXPECT_EQ(offsetOf(memberOf(HalfSize())), 32);
+  EXPECT_EQ(offsetOf(memberOf(HalfSizeX())), 36);
+  EXPECT_EQ(offsetOf(memberOf(HalfSizeY())), 40);
+  EXPECT_EQ(offsetOf(memberOf(HalfSizeZ())), 44);
+  EXPECT_EQ(offsetOf(memberOf(Theta())), 48);
+  EXPECT_EQ(offsetOf(memberOf(Phi())), 56);
+  EXPECT_EQ(offsetOf(memberOf(Pointer())), 64);
+  EXPECT_EQ(sizeof(Info), 80U);
+}
+
+TEST(StructuringElementXYZInfo, HasMembersOfTheseTypes)
+{
+  EXPECT_TRUE((std::is_same<decltype(memberOf(SubType())), eSEXYZSubType Info::*>::value));
+  EXPECT_TRUE((std::is_same<decltype(memberOf(Radius())), ipReal64 Info::*>::value));
+  EXPECT_TRUE((std::is_same<decltype(memberOf(HalfSize())), ipUInt32 Info::*>::value));
+  EXPECT_TRUE((std::is_same<decltype(memberOf(HalfSizeX())), ipUInt32 Info::*>::value));
+  EXPECT_TRUE((std::is_same<decltype(memberOf(HalfSizeY())), ipUInt32 Info::*>::value));
+  EXPECT_TRUE((std::is_same<decltype(memberOf(HalfSizeZ())), ipUInt32 Info::*>::value));
+  EXPECT_TRUE((std::is_same<decltype(memberOf(Theta())), ipReal64 Info::*>::value));
+  EXPECT_TRUE((std::is_same<decltype(memberOf(Phi())), ipReal64 Info::*>::value));
+  EXPECT_TRUE((std::is_same<decltype(memberOf(Pointer())), StructuringElementXYZPtr Info::*>::value));
+}
+
+TEST(StructuringElementXYZInfo, AnswersQueriesWithTheseTypes)
+{
+  const Info info;
+  EXPECT_TRUE((std::is_same<decltype(info.getSEXYZSubType()), const eSEXYZSubType&>::value));
+  EXPECT_TRUE((std::is_same<decltype(info.getStructuringElement()), StructuringElementXYZConstPtr>::value));
+  EXPECT_TRUE((std::is_same<decltype(info.getDataColl()), const XYZOffsetColl&>::value));
+  EXPECT_TRUE((std::is_same<decltype(info.getRadius()), ipReal64>::value));
+  EXPECT_TRUE((std::is_same<decltype(info.getHalfSize()), ipUInt32>::value));
+}
+
+// Which parameters each shape has
+
+/// A query for a parameter, with the kinds that allow it.
+struct Query
+{
+  double (*ask)(const Info& info);
+  std::string function;
+  std::vector<ipUInt64> allowed;
+};
+
+const Query g_queries[] = {
+    {[](const Info& info) -> double { return info.getRadius(); },
+     "ipReal64 StructuringElementXYZInfo::getRadius() const",
+     {1, 4, 5}},
+    {[](const Info& info) -> double { return info.getHalfSize(); },
+     "ipUInt32 StructuringElementXYZInfo::getHalfSize() const",
+     {2}},
+    {[](const Info& info) -> double { return info.getHalfSizeX(); },
+     "ipUInt32 StructuringElementXYZInfo::getHalfSizeX() const",
+     {3}},
+    {[](const Info& info) -> double { return info.getHalfSizeY(); },
+     "ipUInt32 StructuringElementXYZInfo::getHalfSizeY() const",
+     {3}},
+    {[](const Info& info) -> double { return info.getHalfSizeZ(); },
+     "ipUInt32 StructuringElementXYZInfo::getHalfSizeZ() const",
+     {3}},
+    {[](const Info& info) -> double { return info.getTheta(); },
+     "ipReal64 StructuringElementXYZInfo::getTheta() const",
+     {4, 5}},
+    {[](const Info& info) -> double { return info.getPhi(); },
+     "ipReal64 StructuringElementXYZInfo::getPhi() const",
+     {4, 5}},
+};
+
+/// One description of each kind, at the place of its number.
+std::vector<Info> makeOfEachKind()
+{
+  std::vector<Info> infos(6);
+  infos[0].initEmpty();
+  infos[1].initSpherical(1.5);
+  infos[2].initCubic(2);
+  infos[3].initRectangular(2, 1, 0);
+  infos[4].initHalfLinear(0.5, 1.0, 3.0);
+  infos[5].initLinear(0.5, 1.0, 3.0);
+  return infos;
+}
+
+TEST(StructuringElementXYZInfo, HasTheKindOfItsInitialisation)
+{
+  const std::vector<Info> infos = makeOfEachKind();
+  for (std::size_t i = 0; i < infos.size(); ++i)
+  {
+    EXPECT_EQ(infos[i].getSEXYZSubType().getValue(), i);
+    EXPECT_STREQ(infos[i].getSEXYZSubType().getText(), InfoTraits<Info>::subTypeTexts[i]);
+  }
+}
+
+TEST(StructuringElementXYZInfo, AnswersOnlyForTheParametersOfItsShape)
+{
+  const std::vector<Info> infos = makeOfEachKind();
+  for (const Query& query : g_queries)
+    for (std::size_t i = 0; i < infos.size(); ++i)
+    {
+      const bool isAllowed = std::count(query.allowed.begin(), query.allowed.end(), i) == 1;
+      if (isAllowed)
+      {
+        EXPECT_NO_THROW(query.ask(infos[i])) << query.function << " " << i;
+      }
+      else
+      {
+        EXPECT_EQ(messageOf<ORVELBaseDataException>([&] { query.ask(infos[i]); }), g_invalidSubType)
+            << query.function << " " << i;
+      }
+    }
+}
+
+TEST(StructuringElementXYZInfo, StaysUnchangedByAQueryThatItRefuses)
+{
+  for (const Info& info : makeOfEachKind())
+  {
+    const InfoState before = stateOfInfo(info);
+    for (const Query& query : g_queries)
+      try
+      {
+        query.ask(info);
+      }
+      catch (const ORVELBaseDataException&)
+      {
+        EXPECT_EQ(stateOfInfo(info), before);
+      }
+  }
+}
+
+TEST(StructuringElementXYZInfo, NamesTheQueryThatTheShapeDoesNotAllow)
+{
+  Info info;
+  info.initEmpty();
+  for (const Query& query : g_queries)
+  {
+    const LogCapture log(getORVELBaseDataLogger());
+    const auto failure = failureOf<ORVELBaseDataException>([&] { query.ask(info); });
+    EXPECT_EQ(normalisedSignature(failure.getFunction()), normalisedSignature(query.function));
+    EXPECT_EQ(failure.getFile(), "ORVELBaseData/Pattern/StructuringElement/StructuringElementXYZInfo.cpp");
+    EXPECT_NE(sourceLine(failure.getFile(), failure.getLine())
+                  .find("raise(ORVEL_HERE, eStructuringElementMessage::eInvalidSESubType"),
+              std::string::npos);
+    ASSERT_EQ(log.getRecords().size(), 1U);
+    EXPECT_EQ(log.getRecords().front().level, 40000);
+    EXPECT_EQ(log.getRecords().front().message, g_invalidSubType);
+    EXPECT_EQ(log.getRecords().front().line, static_cast<int>(failure.getLine()));
+  }
+}
+
+/// An operation that needs an initialised description.
+struct Operation
+{
+  void (*call)(Info& info);
+  std::string function;
+};
+
+const Operation g_operations[] = {
+    {[](Info& info) { info.getSEXYZSubType(); },
+     "const eSEXYZSubType& StructuringElementXYZInfo::getSEXYZSubType() const"},
+    {[](Info& info) { info.getStructuringElement(); },
+     "StructuringElementXYZConstPtr StructuringElementXYZInfo::getStructuringElement() const"},
+    {[](Info& info) { info.getDataColl(); },
+     "const XYZOffsetColl& StructuringElementXYZInfo::getDataColl() const"},
+    {[](Info& info) { info.insert(OffsetXYZ(0, 0, 0)); },
+     "bool StructuringElementXYZInfo::insert(const OffsetXYZ&)"},
+    {[](Info& info) { info.insert(0, 0, 0); },
+     "bool StructuringElementXYZInfo::insert(ipInt32, ipInt32, ipInt32)"},
+    {[](Info& info) { info.remove(OffsetXYZ(0, 0, 0)); },
+     "bool StructuringElementXYZInfo::remove(const OffsetXYZ&)"},
+    {[](Info& info) { info.remove(0, 0, 0); },
+     "bool StructuringElementXYZInfo::remove(ipInt32, ipInt32, ipInt32)"},
+};
+
+void expectNotInitialized(Info& info, void (*call)(Info& info), const std::string& function)
+{
+  const LogCapture log(getORVELBaseDataLogger());
+  const auto failure = failureOf<ORVELBaseDataException>([&] { call(info); });
+  EXPECT_EQ(failure.getMessage(), g_notInitialized);
+  EXPECT_EQ(normalisedSignature(failure.getFunction()), normalisedSignature(function));
+  EXPECT_EQ(failure.getFile(), "ORVELBaseData/Pattern/StructuringElement/StructuringElementXYZInfo.cpp");
+  EXPECT_NE(sourceLine(failure.getFile(), failure.getLine()).find("requireInitialized(ORVEL_HERE)"),
+            std::string::npos);
+  EXPECT_FALSE(info.isInitialized());
+  ASSERT_EQ(log.getRecords().size(), 1U);
+  EXPECT_EQ(log.getRecords().front().level, 40000);
+  EXPECT_EQ(log.getRecords().front().message, g_notInitialized);
+  EXPECT_EQ(log.getRecords().front().line, static_cast<int>(failure.getLine()));
+}
+
+TEST(StructuringElementXYZInfo, NamesTheOperationThatNeedsAnInitialisation)
+{
+  Info info;
+  for (const Operation& operation : g_operations)
+    expectNotInitialized(info, operation.call, operation.function);
+}
+
+TEST(StructuringElementXYZInfo, FindsItselfNotInitialisedBeforeItLooksAtItsKind)
+{
+  for (const Query& query : g_queries)
+    for (Info info : makeOfEachKind())
+    {
+      info.clear();
+      const auto failure = failureOf<ORVELBaseDataException>([&] { query.ask(info); });
+      EXPECT_EQ(failure.getMessage(), g_notInitialized);
+      EXPECT_EQ(normalisedSignature(failure.getFunction()), normalisedSignature(query.function));
+    }
+}
+
+TEST(StructuringElementXYZInfo, HasTheParametersOfItsInitialisation)
+{
+  Info info;
+  info.initSpherical(1.5);
+  EXPECT_EQ(info.getRadius(), 1.5);
+  info.initCubic(2);
+  EXPECT_EQ(info.getHalfSize(), 2U);
+  info.initRectangular(3, 2, 1);
+  EXPECT_EQ(info.getHalfSizeX(), 3U);
+  EXPECT_EQ(info.getHalfSizeY(), 2U);
+  EXPECT_EQ(info.getHalfSizeZ(), 1U);
+  info.initHalfLinear(0.5, 1.0, 3.0);
+  EXPECT_EQ(info.getTheta(), 0.5);
+  EXPECT_EQ(info.getPhi(), 1.0);
+  EXPECT_EQ(info.getRadius(), 3.0);
+  info.initLinear(-7.5, 8.5, 4.0);
+  EXPECT_EQ(info.getTheta(), -7.5);
+  EXPECT_EQ(info.getPhi(), 8.5);
+  EXPECT_EQ(info.getRadius(), 4.0);
+}
+
+TEST(StructuringElementXYZInfo, HasTheElementOfItsInitialisation)
+{
+  Info info;
+  info.initSpherical(1.0);
+  EXPECT_EQ(placesOf(*info.getStructuringElement()),
+            (Places{{0, 0, -1}, {0, -1, 0}, {-1, 0, 0}, {0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}}));
+  info.initCubic(1);
+  EXPECT_EQ(info.getDataColl().size(), 27U);
+  info.initRectangular(0, 0, 1);
+  EXPECT_EQ(placesOf(*info.getStructuringElement()), (Places{{0, 0, -1}, {0, 0, 0}, {0, 0, 1}}));
+  info.initHalfLinear(0.0, 1.0, 2.0);
+  EXPECT_EQ(placesOf(*info.getStructuringElement()), (Places{{0, 0, 0}, {0, 0, 1}, {0, 0, 2}}));
+  info.initLinear(0.0, 1.0, 1.0);
+  EXPECT_EQ(placesOf(*info.getStructuringElement()), (Places{{0, 0, -1}, {0, 0, 0}, {0, 0, 1}}));
+}
+
+TEST(StructuringElementXYZInfo, CarriesTheHalfSizeOfACubeIntoACopy)
+{
+  Info cube;
+  cube.initCubic(3);
+  Info target;
+  target.initCubic(7);
+  target = cube;
+  EXPECT_EQ(target.getHalfSize(), 3U);
+  EXPECT_EQ(target.getDataColl().size(), 343U);
+  EXPECT_EQ(Info(cube).getHalfSize(), 3U);
+  const auto duplicate = boost::dynamic_pointer_cast<Info>(cube.duplicateShared());
+  ASSERT_NE(duplicate, nullptr);
+  EXPECT_EQ(duplicate->getHalfSize(), 3U);
+}
+
+// What its fields hold that no query tells
+
+TEST(StructuringElementXYZInfo, StoresTheKindButNoParameterOfAFailedInitialisation)
+{
+  Info info;
+  InfoTraits<Info>::initHalfLinear(info, 0.5, 1.5, 3.0);
+  EXPECT_THROW(InfoTraits<Info>::initBall(info, -1), ORVELBaseDataException);
+  EXPECT_EQ((info.*memberOf(SubType())).getValue(), 1U);
+  EXPECT_EQ(info.*memberOf(Radius()), 3.0);
+  EXPECT_THROW(InfoTraits<Info>::initLinear(info, 7.0, 8.0, -2.0), ORVELBaseDataException);
+  EXPECT_EQ((info.*memberOf(SubType())).getValue(), 5U);
+  EXPECT_EQ(info.*memberOf(Radius()), 3.0);
+  EXPECT_EQ(info.*memberOf(Theta()), 0.5);
+  EXPECT_EQ(info.*memberOf(Phi()), 1.5);
+}
+
+TEST(StructuringElementXYZInfo, KeepsTheParametersOfEarlierShapes)
+{
+  Info info;
+  InfoTraits<Info>::initHalfLinear(info, 0.5, 1.5, 3.0);
+  InfoTraits<Info>::initCube(info, 1);
+  InfoTraits<Info>::initBox(info, 2, 1, 0);
+  info.initEmpty();
+  info.init(StructuringElementXYZ());
+  EXPECT_EQ(info.*memberOf(Theta()), 0.5);
+  EXPECT_EQ(info.*memberOf(Radius()), 3.0);
+  EXPECT_EQ(info.*memberOf(HalfSize()), 1U);
+  EXPECT_EQ(info.*memberOf(HalfSizeX()), 2U);
+  EXPECT_EQ(info.*memberOf(HalfSizeY()), 1U);
+  EXPECT_EQ(info.*memberOf(Phi()), 1.5);
+}
+
+TEST(StructuringElementXYZInfo, IsCopiedWithTheParametersOfItsShapeAlone)
+{
+  const std::vector<Info> sources = makeOfEachKind();
+  for (const Info& source : sources)
+  {
+    Info target;
+    target.*memberOf(Radius()) = 91;
+    target.*memberOf(HalfSize()) = 92;
+    target.*memberOf(HalfSizeX()) = 93;
+    target.*memberOf(HalfSizeY()) = 94;
+    target.*memberOf(Theta()) = 95;
+    target.*memberOf(HalfSizeZ()) = 96;
+    target.*memberOf(Phi()) = 97;
+    target = source;
+    const ipUInt64 subType = source.getSEXYZSubType().getValue();
+    EXPECT_EQ(target.*memberOf(Radius()), subType == 1 ? 1.5 : subType >= 4 ? 3.0 : 91.0);
+    EXPECT_EQ(target.*memberOf(HalfSize()), subType == 2 ? 2U : 92U);
+    EXPECT_EQ(target.*memberOf(HalfSizeX()), subType == 3 ? 2U : 93U);
+    EXPECT_EQ(target.*memberOf(HalfSizeY()), subType == 3 ? 1U : 94U);
+    EXPECT_EQ(target.*memberOf(Theta()), subType >= 4 ? 0.5 : 95.0);
+    EXPECT_EQ(target.*memberOf(HalfSizeZ()), subType == 3 ? 0U : 96U);
+    EXPECT_EQ(target.*memberOf(Phi()), subType >= 4 ? 1.0 : 97.0);
+  }
+}
+
+} // namespace
