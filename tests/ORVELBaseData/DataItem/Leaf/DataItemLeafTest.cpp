@@ -29,6 +29,45 @@ namespace
 using namespace orvel;
 using namespace orvel::test;
 
+std::string classNameOf(const ValueInstance& instance)
+{
+  return std::string("orvel::DataItemLeaf<") + instance.name + ">";
+}
+
+TEST(DataItemLeaf, IsOfItsKindAndValueType)
+{
+  for (const ValueInstance& instance : instancesOf<DataItemLeaf>(ValueTypes()))
+  {
+    EXPECT_NE(dynamic_cast<const BaseDataItemLeaf*>(instance.item.get()), nullptr) << instance.name;
+    EXPECT_EQ(instance.item->getDataItemType(), eDataItemType::eDIT_Leaf) << instance.name;
+    EXPECT_EQ(instance.type.getValue(), instance.valueType) << instance.name;
+    EXPECT_STREQ(instance.type.getText(), instance.text);
+  }
+}
+
+TEST(DataItemLeaf, HasItsNameAndVersion)
+{
+  for (const ValueInstance& instance : instancesOf<DataItemLeaf>(ValueTypes()))
+  {
+    EXPECT_EQ(instance.typeName, classNameOf(instance));
+    EXPECT_EQ(instance.item->getClassName(), classNameOf(instance));
+    EXPECT_EQ(instance.version, 1U) << instance.name;
+  }
+}
+
+TEST(DataItemLeaf, IsCreatedByItsNameAndByItself)
+{
+  const DynamicObjectFactory& factory = DynamicObjectFactory::getInstance();
+  for (const ValueInstance& instance : instancesOf<DataItemLeaf>(ValueTypes()))
+  {
+    const std::unique_ptr<BaseDynamicObject> byName(factory.createNew(classNameOf(instance)));
+    EXPECT_TRUE(instance.isOne(byName.get())) << instance.name;
+    const std::unique_ptr<BaseDynamicObject> byItself(instance.item->createNew());
+    EXPECT_TRUE(instance.isOne(byItself.get())) << instance.name;
+    EXPECT_TRUE(instance.isOne(instance.item->createShared().get())) << instance.name;
+  }
+}
+
 template <class T>
 class DataItemLeafOf : public ::testing::Test
 {
@@ -57,77 +96,51 @@ protected:
     putValue(archive, "_value", TraitsType::second());
     return archive.file();
   }
-
-  template <class HandWritten>
-  static void expectTwoWritten()
-  {
-    EXPECT_EQ(fileOf<HandWritten>(
-                  [](BaseOArchive& archive)
-                  {
-                    const BoolResult written = leafOf(TraitsType::first()).write(archive);
-                    EXPECT_TRUE(written);
-                    EXPECT_EQ(written.getMessage(), "");
-                    EXPECT_TRUE(leafOf(TraitsType::second()).write(archive));
-                  }),
-              archiveOfTwo<HandWritten>());
-  }
-
-  template <class HandWritten>
-  static void expectTwoRead()
-  {
-    readFile<HandWritten>(archiveOfTwo<HandWritten>(),
-                          [](BaseIArchive& archive)
-                          {
-                            LeafType leaf;
-                            const BoolResult read = leaf.read(archive);
-                            EXPECT_TRUE(read);
-                            EXPECT_EQ(read.getMessage(), "");
-                            EXPECT_EQ(leaf.getValue(), TraitsType::first());
-                            EXPECT_TRUE(leaf.read(archive)); // over the old value
-                            EXPECT_EQ(leaf.getValue(), TraitsType::second());
-                          });
-  }
 };
 
 TYPED_TEST_SUITE(DataItemLeafOf, ValueTypes, );
 
-TYPED_TEST(DataItemLeafOf, IsALeafOfItsValueType)
+/// What does not depend on the type but through that of the value.
+template <class T>
+class DataItemLeafOfAny : public DataItemLeafOf<T>
 {
-  using Fixture = DataItemLeafOf<TypeParam>;
-  EXPECT_TRUE((std::is_base_of<BaseDataItemLeaf, typename Fixture::LeafType>::value));
-  const typename Fixture::LeafType leaf;
-  EXPECT_EQ(leaf.getDataItemType(), eDataItemType::eDIT_Leaf);
-  EXPECT_EQ(leaf.getDataItemValueType().getValue(), Fixture::TraitsType::valueType);
-  EXPECT_STREQ(leaf.getDataItemValueType().getText(), Fixture::TraitsType::text);
+};
+
+using SomeTypes = ::testing::Types<ipBool, ipInt64, ipReal32, std::string, boost::filesystem::path>;
+TYPED_TEST_SUITE(DataItemLeafOfAny, SomeTypes, );
+
+template <class HandWritten>
+std::string fileOfTwo(const BaseDataItemLeaf& first, const BaseDataItemLeaf& second)
+{
+  return fileOf<HandWritten>(
+      [&](BaseOArchive& archive)
+      {
+        const BoolResult written = first.write(archive);
+        EXPECT_TRUE(written);
+        EXPECT_EQ(written.getMessage(), "");
+        EXPECT_TRUE(second.write(archive));
+      });
 }
 
-TYPED_TEST(DataItemLeafOf, HasItsNameAndVersion)
+template <class HandWritten>
+void readTwo(const std::string& file, BaseDataItemLeaf& first, BaseDataItemLeaf& second)
 {
-  using Fixture = DataItemLeafOf<TypeParam>;
-  EXPECT_EQ(Fixture::LeafType::getTypeName(), Fixture::className());
-  EXPECT_EQ(typename Fixture::LeafType().getClassName(), Fixture::className());
-  EXPECT_EQ(Fixture::LeafType::getVersion(), 1U);
+  readFile<HandWritten>(file,
+                        [&](BaseIArchive& archive)
+                        {
+                          const BoolResult read = first.read(archive);
+                          EXPECT_TRUE(read);
+                          EXPECT_EQ(read.getMessage(), "");
+                          EXPECT_TRUE(second.read(archive));
+                        });
 }
 
-TYPED_TEST(DataItemLeafOf, IsCreatedByItsNameAndByItself)
-{
-  using Leaf = DataItemLeaf<TypeParam>;
-  const DynamicObjectFactory& factory = DynamicObjectFactory::getInstance();
-  const std::string className = DataItemLeafOf<TypeParam>::className();
-  EXPECT_TRUE(factory.isRegistered(className));
-  const std::unique_ptr<BaseDynamicObject> byName(factory.createNew(className));
-  EXPECT_NE(dynamic_cast<Leaf*>(byName.get()), nullptr);
-  const std::unique_ptr<BaseDynamicObject> byItself(Leaf().createNew());
-  EXPECT_NE(dynamic_cast<Leaf*>(byItself.get()), nullptr);
-  EXPECT_NE(dynamic_cast<Leaf*>(Leaf().createShared().get()), nullptr);
-}
-
-TYPED_TEST(DataItemLeafOf, HasNoConstructorFromAValue)
+TYPED_TEST(DataItemLeafOfAny, HasNoConstructorFromAValue)
 {
   EXPECT_FALSE((std::is_constructible<DataItemLeaf<TypeParam>, TypeParam>::value));
 }
 
-TYPED_TEST(DataItemLeafOf, KeepsTheValueThatIsSet)
+TYPED_TEST(DataItemLeafOfAny, KeepsTheValueThatIsSet)
 {
   using Traits = ValueTypeTraits<TypeParam>;
   DataItemLeaf<TypeParam> leaf;
@@ -137,7 +150,7 @@ TYPED_TEST(DataItemLeafOf, KeepsTheValueThatIsSet)
   EXPECT_EQ(leaf.getValue(), Traits::second());
 }
 
-TYPED_TEST(DataItemLeafOf, HandsOutItsValueByReference)
+TYPED_TEST(DataItemLeafOfAny, HandsOutItsValueByReference)
 {
   using Traits = ValueTypeTraits<TypeParam>;
   DataItemLeaf<TypeParam> leaf = DataItemLeafOf<TypeParam>::leafOf(Traits::first());
@@ -147,7 +160,7 @@ TYPED_TEST(DataItemLeafOf, HandsOutItsValueByReference)
   EXPECT_EQ(value, Traits::second());
 }
 
-TYPED_TEST(DataItemLeafOf, ShowsAChangeThroughAccessValueEverywhere)
+TYPED_TEST(DataItemLeafOfAny, ShowsAChangeThroughAccessValueEverywhere)
 {
   using Fixture = DataItemLeafOf<TypeParam>;
   using Traits = ValueTypeTraits<TypeParam>;
@@ -163,7 +176,7 @@ TYPED_TEST(DataItemLeafOf, ShowsAChangeThroughAccessValueEverywhere)
   EXPECT_EQ(write(leaf), write(Fixture::leafOf(Traits::second())));
 }
 
-TYPED_TEST(DataItemLeafOf, CopiesItsValue)
+TYPED_TEST(DataItemLeafOfAny, CopiesItsValue)
 {
   using Leaf = DataItemLeaf<TypeParam>;
   using Traits = ValueTypeTraits<TypeParam>;
@@ -178,7 +191,7 @@ TYPED_TEST(DataItemLeafOf, CopiesItsValue)
   EXPECT_EQ(dynamic_cast<Leaf&>(*leaf.duplicateShared()).getValue(), Traits::first());
 }
 
-TYPED_TEST(DataItemLeafOf, KeepsItsValueWhenItIsAssignedToItself)
+TYPED_TEST(DataItemLeafOfAny, KeepsItsValueWhenItIsAssignedToItself)
 {
   using Traits = ValueTypeTraits<TypeParam>;
   DataItemLeaf<TypeParam> leaf = DataItemLeafOf<TypeParam>::leafOf(Traits::first());
@@ -190,14 +203,26 @@ TYPED_TEST(DataItemLeafOf, KeepsItsValueWhenItIsAssignedToItself)
 
 TYPED_TEST(DataItemLeafOf, FilesTheVersionsOnceAndEachValue)
 {
-  DataItemLeafOf<TypeParam>::template expectTwoWritten<HandWrittenXml>();
-  DataItemLeafOf<TypeParam>::template expectTwoWritten<HandWrittenBinary>();
+  using Fixture = DataItemLeafOf<TypeParam>;
+  const auto first = Fixture::leafOf(Fixture::TraitsType::first());
+  const auto second = Fixture::leafOf(Fixture::TraitsType::second());
+  EXPECT_EQ(fileOfTwo<HandWrittenXml>(first, second), Fixture::template archiveOfTwo<HandWrittenXml>());
+  EXPECT_EQ(fileOfTwo<HandWrittenBinary>(first, second), Fixture::template archiveOfTwo<HandWrittenBinary>());
 }
 
 TYPED_TEST(DataItemLeafOf, IsReadAsItIsFiled)
 {
-  DataItemLeafOf<TypeParam>::template expectTwoRead<HandWrittenXml>();
-  DataItemLeafOf<TypeParam>::template expectTwoRead<HandWrittenBinary>();
+  using Fixture = DataItemLeafOf<TypeParam>;
+  const TypeParam first = Fixture::TraitsType::first();
+  const TypeParam second = Fixture::TraitsType::second();
+  auto leaf = Fixture::leafOf(second);
+  auto other = Fixture::leafOf(first);
+  readTwo<HandWrittenXml>(Fixture::template archiveOfTwo<HandWrittenXml>(), leaf, other);
+  EXPECT_EQ(leaf.getValue(), first);
+  EXPECT_EQ(other.getValue(), second);
+  readTwo<HandWrittenBinary>(Fixture::template archiveOfTwo<HandWrittenBinary>(), other, leaf);
+  EXPECT_EQ(other.getValue(), first);
+  EXPECT_EQ(leaf.getValue(), second);
 }
 
 // New leaves
