@@ -590,7 +590,6 @@ void XmlIArchive::readShared(const SerializationIItem<SerializationObjectPtr>& i
       {
         XmlDocument& document = _impl->document;
         const XmlAttributes& attributes = document.enter(XmlElement::pointer, &item.getKey());
-        ipUInt64 number = 0;
         if (attributes.get(XmlAttribute::null) == "true")
         {
           document.leave();
@@ -599,33 +598,48 @@ void XmlIArchive::readShared(const SerializationIItem<SerializationObjectPtr>& i
         }
         if (attributes.has(XmlAttribute::ref))
         {
-          const std::string_view text = attributes.get(XmlAttribute::ref);
-          if (parseNumber(text, number) != ParseResult::ok || number == 0 || number > _impl->objects.size())
-            ArchiveAccess::fail(*this, ORVEL_HERE, Message::eUnknownReference, quoted(text));
-          countReference(_impl->objects.getHeight(number - 1));
-          document.leave();
-          item.getValue() = _impl->objects[number - 1];
+          readReference(attributes.get(XmlAttribute::ref), item.getValue());
           return;
         }
-        if (!attributes.has(XmlAttribute::className) ||
-            parseNumber(attributes.get(XmlAttribute::id), number) != ParseResult::ok ||
-            number != _impl->objects.size() + 1)
-          ArchiveAccess::fail(*this, ORVEL_HERE, Message::eDamaged,
-                              "a pointer needs the next id and a class");
+        checkNewObject(attributes);
 
         ObjectScope scope(*this);
-        const SerializationObjectPtr object =
-            createObject(std::string(attributes.get(XmlAttribute::className)));
-        _impl->objects.enter(object); // before its content: a cycle leads back to it
+        const SerializationObjectPtr object = createObject(attributes.get(XmlAttribute::className));
+        const ipUInt64 number = _impl->objects.enter(object); // before its content: a cycle leads back to it
         ArchiveAccess::readWhole(*this, *object);
         document.leave();
-        _impl->objects.setHeight(number - 1, scope.finish());
+        _impl->objects.setHeight(number, scope.finish());
         item.getValue() = object;
       });
 }
 
-SerializationObjectPtr XmlIArchive::createObject(const std::string& className)
+// These stand outside of readShared(): what they need of the stack is not needed again at every level of a
+// deep tree.
+
+/// Reads a pointer to an object that came before.
+void XmlIArchive::readReference(std::string_view text, SerializationObjectPtr& object)
 {
+  ipUInt64 number = 0;
+  if (parseNumber(text, number) != ParseResult::ok || number == 0 || number > _impl->objects.size())
+    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eUnknownReference, quoted(text));
+  countReference(_impl->objects.getHeight(number - 1));
+  _impl->document.leave();
+  object = _impl->objects[number - 1];
+}
+
+/// Raises unless a pointer to a new object has all that it needs.
+void XmlIArchive::checkNewObject(const XmlAttributes& attributes)
+{
+  ipUInt64 number = 0;
+  if (!attributes.has(XmlAttribute::className) ||
+      parseNumber(attributes.get(XmlAttribute::id), number) != ParseResult::ok ||
+      number != _impl->objects.size() + 1)
+    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eDamaged, "a pointer needs the next id and a class");
+}
+
+SerializationObjectPtr XmlIArchive::createObject(std::string_view name)
+{
+  const std::string className(name);
   auto found = _impl->classes.find(className);
   if (found == _impl->classes.end())
     found = _impl->classes.emplace(className, ObjectClass(className)).first;

@@ -20,6 +20,7 @@ namespace orvel
 namespace details
 {
 class InputOrigin;
+class XmlAttributes;
 struct XmlFailure;
 } // namespace details
 
@@ -154,7 +155,9 @@ private:
   template <class Number>
   Number readNumber(const std::string& key, Number minimum, Number maximum);
   void readShared(const SerializationIItem<SerializationObjectPtr>& item);
-  SerializationObjectPtr createObject(const std::string& className);
+  void readReference(std::string_view text, SerializationObjectPtr& object);
+  void checkNewObject(const details::XmlAttributes& attributes);
+  SerializationObjectPtr createObject(std::string_view name);
 
   std::unique_ptr<Impl> _impl;
 };

@@ -7,6 +7,12 @@
 namespace orvel::details
 {
 
+void ArchiveAccess::failObject(BaseArchive& archive, const SourceLocation& here,
+                               const BaseSerializationObject& object, const BoolResult& result)
+{
+  fail(archive, here, eORVELSerializationMessage::eObjectFailed, object.getClassName(), result.getMessage());
+}
+
 std::unique_ptr<BaseIArchive> ArchiveAccess::open(const boost::filesystem::path& path)
 {
   constexpr int firstByteOfBinary = 0xd9; // no XML begins with it

@@ -32,13 +32,17 @@ struct ArchiveAccess
     raise(here, message, archive.getName(), archive.getPlace(), arguments...);
   }
 
+  /// Refuses every further use of an archive and raises what an object has reported. Out of line: what it
+  /// needs of the stack is not needed again at every level of a deep tree.
+  [[noreturn]] static void failObject(BaseArchive& archive, const SourceLocation& here,
+                                      const BaseSerializationObject& object, const BoolResult& result);
+
   /// Writes an object through its own `write`; a failure that this reports is one of the archive.
   static void writeWhole(BaseOArchive& archive, const BaseSerializationObject& object)
   {
     const BoolResult result = object.write(archive);
     if (!result)
-      fail(archive, ORVEL_HERE, eORVELSerializationMessage::eObjectFailed, object.getClassName(),
-           result.getMessage());
+      failObject(archive, ORVEL_HERE, object, result);
     archive.checkOpen(); // a section may have failed to close, where nothing could be thrown
   }
 
@@ -47,8 +51,7 @@ struct ArchiveAccess
   {
     const BoolResult result = object.read(archive);
     if (!result)
-      fail(archive, ORVEL_HERE, eORVELSerializationMessage::eObjectFailed, object.getClassName(),
-           result.getMessage());
+      failObject(archive, ORVEL_HERE, object, result);
     archive.checkOpen();
   }
 
