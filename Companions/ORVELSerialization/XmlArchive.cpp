@@ -135,8 +135,13 @@ struct XmlOArchive::Impl
   ByteSink sink;
   std::size_t level = 0; // elements that are open
   FiledObjects objects;
-  std::string latestName; // that had escapes, and its form with them: names come in rows
-  std::string latestEscapedName;
+
+  struct EscapedName
+  {
+    std::string name;
+    std::string escaped;
+  };
+  std::array<EscapedName, 64> escapedNames; // those met last: the same few class names come time and again
 };
 
 XmlOArchive::XmlOArchive(std::string name, std::unique_ptr<Impl> impl)
@@ -206,7 +211,11 @@ void XmlOArchive::putName(std::string_view name)
 
 void XmlOArchive::putEscapedName(std::string_view name)
 {
-  if (name != _impl->latestName)
+  const std::size_t mixed =
+      name.size() + 7U * static_cast<unsigned char>(name[name.size() / 2]) +
+      31U * static_cast<unsigned char>(name[name.size() - std::min<std::size_t>(name.size(), 3)]);
+  Impl::EscapedName& cached = _impl->escapedNames[mixed % _impl->escapedNames.size()];
+  if (name != cached.name)
   {
     if (!isXmlText(name))
       ArchiveAccess::fail(*this, ORVEL_HERE, Message::eInvalidKey, quoted(name));
@@ -216,10 +225,11 @@ void XmlOArchive::putEscapedName(std::string_view name)
       const std::string_view escape = getEscape(character, true);
       escaped += escape.empty() ? std::string_view(&character, 1) : escape;
     }
-    _impl->latestEscapedName.swap(escaped);
-    _impl->latestName = name;
+    cached.name.clear(); // if memory ends, no name stands for another one's form
+    cached.escaped.swap(escaped);
+    cached.name = name;
   }
-  _impl->sink.append(_impl->latestEscapedName);
+  _impl->sink.append(cached.escaped);
 }
 
 /// An item whose text needs no escapes.

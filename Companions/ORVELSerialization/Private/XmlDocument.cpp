@@ -55,6 +55,26 @@ constexpr std::array<unsigned char, 256> specialCharacters = []
   return special;
 }();
 
+/// What follows the line feed that ends a line, or the end of the text.
+const char* findLineEnd(const char* line, const char* end)
+{
+  const void* const lineFeed = std::memchr(line, '\n', static_cast<std::size_t>(end - line));
+  return lineFeed == nullptr ? end : static_cast<const char*>(lineFeed) + 1;
+}
+
+/// Tells whether a text is nothing but printable ASCII and line feeds.
+bool isPlainText(const char* begin, const char* end)
+{
+  unsigned char unusual = 0; // no early end and nothing but bytes: so the compiler can use vectors
+  for (const char* at = begin; at != end; ++at)
+  {
+    const auto byte = static_cast<unsigned char>(*at);
+    const unsigned char mask = static_cast<unsigned char>(byte - 0x20U) < 0x60U ? 0 : 0xFF;
+    unusual |= static_cast<unsigned char>(mask & (byte ^ '\n'));
+  }
+  return unusual == 0;
+}
+
 /// The number of an attribute's name, nbXmlAttributes if it is unknown.
 std::size_t findAttributeName(const char* name)
 {
@@ -184,28 +204,31 @@ void XmlDocument::readAll(InputOrigin& origin)
 /// Refuses what is no UTF-8 and characters that XML excludes, and notes where lines begin.
 void XmlDocument::checkCharacters()
 {
+  constexpr std::ptrdiff_t usualPiece = 4096; // small enough to be still at hand for the second look at it
   const char* const begin = _text.get();
   const char* const end = begin + _size;
   _lineStarts.assign(1, 0);
-  for (const char* line = begin; line != end;)
+  for (const char* piece = begin; piece != end;)
   {
-    const void* const lineFeed = std::memchr(line, '\n', static_cast<std::size_t>(end - line));
-    const char* const textEnd = lineFeed == nullptr ? end : static_cast<const char*>(lineFeed);
-    bool hasUnusual = false; // no early end: so the compiler can use vectors
-    for (const char* at = line; at != textEnd; ++at)
-      hasUnusual |= static_cast<unsigned char>(static_cast<unsigned char>(*at) - 0x20U) >= 0x60U;
-    if (hasUnusual)
+    const char* const pieceEnd =
+        end - piece <= usualPiece ? end : findLineEnd(piece + usualPiece, end); // not within a character
+    // The lines come first: a failure names its place by them.
+    for (const char* line = findLineEnd(piece, pieceEnd);; line = findLineEnd(line, pieceEnd))
     {
-      const std::string_view text(line, static_cast<std::size_t>(textEnd - line));
+      if (line[-1] == '\n')
+        _lineStarts.push_back(static_cast<ipUInt64>(line - begin));
+      if (line == pieceEnd)
+        break;
+    }
+    if (!isPlainText(piece, pieceEnd))
+    {
+      const std::string_view text(piece, static_cast<std::size_t>(pieceEnd - piece));
       const std::size_t legal = countXmlText(text);
       if (legal != text.size())
-        throw XmlFailure{XmlFailure::Kind::damaged, static_cast<ipUInt64>(line - begin) + legal,
+        throw XmlFailure{XmlFailure::Kind::damaged, static_cast<ipUInt64>(piece - begin) + legal,
                          "a byte that is no UTF-8 or no character of XML", ""};
     }
-    const char* const lineEnd = lineFeed == nullptr ? end : textEnd + 1;
-    if (lineFeed != nullptr)
-      _lineStarts.push_back(static_cast<ipUInt64>(lineEnd - begin));
-    line = lineEnd;
+    piece = pieceEnd;
   }
 }
 

@@ -117,6 +117,37 @@ TEST(XmlArchive, FilesSharedObjectsWithTheirNumberAndClass)
                                   "  </pointer>\n"));
 }
 
+TEST(XmlArchive, EscapesEachOfManyNamesAsItIs)
+{
+  std::string expected;
+  const std::string file = fileBy<XmlFormat>(
+      [&](BaseOArchive& archive)
+      {
+        for (int turn = 0; turn < 2; ++turn)
+          for (int number = 0; number < 1000; ++number)
+          {
+            const std::string digits = std::to_string(number * 7919 % 1000);
+            const ArchiveSectionManager section(archive, "a<" + digits + ">");
+            expected += "  <section name=\"a&lt;" + digits + "&gt;\">\n  </section>\n";
+          }
+      });
+  EXPECT_EQ(file, XmlFormat::wrap(expected));
+}
+
+TEST(XmlArchive, EncodesATextForOneControlCharacterAtAnyPlace)
+{
+  for (std::size_t place = 0; place < 17; ++place)
+    for (int code = 0; code < 0x20; ++code)
+    {
+      std::string text = "seventeen letters";
+      text[place] = static_cast<char>(code);
+      const std::string content = contentOf(text);
+      const bool isCarried = code == '\t' || code == '\n';
+      EXPECT_EQ(content.find("encoding=\"base64\"") == std::string::npos, isCarried) << place << ", " << code;
+      EXPECT_EQ(valueOf<std::string>(content), text);
+    }
+}
+
 TEST(XmlArchive, NamesSectionsOfContainers)
 {
   EXPECT_EQ(contentOf(std::map<std::string, int>{{"a", 1}}), "  <section name=\"K\">\n"
@@ -564,6 +595,20 @@ TEST(XmlArchive, RefusesBytesThatXmlExcludes)
               "character of XML");
     EXPECT_EQ(failureToRead<std::string>(item("x") + "<!-- " + bytes + " -->").substr(0, 34),
               "Archive stream, line 4, column 6: ");
+  }
+}
+
+TEST(XmlArchive, NamesTheLineOfABadByteInALongText)
+{
+  constexpr std::size_t nbLines = 400; // some 10 KiB
+  for (std::size_t bad = 0; bad < nbLines; ++bad)
+  {
+    std::string content;
+    for (std::size_t line = 0; line < nbLines; ++line)
+      content += item(line == bad ? "ab\x01" : line % 3 == 0 ? "\xC3\xA9t\xC3\xA9" : "ab");
+    EXPECT_EQ(failureToRead<std::string>(content),
+              "Archive stream, line " + std::to_string(3 + bad) +
+                  ", column 19: the archive is damaged: a byte that is no UTF-8 or no character of XML");
   }
 }
 
