@@ -7,6 +7,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -27,7 +28,7 @@ public:
   std::size_t find(const std::string& name) const
   {
     Cached& cached = _cached[(reinterpret_cast<std::uintptr_t>(&name) >> 5U) % _cached.size()];
-    if (cached.name == &name && _names[cached.number] == name)
+    if (cached.name == &name && areSame(_names[cached.number], name))
       return cached.number;
     const auto found = std::find(_names.begin(), _names.end(), name);
     if (found == _names.end())
@@ -44,6 +45,27 @@ public:
   }
 
 private:
+  /// Class names have 20 to 50 bytes: a call of memcmp takes longer than to compare so few words.
+  static bool areSame(const std::string& left, const std::string& right)
+  {
+    const std::size_t size = left.size();
+    if (size != right.size())
+      return false;
+    if (size < sizeof(std::uint64_t))
+      return left == right;
+    for (std::size_t at = 0; at < size - sizeof(std::uint64_t); at += sizeof(std::uint64_t))
+      if (wordAt(left, at) != wordAt(right, at))
+        return false;
+    return wordAt(left, size - sizeof(std::uint64_t)) == wordAt(right, size - sizeof(std::uint64_t));
+  }
+
+  static std::uint64_t wordAt(const std::string& text, std::size_t at)
+  {
+    std::uint64_t word = 0;
+    std::memcpy(&word, text.data() + at, sizeof(word));
+    return word;
+  }
+
   struct Cached
   {
     const std::string* name = nullptr;

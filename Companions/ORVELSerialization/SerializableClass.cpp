@@ -8,7 +8,7 @@ namespace orvel::details
 
 void writeClassVersion(BaseOArchive& archive, const std::string& className, ipUInt32 (*getVersion)())
 {
-  if (archive.isClassVersionRegistred(className))
+  if (archive.findClassVersion(className) != nullptr)
     return;
   const ipUInt32 version = getVersion();
   SectionScope section(archive, className);

@@ -104,8 +104,14 @@ void DataItemMap::copyMembers(const DataItemMap& other)
   // as other may be an item of this map that nobody else holds.
   std::map<std::string, DataItemPtr> previous;
   previous.swap(_itemMap);
-  for (const auto& [name, item] : other._itemMap)
+  const auto end = other._itemMap.end();
+  for (auto next = other._itemMap.begin(); next != end;)
+  {
+    const auto& [name, item] = *next++;
+    if (next != end)
+      details::prefetch(next->second); // it has time to come while this one is copied
     _itemMap.emplace_hint(_itemMap.end(), name, details::duplicateItem(*item));
+  }
 }
 
 void DataItemMap::writeMembers(BaseOArchive& archive) const
