@@ -57,10 +57,11 @@ bool check(benchmark::State& state, bool condition, const char* message);
 void addCase(const std::string& group, const std::string& side,
              const std::function<void(benchmark::State&)>& run, benchmark::TimeUnit unit);
 
-void addBlockCases();    ///< a large raw block to a file and back
-void addArchiveCases();  ///< kernels and shared objects, binary and XML
-void addBufferCases();   ///< mirrors, fills and copies of memory; buffers through archives
-void addFrameCases();    ///< creation by name, type name, version
-void addDataItemCases(); ///< trees of parameters
+void addBlockCases();         ///< a large raw block to a file and back
+void addArchiveCases();       ///< kernels and shared objects, binary and XML
+void addBufferCases();        ///< mirrors, fills and copies of memory; buffers through archives
+void addFrameCases();         ///< creation by name, type name, version
+void addDataItemCases();      ///< trees of parameters
+void addNeighbourhoodCases(); ///< shapes and kernels beside the naive way of making them
 
 } // namespace orvel::benchmarks

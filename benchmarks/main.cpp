@@ -25,6 +25,7 @@ int main(int argc, char** argv)
   orvel::benchmarks::addBufferCases();
   orvel::benchmarks::addFrameCases();
   orvel::benchmarks::addDataItemCases();
+  orvel::benchmarks::addNeighbourhoodCases();
 
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv))

@@ -112,6 +112,16 @@ ITEMS = [
     Target("items_copy", "cereal", AT_MOST, None),
     Target("items_copy", "boost", AT_MOST, None),
 ]
+NEIGHBOURHOODS = (
+    [Target("disc/%d" % radius, "naive", FASTER, 2.6 if radius == 50 else None) for radius in (1, 3, 10, 30, 50, 100)]
+    + [Target("disc/50", "opencv", FASTER, None)]
+    + [Target("ball/%d" % radius, "naive", FASTER, 5.0 if radius == 50 else None) for radius in (1, 3, 10, 30, 50, 100)]
+    + [Target("ball/50", "itk", FASTER, 3.0),
+       Target("box/31x31x31", "naive", FASTER, 3.0),
+       Target("segment/1000", "naive", FASTER, None),
+       Target("dense_kernel/1M", "naive", FASTER, 3.0),
+       Target("rotate/101x101", "making", AT_MOST, None),
+       Target("description_copy/ball_20", "set", AT_MOST, None)])
 # The sides of a series are the numbers that the cost depends on. A bound is that of the exponent.
 Series = collections.namedtuple("Series", "group bound")
 ITEM_COSTS = ("build", "copy", "equal", "write", "read", "xml_write", "xml_read")
@@ -125,7 +135,7 @@ def all_targets():
     result += SYNCHRONISED_BLOCK
     for medium in ("memory", "tmpfs", "disk"):
         result += [t._replace(group=t.group.format(medium=medium)) for t in SUBJECTS]
-    return result + MEMORY + BUFFERS + FRAME + ITEMS
+    return result + MEMORY + BUFFERS + FRAME + ITEMS + NEIGHBOURHOODS
 
 
 def split_name(name):

@@ -88,7 +88,8 @@ struct KernelOperations
 
   static void copy(Kernel& kernel, const Kernel& other)
   {
-    kernel._dataColl = other._dataColl;
+    auto taps = other._dataColl; // aside: if memory runs out the kernel stays whole
+    kernel._dataColl.swap(taps);
     Box::copy(kernel, other);
     kernel._coefSum = other._coefSum;
     kernel._absCoefSum = other._absCoefSum;
