@@ -9,6 +9,7 @@
 #include <ORVELBaseData/DataItem/Map/DataItemMap.h>
 #include <ORVELBaseData/DataItem/NodeColl/BaseDataItemNodeColl.h>
 #include <ORVELMath/RelativeComparison.h>
+#include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel
 {
@@ -142,12 +143,20 @@ struct DataItemComparison
   {
     if (lhs.getSize() != rhs.getSize())
       return false;
-    auto other = rhs._itemMap.begin();
-    for (const auto& [name, item] : lhs._itemMap)
+    auto left = lhs._itemMap.begin();
+    auto right = rhs._itemMap.begin();
+    const auto end = lhs._itemMap.end();
+    while (left != end)
     {
-      if (name != other->first || !equal(*item, *other->second, tolerance))
+      const auto& [name, item] = *left++;
+      const auto& [otherName, other] = *right++;
+      if (left != end) // the next ones have time to come while these are compared
+      {
+        prefetch(left->second);
+        prefetch(right->second);
+      }
+      if (name != otherName || !equal(*item, *other, tolerance))
         return false;
-      ++other;
     }
     return true;
   }
