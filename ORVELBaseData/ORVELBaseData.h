@@ -15,6 +15,8 @@
 #include <ORVELBaseData/Buffer/HybridBuffer.h>
 #include <ORVELBaseData/Buffer/TOwnBuffer.h>
 #include <ORVELBaseData/Buffer/TypedOwnBuffer.h>
+#include <ORVELBaseData/Calibration/CalibrationLogMessages.h>
+#include <ORVELBaseData/Calibration/GeometricCalibration.h>
 #include <ORVELBaseData/DataItem/BaseDataItem.h>
 #include <ORVELBaseData/DataItem/DataItemLogMessages.h>
 #include <ORVELBaseData/DataItem/DataItemType.h>
@@ -73,4 +75,8 @@
 #include <ORVELBaseData/Pattern/StructuringElement/StructuringElementXYInfo.h>
 #include <ORVELBaseData/Pattern/StructuringElement/StructuringElementXYZ.h>
 #include <ORVELBaseData/Pattern/StructuringElement/StructuringElementXYZInfo.h>
+#include <ORVELBaseData/PlanIndex/BasePlanIndexedColl.h>
+#include <ORVELBaseData/PlanIndex/PlanIndex.h>
+#include <ORVELBaseData/PlanIndex/PlanIndexLogMessages.h>
+#include <ORVELBaseData/PtrColl/BasePtrColl.h>
 #include <ORVELBaseData/Range/ElementsRange.h>

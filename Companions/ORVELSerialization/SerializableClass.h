@@ -129,6 +129,19 @@ public:                                                                         
                                                                                                              \
 private:
 
+/// Members of an abstract class of the frame that has an archive version and data, and whose objects can't be
+/// copied through it; the two at the end are for the class to write.
+#define ORVEL_DECLARE_SERIALIZABLE_WITHOUT_COPY(Class)                                                       \
+  ORVEL_DECLARE_WITHOUT_COPY(Class)                                                                          \
+public:                                                                                                      \
+  static ::orvel::ipUInt32 getVersion();                                                                     \
+  ::orvel::BoolResult write(::orvel::BaseOArchive& archive) const override;                                  \
+  ::orvel::BoolResult read(::orvel::BaseIArchive& archive) override;                                         \
+                                                                                                             \
+private:                                                                                                     \
+  void writeMembers(::orvel::BaseOArchive& archive) const;                                                   \
+  void readMembers(::orvel::BaseIArchive& archive);
+
 /// Defines the mutex of a source unit that guards the making of its type names: TypeNameMutex.
 #define ORVEL_DEFINE_TYPE_NAME_MUTEX                                                                         \
   namespace                                                                                                  \
@@ -182,20 +195,10 @@ private:
   ORVEL_DEFINE_VERSION_MUTEX                                                                                 \
   ORVEL_DEFINE_VERSION_OF(, Class, classVersion)
 
-/// Defines copy, write and read of one level of a hierarchy, of a class or, with `template <class T>` ahead,
-/// of a template. Base is the class whose operations come first; the last three arguments are what the level
-/// does with its own members.
-#define ORVEL_DEFINE_LEVEL_OF(Template, Class, Base, copyOwn, writeOwn, readOwn)                             \
-  Template const std::string& Class::getClassName() const                                                    \
-  {                                                                                                          \
-    static const std::string& g_className = getTypeName(); /* spares the lock of every other call */         \
-    return g_className;                                                                                      \
-  }                                                                                                          \
-  Template void Class::copy(const ::orvel::BaseDynamicObject& other)                                         \
-  {                                                                                                          \
-    Base::copy(other);                                                                                       \
-    copyOwn;                                                                                                 \
-  }                                                                                                          \
+/// Defines write and read of one level of a hierarchy, of a class or, with `template <class T>` ahead, of a
+/// template. Base is the class whose operations come first; the last two arguments are what the level does
+/// with its own members.
+#define ORVEL_DEFINE_ARCHIVING_OF(Template, Class, Base, writeOwn, readOwn)                                  \
   Template ::orvel::BoolResult Class::write(::orvel::BaseOArchive& archive) const                            \
   {                                                                                                          \
     const ::orvel::BoolResult baseResult = Base::write(archive);                                             \
@@ -217,6 +220,20 @@ private:
     readOwn;                                                                                                 \
     return ::orvel::BoolResult(true);                                                                        \
   }
+
+/// Defines copy, write and read of one level of a hierarchy. \see ORVEL_DEFINE_ARCHIVING_OF
+#define ORVEL_DEFINE_LEVEL_OF(Template, Class, Base, copyOwn, writeOwn, readOwn)                             \
+  Template const std::string& Class::getClassName() const                                                    \
+  {                                                                                                          \
+    static const std::string& g_className = getTypeName(); /* spares the lock of every other call */         \
+    return g_className;                                                                                      \
+  }                                                                                                          \
+  Template void Class::copy(const ::orvel::BaseDynamicObject& other)                                         \
+  {                                                                                                          \
+    Base::copy(other);                                                                                       \
+    copyOwn;                                                                                                 \
+  }                                                                                                          \
+  ORVEL_DEFINE_ARCHIVING_OF(Template, Class, Base, writeOwn, readOwn)
 
 /// Defines copy, write and read of one level of a hierarchy of classes. \see ORVEL_DEFINE_LEVEL_OF
 #define ORVEL_DEFINE_LEVEL(Class, Base, copyOwn, writeOwn, readOwn)                                          \
@@ -257,6 +274,12 @@ private:
   {                                                                                                          \
     ::orvel::raise(ORVEL_HERE, ::orvel::eORVELUtilErrors::eNoCopySupport, getTypeName());                    \
   }
+
+/// Defines what ORVEL_DECLARE_SERIALIZABLE_WITHOUT_COPY declares.
+#define ORVEL_DEFINE_SERIALIZABLE_WITHOUT_COPY(Class, Base, classVersion)                                    \
+  ORVEL_DEFINE_WITHOUT_COPY(Class)                                                                           \
+  ORVEL_DEFINE_VERSION(Class, classVersion)                                                                  \
+  ORVEL_DEFINE_ARCHIVING_OF(, Class, Base, writeMembers(archive), readMembers(archive))
 
 /// Defines what ORVEL_DECLARE_CREATION declares but duplicate(), of a class or, with `template <class T>`
 /// ahead, of a template: Class is T<...> then, and Name the name of its constructor.

@@ -1,0 +1,60 @@
+#pragma once
+
+/// \file
+/// \brief Names of plans.
+
+#include <ORVELBaseData/ORVELBaseDataExport.h>
+#include <ORVELSerialization/SerializableClass.h>
+#include <ORVELUtil/ScalarTypes.h>
+
+#include <boost/shared_ptr.hpp>
+
+namespace orvel
+{
+
+/// \brief Name of one plan of an image: its indices along z (depth), c (channel) and t (time).
+///
+/// Unit: plans, counted from 0. A plain value: any three numbers are accepted. The order is unsigned, t
+/// first, then c, then z, so that a sorted walk runs through z fastest and t slowest. Archive version 2;
+/// version 1 held 32-bit numbers and is still read.
+class ORVELBASEDATA_EXPORT PlanIndex : public BaseSerializationObject
+{
+  ORVEL_DECLARE_SERIALIZABLE(PlanIndex)
+
+public:
+  /// \brief Make an index whose numbers are not set: they have no value until they are assigned or read.
+  PlanIndex() {} // stands for = default, which would let PlanIndex() zero the numbers
+
+  /// \brief Make the index of a plan. Beware: the order compares t first, the arguments begin with z.
+  PlanIndex(ipUInt64 z, ipUInt64 c, ipUInt64 t)
+    : _zPlanIdx(z)
+    , _cPlanIdx(c)
+    , _tPlanIdx(t)
+  {
+  }
+
+  ipUInt64 getZPlanIdx() const { return _zPlanIdx; } ///< index along z
+  ipUInt64 getCPlanIdx() const { return _cPlanIdx; } ///< index along c
+  ipUInt64 getTPlanIdx() const { return _tPlanIdx; } ///< index along t
+
+  bool operator==(const PlanIndex& other) const;
+  bool operator!=(const PlanIndex& other) const;
+
+  /// \brief Order by t, then by c, then by z.
+  bool operator<(const PlanIndex& other) const;
+  bool operator<=(const PlanIndex& other) const; ///< \see operator<
+  bool operator>(const PlanIndex& other) const;  ///< \see operator<
+  bool operator>=(const PlanIndex& other) const; ///< \see operator<
+
+private:
+  void readVersion1(BaseIArchive& archive);
+
+  ipUInt64 _zPlanIdx;
+  ipUInt64 _cPlanIdx;
+  ipUInt64 _tPlanIdx;
+};
+
+using PlanIndexPtr = boost::shared_ptr<PlanIndex>;            ///< shared index
+using PlanIndexConstPtr = boost::shared_ptr<const PlanIndex>; ///< shared constant index
+
+} // namespace orvel

@@ -1,0 +1,42 @@
+#pragma once
+
+/// \file
+/// \brief Messages of the plan-indexed collections.
+
+#include <ORVELBaseData/ORVELBaseDataExport.h>
+#include <ORVELBaseData/ORVELBaseDataLogMessages.h>
+#include <ORVELUtil/MsgMapRegistrator.h>
+#include <ORVELUtil/NamedEnumeration.h>
+#include <ORVELUtil/Raise.h>
+
+namespace orvel
+{
+
+/// \brief Failures of the plan-indexed collections. The texts stand in the source.
+class ORVELBASEDATA_EXPORT ePlanIndexMessage : public NamedEnumeration<ePlanIndexMessage>
+{
+public:
+  enum domain
+  {
+    ePlanNotFound,      ///< no object stands under the index: z, c, t
+    ePlanAlreadyExists, ///< an object stands under the index already: z, c, t
+    eInvalidPlanOffset, ///< no such rank: the rank, the number of plans
+    eNullPlanPtr        ///< a null pointer in place of an object: z, c, t
+  };
+
+  ePlanIndexMessage() = default;
+  ePlanIndexMessage(domain value)
+    : NamedEnumeration(value)
+  {
+  }
+  explicit ePlanIndexMessage(ipUInt64 value)
+    : NamedEnumeration(value)
+  {
+  }
+
+  static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
+};
+
+ORVEL_DECLARE_MESSAGE_TABLE(ePlanIndexMessage, ORVELBaseDataMessageOwner, ORVELBASEDATA_EXPORT)
+
+} // namespace orvel

@@ -1,0 +1,24 @@
+#include <ORVELBaseData/PtrColl/BasePtrColl.h>
+
+#include <ORVELBaseData/PtrColl/Private/ObjectColl.h>
+
+namespace orvel
+{
+
+ORVEL_DEFINE_SERIALIZABLE_WITHOUT_COPY(BasePtrColl, BaseObjectWithSkeleton, 1)
+
+BasePtrColl::BasePtrColl() = default;
+
+BasePtrColl::~BasePtrColl() = default;
+
+void BasePtrColl::writeMembers(BaseOArchive& archive) const
+{
+  details::writeObjectColl(archive, *this, "_coll", _coll);
+}
+
+void BasePtrColl::readMembers(BaseIArchive& archive)
+{
+  details::readObjectColl(archive, *this, "_coll", _coll);
+}
+
+} // namespace orvel
