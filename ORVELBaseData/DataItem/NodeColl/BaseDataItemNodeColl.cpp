@@ -60,6 +60,7 @@ void BaseDataItemNodeColl::writeMembers(BaseOArchive& archive) const
 
 void BaseDataItemNodeColl::readMembers(BaseIArchive& archive, ipUInt32 /*version*/)
 {
+  _coll.clear(); // also if not even the number of the new nodes can be read
   archive >> SerializationIItem("_coll", _coll);
 }
 

@@ -187,6 +187,15 @@ TEST(BaseDataItemNodeColl, NamesThePlaceOfAFailureAndLogsItOnce)
   ASSERT_EQ(log.getRecords().size(), 1U);
   EXPECT_EQ(log.getRecords()[0].message, "Item shared pointer should not be null");
   EXPECT_EQ(log.getRecords()[0].level, log4cplus::ERROR_LOG_LEVEL);
+
+  const NodeColl& constant = coll;
+  for (const auto& bounds : {failureOf<ORVELBaseDataException>([&] { coll.getNodeBase(0); }),
+                             failureOf<ORVELBaseDataException>([&] { constant.getNodeBase(0); })})
+  {
+    EXPECT_NE(bounds.getFunction().find("BaseDataItemNodeColl::getNodeBase("), std::string::npos);
+    EXPECT_NE(sourceLine(bounds.getFile(), bounds.getLine()).find("eNodeIndexOutOfBounds"),
+              std::string::npos);
+  }
 }
 
 TEST(BaseDataItemNodeColl, TakesANodeOfItsOwnAgain)
@@ -302,6 +311,14 @@ TEST(BaseDataItemNodeColl, HoldsANodeTwiceUnderOnePointer)
   EXPECT_EQ(copy.getSize(), 2U);
   EXPECT_NE(&copy.getNodeBase(0), &copy.getNodeBase(1));
   EXPECT_EQ(node.use_count(), 3);
+}
+
+TEST(BaseDataItemNodeColl, TakesRoomForAllNodesOfItsSourceAtOnce)
+{
+  const NodeColl coll = makeColl(5);
+  NodeColl copy;
+  copy.copy(coll);
+  EXPECT_EQ(copy.getColl().capacity(), 5U);
 }
 
 TEST(BaseDataItemNodeColl, DuplicatesNodesInTheirOwnClass)
@@ -517,6 +534,18 @@ TYPED_TEST(BaseDataItemNodeCollArchive, LetsItsOldNodesGoBeforeNewOnesAreMade)
   EXPECT_THROW(readStart<TypeParam>(this->finish(broken), [&](BaseIArchive& archive) { coll.read(archive); }),
                ORVELSerializationException);
   EXPECT_EQ(node.use_count(), 1);
+}
+
+TYPED_TEST(BaseDataItemNodeCollArchive, LetsItsOldNodesGoEvenIfTheirNewNumberCannotBeRead)
+{
+  TypeParam file;
+  putVersion(file, "orvel::BaseDataItem", 1);
+  putVersion(file, "orvel::BaseDataItemNodeColl", 1);
+  file.text("_coll", "no section");
+  NodeColl coll = makeColl(2);
+  EXPECT_THROW(readStart<TypeParam>(file.file(), [&](BaseIArchive& archive) { coll.read(archive); }),
+               ORVELSerializationException);
+  EXPECT_TRUE(coll.isEmpty());
 }
 
 TYPED_TEST(BaseDataItemNodeCollArchive, CanBringANullThatCanBeSeenAndWrittenAgain)
