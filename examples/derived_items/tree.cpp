@@ -60,10 +60,43 @@ private:
   void* _handle;
 };
 
-/// The file may come from anywhere, so the classes of all that it holds are checked.
+/// Archives can bring null pointers where items belong, and whoever follows one of them is lost.
+void refuseNulls(const BaseDataItem* item)
+{
+  if (item == nullptr)
+    throw std::runtime_error("an item is missing from the tree");
+  switch (item->getDataItemType().getDomain())
+  {
+  case eDataItemType::eDIT_Map:
+  {
+    const auto& map = static_cast<const DataItemMap&>(*item);
+    for (const std::string& name : map.getItemNames())
+      refuseNulls(map.getItemPtr(name).get());
+    break;
+  }
+  case eDataItemType::eDIT_Node:
+  {
+    const auto& node = static_cast<const BaseDataItemNode&>(*item);
+    for (const std::string& key : node.getItemKeys())
+      refuseNulls(&node.getItem(key));
+    break;
+  }
+  case eDataItemType::eDIT_NodeColl:
+    for (const DataItemNodePtr& node : static_cast<const BaseDataItemNodeColl&>(*item).getColl())
+      refuseNulls(node.get());
+    break;
+  case eDataItemType::eDIT_Leaf:
+  case eDataItemType::eDIT_LeafColl:
+    break;
+  }
+}
+
+/// The file may come from anywhere, so the classes of all that it holds are checked, and that it is there.
 boost::shared_ptr<DataItemMap> load(const std::string& file)
 {
-  return loadObject<DataItemMap>(file, ArchiveTrust::untrusted);
+  auto tree = loadObject<DataItemMap>(file, ArchiveTrust::untrusted);
+  refuseNulls(tree.get());
+  return tree;
 }
 
 // Values as text
@@ -99,7 +132,8 @@ T valueOf(const std::string& text)
     stream.imbue(std::locale::classic());
     Number number{};
     stream >> std::boolalpha >> number;
-    if (!stream || stream.peek() != std::istringstream::traits_type::eof() ||
+    const bool wouldWrap = std::is_unsigned_v<Number> && text.find('-') != std::string::npos;
+    if (wouldWrap || !stream || stream.peek() != std::istringstream::traits_type::eof() ||
         static_cast<Number>(static_cast<T>(number)) != number)
       throw std::runtime_error("\"" + text + "\" is no value of this type");
     return static_cast<T>(number);
@@ -124,10 +158,14 @@ std::string textOf(const BaseDataItemLeaf& leaf)
 template <class T>
 std::string textOfValues(const BaseDataItemLeafColl& coll)
 {
-  std::string text;
+  std::string text = "{";
+  const char* separator = "";
   for (const T& value : static_cast<const DataItemLeafColl<T>&>(coll).getColl())
-    text += (text.empty() ? "" : ", ") + textOf<T>(value);
-  return "{" + text + "}";
+  {
+    text += separator + textOf<T>(value);
+    separator = ", ";
+  }
+  return text + "}";
 }
 
 std::string textOf(const BaseDataItemLeafColl& coll)

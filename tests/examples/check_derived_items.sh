@@ -52,6 +52,8 @@ done
 expect 0 compare tree.xml tree.bin 0 <<<"equal"
 
 expect 1 change tree.xml rounds 256 none.xml <<<'tree: "256" is no value of this type'
+sed 's/ipUInt8/ipUInt64/' tree.xml >wide.xml
+expect 1 change wide.xml rounds -1 none.xml <<<'tree: "-1" is no value of this type'
 expect 1 change tree.xml rounds many none.xml <<<'tree: "many" is no value of this type'
 expect 1 change tree.xml steps 1 none.xml <<<'tree: "steps" is no leaf'
 expect 1 change tree.xml nobody 1 none.xml \
@@ -65,3 +67,37 @@ sed 's/class="orvel::DataItemLeaf&lt;std::string&gt;"/class="orvel::StringIdenti
 grep -q "an object of class orvel::StringIdentifier can't stand for class orvel::BaseDataItem" output
 "$program" "$library" print 2>output && exit 1
 grep -q "^usage: tree LIBRARY make FILE" output
+
+# tree_with ELEMENTS: a map whose one item, "item", is read from these elements.
+tree_with() {
+  local record='<item key="version">1</item>'
+  echo '<orvelArchive format="1"><pointer key="object" id="1" class="orvel::DataItemMap">'
+  echo "<section name=\"orvel::BaseDataItem\">$record</section>"
+  echo "<section name=\"orvel::DataItemMap\">$record</section>"
+  echo '<section name="_itemMap"><section name="map"><item key="size">1</item><item key="key">item</item>'
+  echo "<section name=\"value\"><section name=\"\">$1</section></section>"
+  echo '</section></section></pointer></orvelArchive>'
+}
+coll='<pointer key="pObject" id="2" class="orvel::DataItemLeafColl&lt;std::string&gt;">
+<section name=""><item key="version">1</item></section><section name=""><item key="version">1</item></section>
+<section name="_coll"><section name="vector"><item key="size">2</item>
+<item key="value"></item><item key="value">a</item></section></section></pointer>'
+tree_with "$coll" >texts.xml
+expect 0 print texts.xml <<END
+texts.xml: map of 1
+  item: eDIVT_String = {, a}
+END
+
+# Null pointers that only an archive can bring: in a map, in a collection of nodes, and in place of the tree.
+nothing='<pointer key="pObject" null="true"/>'
+tree_with "$nothing" >null-in-map.xml
+tree_with '<pointer key="pObject" id="2" class="orvel::BaseDataItemNodeColl">
+<section name=""><item key="version">1</item></section><section name="_coll"><section name="vector">
+<item key="size">1</item><section name="value"><section name="">'"$nothing"'</section></section>
+</section></section></pointer>' >null-in-coll.xml
+echo '<orvelArchive format="1"><pointer key="object" null="true"/></orvelArchive>' >null.xml
+for file in null-in-map.xml null-in-coll.xml null.xml; do
+  expect 1 print $file <<<'tree: an item is missing from the tree'
+  expect 1 change $file item 1 none.xml <<<'tree: an item is missing from the tree'
+  expect 1 compare $file tree.xml 0 <<<'tree: an item is missing from the tree'
+done
