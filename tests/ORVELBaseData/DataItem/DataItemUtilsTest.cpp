@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include <boost/make_shared.hpp>
@@ -74,6 +75,12 @@ bool areEqual(const T& left, const T& right, ipReal64 tolerance)
 
 constexpr ipReal64 g_inf = std::numeric_limits<ipReal64>::infinity();
 constexpr ipReal64 g_nan = std::numeric_limits<ipReal64>::quiet_NaN();
+
+TEST(Equal, IsAFunctionOfTwoItemsAndATolerance)
+{
+  using Function = bool(const BaseDataItem&, const BaseDataItem&, const ipReal64&);
+  EXPECT_TRUE((std::is_same<decltype(orvel::equal), Function>::value));
+}
 
 // Values of each type
 
@@ -423,6 +430,31 @@ TEST(Equal, OfLeavesWithDifferentValueTypesIsFalse)
   EXPECT_FALSE(orvel::equal(TellingLeaf(true, 0, 14), TellingLeaf(true, 0, 15), 0));
 }
 
+/// A collection of bits that answers what it is told to.
+struct TellingColl : DataItemLeafColl<ipBool>
+{
+  TellingColl(const std::vector<bool>& bits, ipUInt64 valueType)
+    : _valueType(valueType)
+  {
+    getColl() = bits;
+  }
+  eDataItemValueType getDataItemValueType() const override { return eDataItemValueType(_valueType); }
+
+private:
+  ipUInt64 _valueType;
+};
+
+TEST(Equal, TakesAnUnknownValueTypeOfACollectionForBits)
+{
+  for (const ipUInt64 valueType : {ipUInt64{14}, ipUInt64{4294967296}, std::numeric_limits<ipUInt64>::max()})
+  {
+    const TellingColl coll({true, false}, valueType);
+    EXPECT_TRUE(orvel::equal(coll, TellingColl({true, false}, valueType), 0));
+    EXPECT_FALSE(orvel::equal(coll, TellingColl({true, true}, valueType), 0));
+    EXPECT_FALSE(orvel::equal(coll, TellingColl({true, false}, 0), 0)); // the types are compared as they are
+  }
+}
+
 /// Has a class name of its own with the text of another class.
 struct NamesakeLeaf : DataItemLeaf<ipInt32>
 {
@@ -680,6 +712,15 @@ TEST(Equal, OfATreeWithNaNAndItselfIsFalse)
 {
   const DataItemPtr tree = makeTree(g_nan, 2);
   EXPECT_FALSE(orvel::equal(*tree, *tree, 1000));
+}
+
+TEST(Equal, OfATreeAndAPartOfItLooksAtThatPart)
+{
+  const auto inner = makeMap({{"a", makeMap({})}});
+  const auto outer = makeMap({{"a", inner}});
+  EXPECT_FALSE(orvel::equal(*outer, outer->getItem("a"), 0));
+  EXPECT_FALSE(orvel::equal(outer->getItem("a"), *outer, 0));
+  EXPECT_TRUE(orvel::equal(outer->getItem("a"), *inner, 0));
 }
 
 TEST(Equal, OfTreesTakesTheToleranceToEveryLevel)

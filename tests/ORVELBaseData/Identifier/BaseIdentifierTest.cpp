@@ -10,6 +10,7 @@
 #include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
+#include <support/Sanitizers.h>
 
 namespace
 {
@@ -61,6 +62,26 @@ TEST(BaseIdentifier, LeavesTheseOperationsPure)
        {vtableIndexOf(&BaseIdentifier::getClassName), vtableIndexOf(&BaseIdentifier::copy),
         vtableIndexOf(&BaseIdentifier::write), vtableIndexOf(&BaseIdentifier::read)})
     EXPECT_FALSE(isPure(index)) << index;
+  if (!isSanitized) // the sanitizer widens the table
+  {
+    const void* const operations = table + 2; // all that there is of an object without data
+    EXPECT_EQ(vtableSizeOf(reinterpret_cast<const BaseIdentifier&>(operations)), 12U); // it adds none
+  }
+}
+
+TEST(BaseIdentifier, HasTheVirtualOperationsOfEveryObjectInOrder)
+{
+  // Two entries for the destructor come first.
+  EXPECT_EQ(vtableIndexOf(&BaseIdentifier::getClassName), 2U);
+  EXPECT_EQ(vtableIndexOf(&BaseIdentifier::createNew), 3U);
+  EXPECT_EQ(vtableIndexOf(&BaseIdentifier::createShared), 4U);
+  EXPECT_EQ(vtableIndexOf(&BaseIdentifier::hasCopySupport), 5U);
+  EXPECT_EQ(vtableIndexOf(&BaseIdentifier::duplicate), 6U);
+  EXPECT_EQ(vtableIndexOf(&BaseIdentifier::duplicateShared), 7U);
+  EXPECT_EQ(vtableIndexOf(&BaseIdentifier::initCtorCopy), 8U);
+  EXPECT_EQ(vtableIndexOf(&BaseIdentifier::copy), 9U);
+  EXPECT_EQ(vtableIndexOf(&BaseIdentifier::write), 10U);
+  EXPECT_EQ(vtableIndexOf(&BaseIdentifier::read), 11U);
 }
 
 TEST(BaseIdentifier, HasItsNameAndVersion)

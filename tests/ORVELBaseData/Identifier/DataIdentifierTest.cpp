@@ -179,4 +179,36 @@ TYPED_TEST(ArchivedDataIdentifier, RefusesANewerVersion)
   EXPECT_EQ(identifier.getName(), "old");
 }
 
+TYPED_TEST(ArchivedDataIdentifier, HasTheNewIdentifierAndTheOldNameWhenWhatFollowsCannotBeRead)
+{
+  TypeParam tooNew;
+  tooNew.text("_guid", g_guid);
+  putVersion(tooNew, "orvel::DataIdentifier", 2);
+  TypeParam cut;
+  cut.text("_guid", g_guid);
+  putVersion(cut, "orvel::DataIdentifier", 1);
+  for (const std::string& file : {tooNew.file(), cut.file()})
+  {
+    DataIdentifier identifier = named("old");
+    EXPECT_THROW(readStart<TypeParam>(file, [&](BaseIArchive& archive) { identifier.read(archive); }),
+                 ORVELSerializationException);
+    EXPECT_EQ(to_string(identifier.getGuid()), g_guid);
+    EXPECT_EQ(identifier.getName(), "old");
+  }
+}
+
+TYPED_TEST(ArchivedDataIdentifier, KeepsAllWhenTheIdentifierIsNone)
+{
+  TypeParam file;
+  file.text("_guid", "01234567-89ab-cdef-0123-456789abcdeg");
+  putVersion(file, "orvel::DataIdentifier", 1);
+  file.text("_name", "left eye");
+  DataIdentifier identifier = named("old");
+  const boost::uuids::uuid guid = identifier.getGuid();
+  EXPECT_THROW(readStart<TypeParam>(file.file(), [&](BaseIArchive& archive) { identifier.read(archive); }),
+               ORVELSerializationException);
+  EXPECT_EQ(identifier.getGuid(), guid);
+  EXPECT_EQ(identifier.getName(), "old");
+}
+
 } // namespace

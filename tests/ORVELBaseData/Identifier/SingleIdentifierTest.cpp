@@ -28,6 +28,12 @@ TEST(SingleIdentifier, HoldsOneNumber)
   EXPECT_EQ(identifier.getValue(), 0U);
 }
 
+TEST(SingleIdentifier, IsMadeOfANumberWithoutBeingNamed)
+{
+  const SingleIdentifier identifier = 3U;
+  EXPECT_EQ(identifier.getValue(), 3U);
+}
+
 TEST(SingleIdentifier, HasItsNameAndVersion)
 {
   EXPECT_EQ(SingleIdentifier::getTypeName(), "orvel::SingleIdentifier");
@@ -118,6 +124,18 @@ TYPED_TEST(ArchivedSingleIdentifier, IsReadAsItIsFiled)
                         EXPECT_TRUE(identifier.read(archive));
                         EXPECT_EQ(identifier.getValue(), 4294967295U);
                       });
+}
+
+TYPED_TEST(ArchivedSingleIdentifier, KeepsItsNumberWhenTheNewOneDoesNotFit)
+{
+  TypeParam file;
+  putVersion(file, "orvel::BaseIdentifier", 1);
+  putVersion(file, "orvel::SingleIdentifier", 1);
+  file.integer("_value", 4294967296); // one too many
+  SingleIdentifier identifier(7);
+  EXPECT_THROW(readStart<TypeParam>(file.file(), [&](BaseIArchive& archive) { identifier.read(archive); }),
+               ORVELSerializationException);
+  EXPECT_EQ(identifier.getValue(), 7U);
 }
 
 TYPED_TEST(ArchivedSingleIdentifier, RefusesANewerVersion)

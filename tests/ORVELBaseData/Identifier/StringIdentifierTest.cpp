@@ -35,6 +35,20 @@ TEST(StringIdentifier, HoldsOneString)
   EXPECT_EQ(identifier.getValue(), "left eye");
 }
 
+TEST(StringIdentifier, IsMadeOfAStringWithoutBeingNamed)
+{
+  const StringIdentifier identifier = std::string("left eye");
+  EXPECT_EQ(identifier.getValue(), "left eye");
+}
+
+TEST(StringIdentifier, TakesItsOwnStringAgain)
+{
+  const std::string text = "A string that is too long to be held without memory of its own";
+  StringIdentifier identifier(text);
+  identifier.setValue(identifier.getValue());
+  EXPECT_EQ(identifier.getValue(), text);
+}
+
 TEST(StringIdentifier, GivesItsStringByReference)
 {
   const StringIdentifier identifier("left eye");
@@ -131,6 +145,27 @@ TYPED_TEST(ArchivedStringIdentifier, IsReadAsItIsFiled)
                         EXPECT_TRUE(identifier.read(archive));
                         EXPECT_EQ(identifier.getValue(), "");
                       });
+}
+
+TYPED_TEST(ArchivedStringIdentifier, BringsAnyBytesBack)
+{
+  const std::string bytes(" \xFF\0<\r\n ", 7);
+  const std::string file =
+      fileOf<TypeParam>([&](BaseOArchive& archive) { EXPECT_TRUE(StringIdentifier(bytes).write(archive)); });
+  StringIdentifier identifier("old");
+  readFile<TypeParam>(file, [&](BaseIArchive& archive) { EXPECT_TRUE(identifier.read(archive)); });
+  EXPECT_EQ(identifier.getValue(), bytes);
+}
+
+TYPED_TEST(ArchivedStringIdentifier, KeepsItsStringWhenThereIsNoNewOne)
+{
+  TypeParam file;
+  putVersion(file, "orvel::BaseIdentifier", 1);
+  putVersion(file, "orvel::StringIdentifier", 1);
+  StringIdentifier identifier("old");
+  EXPECT_THROW(readStart<TypeParam>(file.file(), [&](BaseIArchive& archive) { identifier.read(archive); }),
+               ORVELSerializationException);
+  EXPECT_EQ(identifier.getValue(), "old");
 }
 
 TYPED_TEST(ArchivedStringIdentifier, RefusesANewerVersion)

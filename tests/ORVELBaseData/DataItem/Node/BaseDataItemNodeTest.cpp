@@ -20,6 +20,7 @@
 #include <support/LayoutChecks.h>
 #include <support/RaisedFailure.h>
 #include <support/SampleNode.h>
+#include <support/Sanitizers.h>
 
 namespace
 {
@@ -90,6 +91,15 @@ TEST(BaseDataItemNode, LeavesTheseOperationsPure)
         vtableIndexOf(&BaseDataItemNode::write), vtableIndexOf(&BaseDataItemNode::read),
         vtableIndexOf(&BaseDataItemNode::getDataItemType)})
     EXPECT_FALSE(isPure(index)) << index;
+
+  // Behind its own operations two words precede those of the tool tips: destructor, destructor, two texts.
+  EXPECT_TRUE(isPure(17 + 2 + vtableIndexOf(&BaseToolTip::getToolTip)));
+  EXPECT_TRUE(isPure(17 + 2 + vtableIndexOf(&BaseToolTip::getLongToolTip)));
+  if (!isSanitized) // the sanitizer widens the table
+  {
+    const void* const operations = table + 2; // all that there is of an object without data
+    EXPECT_EQ(vtableSizeOf(reinterpret_cast<const BaseDataItemNode&>(operations)), 17U + 2U + 4U);
+  }
 }
 
 TEST(BaseDataItemNode, HasItsNameAndVersion)
@@ -198,6 +208,14 @@ TEST(BaseDataItemNode, NamesThePlaceOfTheFailureAndLogsItOnce)
   EXPECT_EQ(log.getRecords()[0].message, "Item with name x does not exists for current item node");
   EXPECT_EQ(log.getRecords()[0].level, log4cplus::ERROR_LOG_LEVEL);
   EXPECT_EQ(log.getRecords()[0].line, static_cast<int>(failure.getLine()));
+
+  const auto functionOf = [](auto operation)
+  {
+    return failureOf<ORVELBaseDataException>(operation).getFunction();
+  };
+  EXPECT_NE(functionOf([&] { node.getItem("x"); }).find("BaseDataItemNode::getItem("), std::string::npos);
+  EXPECT_NE(functionOf([&] { node.getItemToolTip("x"); }).find("BaseDataItemNode::getItemToolTip("),
+            std::string::npos);
 }
 
 TEST(BaseDataItemNode, AsksTheDerivedClassOnce)

@@ -3,9 +3,11 @@
 #include <string>
 #include <type_traits>
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <support/LayoutChecks.h>
+#include <support/Sanitizers.h>
 
 namespace
 {
@@ -43,6 +45,22 @@ TEST(BaseToolTip, HasItsVirtualOperationsInOrder)
   // Two entries for the destructor come first.
   EXPECT_EQ(vtableIndexOf(&BaseToolTip::getToolTip), 2U);
   EXPECT_EQ(vtableIndexOf(&BaseToolTip::getLongToolTip), 3U);
+}
+
+TEST(BaseToolTip, HasADestructorAndTwoPureOperationsAndNoMore)
+{
+  const auto table = static_cast<void* const*>(dlsym(RTLD_DEFAULT, "_ZTVN5orvel11BaseToolTipE"));
+  void* const pure = dlsym(RTLD_DEFAULT, "__cxa_pure_virtual"); // stands where an operation is pure
+  ASSERT_NE(table, nullptr);
+  ASSERT_NE(pure, nullptr);
+  const auto operations = table + 2; // two words precede the operations
+  EXPECT_EQ(operations[2], pure);
+  EXPECT_EQ(operations[3], pure);
+  if (!isSanitized) // the sanitizer widens the table
+  {
+    const void* const object = operations; // all that there is of an object without data
+    EXPECT_EQ(vtableSizeOf(reinterpret_cast<const BaseToolTip&>(object)), 4U);
+  }
 }
 
 TEST(BaseToolTip, GivesTheTextsOfTheDerivedClass)

@@ -206,6 +206,22 @@ TEST_F(DataItemNodeFactoryTest, NamesThePlaceOfAFailureAndLogsItOnce)
   EXPECT_EQ(log.getRecords()[0].level, log4cplus::ERROR_LOG_LEVEL);
 }
 
+TEST_F(DataItemNodeFactoryTest, NamesTheOperationThatFails)
+{
+  _factory.registerNode("key", makeInfo());
+  const auto expectName = [](const std::string& name, auto operation)
+  {
+    const std::string function = failureOf<ORVELBaseDataException>(operation).getFunction();
+    EXPECT_NE(function.find("DataItemNodeFactory::" + name + "("), std::string::npos) << function;
+  };
+  expectName("registerNode", [&] { _factory.registerNode("key", makeInfo()); });
+  expectName("unRegisterNode", [&] { _factory.unRegisterNode("x"); });
+  expectName("getNodeName", [&] { _factory.getNodeName("x"); });
+  expectName("getNodeToolTip", [&] { _factory.getNodeToolTip("x"); });
+  expectName("getNodeLibraryName", [&] { _factory.getNodeLibraryName("x"); });
+  expectName("getNodeHeaderPath", [&] { _factory.getNodeHeaderPath("x"); });
+}
+
 TEST_F(DataItemNodeFactoryTest, DoesNotRaiseWhenAskedForAnUnknownKey)
 {
   const LogCapture log(getORVELBaseDataLogger());
@@ -275,6 +291,32 @@ TEST_F(DataItemNodeFactoryTest, GivesReferencesThatLastAsLongAsTheEntry)
   EXPECT_EQ(&_factory.getNodeName("m"), &name);
   EXPECT_EQ(&_factory.getNodeHeaderPath("m"), &path);
   EXPECT_EQ(name, "Middle");
+}
+
+TEST_F(DataItemNodeFactoryTest, GivesItsTextsByReferenceFromAConstantCatalogue)
+{
+  using Catalogue = const DataItemNodeFactory&;
+  const auto catalogue = []() -> Catalogue
+  {
+    return DataItemNodeFactory::getInstance();
+  };
+  EXPECT_TRUE((std::is_same<decltype(catalogue().getNodeName("")), const std::string&>::value));
+  EXPECT_TRUE((std::is_same<decltype(catalogue().getNodeToolTip("")), const std::string&>::value));
+  EXPECT_TRUE((std::is_same<decltype(catalogue().getNodeLibraryName("")), const std::string&>::value));
+  EXPECT_TRUE(
+      (std::is_same<decltype(catalogue().getNodeHeaderPath("")), const boost::filesystem::path&>::value));
+  EXPECT_TRUE((std::is_same<decltype(catalogue().getRegistredNodes()), ItemNameColl>::value));
+  EXPECT_TRUE((std::is_same<decltype(catalogue().createNode("")), DataItemNodePtr>::value));
+  _factory.registerNode("key", makeInfo());
+  EXPECT_TRUE(catalogue().isRegistredNode("key"));
+}
+
+TEST_F(DataItemNodeFactoryTest, RemovesAnEntryThatIsNamedByATextOfItsOwn)
+{
+  const std::string key = "A key that is too long to be held without memory of its own";
+  _factory.registerNode(key, makeInfo(key));
+  _factory.unRegisterNode(_factory.getNodeName(key));
+  EXPECT_EQ(_factory.getRegistredNodes(), ItemNameColl());
 }
 
 TEST_F(DataItemNodeFactoryTest, HasNothingToDoWithTheFactoryOfArchives)
