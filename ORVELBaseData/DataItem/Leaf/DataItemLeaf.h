@@ -17,6 +17,9 @@ namespace orvel
 /// A new leaf of a number or a bool has no value yet: set it, copy or read it before it is asked for. A new
 /// string or path is empty.
 ///
+/// duplicate() goes through the virtual createNew(), unlike that of other classes, so a class derived from
+/// this one need not replace it; duplicateShared() makes a DataItemLeaf<T> all the same.
+///
 /// Archive version 1: the item "_value".
 template <class T>
 class ORVELBASEDATA_EXPORT DataItemLeaf : public BaseDataItemLeaf

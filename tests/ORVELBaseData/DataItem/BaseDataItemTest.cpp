@@ -10,9 +10,11 @@
 #include <ORVELBaseData/DataItem/Leaf/DataItemLeaf.h>
 #include <ORVELBaseData/DataItem/LeafColl/DataItemLeafColl.h>
 #include <ORVELBaseData/DataItem/Map/DataItemMap.h>
+#include <ORVELBaseData/DataItem/NodeColl/BaseDataItemNodeColl.h>
 #include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
+#include <support/SampleNode.h>
 
 namespace
 {
@@ -57,7 +59,8 @@ TEST(BaseDataItem, LeavesTheseOperationsPure)
     return table[2 + index] == pure; // two words precede the operations
   };
   for (const std::size_t index :
-       {vtableIndexOf(&BaseDataItem::createNew), vtableIndexOf(&BaseDataItem::createShared),
+       {std::size_t{0}, std::size_t{1}, // the destructor
+        vtableIndexOf(&BaseDataItem::createNew), vtableIndexOf(&BaseDataItem::createShared),
         vtableIndexOf(&BaseDataItem::hasCopySupport), vtableIndexOf(&BaseDataItem::duplicate),
         vtableIndexOf(&BaseDataItem::duplicateShared), vtableIndexOf(&BaseDataItem::getDataItemType)})
     EXPECT_TRUE(isPure(index)) << index;
@@ -184,6 +187,16 @@ TYPED_TEST(ArchivedBaseDataItem, ReadsItsVersionAndNothingElse)
                       });
 }
 
+template <class HandWritten>
+void putEmpty(HandWritten& archive, const std::string& key, const std::string& container)
+{
+  archive.openSection(key);
+  archive.openSection(container);
+  archive.integer("size", 0);
+  archive.close();
+  archive.close();
+}
+
 TYPED_TEST(ArchivedBaseDataItem, FilesItsVersionOnceForItemsOfAllKinds)
 {
   TypeParam expected;
@@ -191,18 +204,23 @@ TYPED_TEST(ArchivedBaseDataItem, FilesItsVersionOnceForItemsOfAllKinds)
   putVersion(expected, "orvel::BaseDataItemLeaf", 1);
   putVersion(expected, "orvel::DataItemLeaf<ipInt32>", 1);
   expected.integer("_value", 3);
+  putVersion(expected, "orvel::BaseDataItemNode", 1);
+  putVersion(expected, "orvel::BaseDataItemLeafColl", 1);
+  putVersion(expected, "orvel::DataItemLeafColl<std::string>", 1);
+  putEmpty(expected, "_coll", "vector");
+  putVersion(expected, "orvel::BaseDataItemNodeColl", 1);
+  putEmpty(expected, "_coll", "vector");
   putVersion(expected, "orvel::DataItemMap", 1);
-  expected.openSection("_itemMap");
-  expected.openSection("map");
-  expected.integer("size", 0);
-  expected.close();
-  expected.close();
+  putEmpty(expected, "_itemMap", "map");
   EXPECT_EQ(fileOf<TypeParam>(
                 [](BaseOArchive& archive)
                 {
                   DataItemLeaf<ipInt32> leaf;
                   leaf.setValue(3);
                   leaf.write(archive);
+                  SampleNode().BaseDataItemNode::write(archive);
+                  DataItemLeafColl<std::string>().write(archive);
+                  BaseDataItemNodeColl().write(archive);
                   DataItemMap().write(archive);
                 }),
             expected.file());

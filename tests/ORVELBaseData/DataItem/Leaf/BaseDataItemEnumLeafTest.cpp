@@ -5,6 +5,7 @@
 #include <type_traits>
 #include <vector>
 
+#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
 #include <ORVELBaseData/DataItem/DataItemUtils.h>
@@ -12,6 +13,7 @@
 #include <ORVELBaseData/ORVELBaseDataLog.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
 #include <ORVELUtil/DynamicObjectFactory.h>
+#include <support/FailingAllocation.h>
 #include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
 #include <support/RaisedFailure.h>
@@ -170,10 +172,22 @@ TEST(BaseDataItemEnumLeaf, KeepsItsIntegerWhenItIsAssignedToItself)
   EXPECT_EQ(leaf.getEnumValue(), 5U);
 }
 
-/// Replaces nothing that makes objects.
+/// Replaces what makes new objects, but not what makes duplicates.
 class ForgetfulLeaf : public BaseDataItemEnumLeaf
 {
+public:
+  BaseDynamicObject* createNew() const override { return new ForgetfulLeaf; }
+  DynamicObjectPtr createShared() const override { return boost::make_shared<ForgetfulLeaf>(); }
 };
+
+TEST(BaseDataItemEnumLeaf, IsDuplicatedAsItsOwnClass)
+{
+  ForgetfulLeaf leaf;
+  leaf.setEnumValue(5);
+  const std::unique_ptr<BaseDynamicObject> duplicate(leaf.duplicate());
+  EXPECT_EQ(dynamic_cast<const ForgetfulLeaf*>(duplicate.get()), nullptr);
+  EXPECT_EQ(dynamic_cast<const BaseDataItemEnumLeaf&>(*duplicate).getEnumValue(), 5U);
+}
 
 TEST(BaseDataItemEnumLeaf, IsDuplicatedUnderASharedPointerAsItsOwnClass)
 {
@@ -182,6 +196,16 @@ TEST(BaseDataItemEnumLeaf, IsDuplicatedUnderASharedPointerAsItsOwnClass)
   const DynamicObjectPtr duplicate = leaf.duplicateShared();
   EXPECT_EQ(dynamic_cast<const ForgetfulLeaf*>(duplicate.get()), nullptr);
   EXPECT_EQ(dynamic_cast<const BaseDataItemEnumLeaf&>(*duplicate).getEnumValue(), 5U);
+}
+
+TEST(BaseDataItemEnumLeaf, DoesNotTouchTheIntegerOfANewOne)
+{
+  fillBlocksWith(0xA5);
+  const std::unique_ptr<BaseDynamicObject> owned(BaseDataItemEnumLeaf().createNew());
+  const DynamicObjectPtr shared = BaseDataItemEnumLeaf().createShared();
+  fillNoBlocks();
+  EXPECT_EQ(dynamic_cast<const BaseDataItemEnumLeaf&>(*owned).getEnumValue(), 0xA5A5A5A5U);
+  EXPECT_EQ(dynamic_cast<const BaseDataItemEnumLeaf&>(*shared).getEnumValue(), 0xA5A5A5A5U);
 }
 
 TEST(BaseDataItemEnumLeaf, HasItsOperationsAndItsFieldInOrder)
@@ -256,6 +280,32 @@ TYPED_TEST(ArchivedEnumLeaf, FilesTheVersionsOnceAndEachText)
                   colour(0).write(archive);
                 }),
             expected.file());
+}
+
+/// Has the empty text for one integer, and answers something else for the text of the present value.
+class EmptyTextLeaf : public BaseDataItemEnumLeaf
+{
+public:
+  EmptyTextLeaf() { setEnumValue(9); }
+  std::string getValueStr() const override { return "not to be filed"; }
+  bool fromString(const std::string& text, ipUInt32& value) const override
+  {
+    value = 9;
+    return text.empty();
+  }
+  bool toString(const ipUInt32& value, std::string& /*text*/) const override { return value == 9; }
+};
+
+TYPED_TEST(ArchivedEnumLeaf, FilesTheTextOfToStringAlsoWhenItIsEmpty)
+{
+  auto expected = startOfFirst<TypeParam>();
+  expected.text("enumValue", "");
+  EXPECT_EQ(fileOf<TypeParam>([](BaseOArchive& archive) { EXPECT_TRUE(EmptyTextLeaf().write(archive)); }),
+            expected.file());
+  EmptyTextLeaf leaf;
+  leaf.setEnumValue(0);
+  readFile<TypeParam>(expected.file(), [&](BaseIArchive& archive) { EXPECT_TRUE(leaf.read(archive)); });
+  EXPECT_EQ(leaf.getEnumValue(), 9U);
 }
 
 TYPED_TEST(ArchivedEnumLeaf, IsReadByItsText)

@@ -59,7 +59,8 @@ TEST(BaseDataItemLeaf, LeavesTheTypeOfItsValuePure)
     return table[2 + index] == pure; // two words precede the operations
   };
   for (const std::size_t index :
-       {vtableIndexOf(&BaseDataItemLeaf::createNew), vtableIndexOf(&BaseDataItemLeaf::createShared),
+       {std::size_t{0}, std::size_t{1}, // the destructor
+        vtableIndexOf(&BaseDataItemLeaf::createNew), vtableIndexOf(&BaseDataItemLeaf::createShared),
         vtableIndexOf(&BaseDataItemLeaf::hasCopySupport), vtableIndexOf(&BaseDataItemLeaf::duplicate),
         vtableIndexOf(&BaseDataItemLeaf::duplicateShared),
         vtableIndexOf(&BaseDataItemLeaf::getDataItemValueType)})

@@ -290,6 +290,7 @@ class DerivedLeaf : public DataItemLeaf<ipInt32>
 {
 public:
   BaseDynamicObject* createNew() const override { return new DerivedLeaf; }
+  DynamicObjectPtr createShared() const override { return boost::make_shared<DerivedLeaf>(); }
   void copy(const BaseDynamicObject& other) override
   {
     DataItemLeaf<ipInt32>::copy(other);
@@ -316,7 +317,7 @@ TEST(DataItemLeaf, IsDuplicatedUnderASharedPointerAsItsOwnClass)
 {
   DerivedLeaf leaf;
   leaf.setValue(3);
-  const DynamicObjectPtr duplicate = leaf.duplicateShared();
+  const DynamicObjectPtr duplicate = leaf.duplicateShared(); // not through the virtual createShared()
   EXPECT_EQ(dynamic_cast<const DerivedLeaf*>(duplicate.get()), nullptr);
   EXPECT_EQ(dynamic_cast<const DataItemLeaf<ipInt32>&>(*duplicate).getValue(), 3);
 }

@@ -59,7 +59,8 @@ TEST(BaseDataItemLeafColl, LeavesTheTypeOfItsValuePure)
     return table[2 + index] == pure; // two words precede the operations
   };
   for (const std::size_t index :
-       {vtableIndexOf(&BaseDataItemLeafColl::createNew), vtableIndexOf(&BaseDataItemLeafColl::createShared),
+       {std::size_t{0}, std::size_t{1}, // the destructor
+        vtableIndexOf(&BaseDataItemLeafColl::createNew), vtableIndexOf(&BaseDataItemLeafColl::createShared),
         vtableIndexOf(&BaseDataItemLeafColl::hasCopySupport), vtableIndexOf(&BaseDataItemLeafColl::duplicate),
         vtableIndexOf(&BaseDataItemLeafColl::duplicateShared),
         vtableIndexOf(&BaseDataItemLeafColl::getDataItemValueType)})

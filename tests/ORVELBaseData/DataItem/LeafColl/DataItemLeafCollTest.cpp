@@ -6,6 +6,7 @@
 #include <type_traits>
 #include <vector>
 
+#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
 #include "../ValueTesting.h"
@@ -303,6 +304,27 @@ TEST(DataItemLeafColl, AddsNoVirtualOperationAndOneField)
   EXPECT_EQ(offsetOf(memberOf(BoolColl())), 8);
   EXPECT_EQ(sizeof(DataItemLeafColl<ipUInt8>), 8 + sizeof(std::vector<ipUInt8>));
   EXPECT_EQ(sizeof(DataItemLeafColl<ipBool>), 8 + sizeof(std::vector<bool>));
+}
+
+/// Replaces what makes new objects, but not what makes duplicates.
+class DerivedColl : public DataItemLeafColl<ipInt32>
+{
+public:
+  BaseDynamicObject* createNew() const override { return new DerivedColl; }
+  DynamicObjectPtr createShared() const override { return boost::make_shared<DerivedColl>(); }
+};
+
+TEST(DataItemLeafColl, IsDuplicatedAsItsOwnClass)
+{
+  DerivedColl coll;
+  coll.push_back(3);
+  const std::unique_ptr<BaseDynamicObject> owned(coll.duplicate());
+  const DynamicObjectPtr shared = coll.duplicateShared();
+  for (const BaseDynamicObject* const duplicate : {owned.get(), shared.get()})
+  {
+    EXPECT_EQ(dynamic_cast<const DerivedColl*>(duplicate), nullptr);
+    EXPECT_EQ(dynamic_cast<const DataItemLeafColl<ipInt32>&>(*duplicate).getColl(), std::vector<ipInt32>{3});
+  }
 }
 
 TEST(DataItemLeafColl, OfBoolIsPacked)

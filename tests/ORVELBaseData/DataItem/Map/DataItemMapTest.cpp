@@ -20,6 +20,7 @@
 #include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELBaseData/ORVELBaseDataLog.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
+#include <ORVELSerialization/SerializationItems.h>
 #include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/FailingAllocation.h>
 #include <support/HandWrittenArchive.h>
@@ -395,6 +396,27 @@ TEST(DataItemMap, IsDuplicatedDeeplyUnderASharedPointer)
              { return boost::dynamic_pointer_cast<DataItemMap>(tree.duplicateShared()); });
 }
 
+/// Replaces what makes new objects, but not what makes duplicates.
+class DerivedMap : public DataItemMap
+{
+public:
+  BaseDynamicObject* createNew() const override { return new DerivedMap; }
+  DynamicObjectPtr createShared() const override { return boost::make_shared<DerivedMap>(); }
+};
+
+TEST(DataItemMap, IsDuplicatedAsItsOwnClass)
+{
+  DerivedMap map;
+  map.insertItem("a", makeNumber(3));
+  const std::unique_ptr<BaseDynamicObject> owned(map.duplicate());
+  const DynamicObjectPtr shared = map.duplicateShared();
+  for (const BaseDynamicObject* const duplicate : {owned.get(), shared.get()})
+  {
+    EXPECT_EQ(dynamic_cast<const DerivedMap*>(duplicate), nullptr);
+    EXPECT_EQ(numberOf(dynamic_cast<const DataItemMap&>(*duplicate).getItem("a")), 3);
+  }
+}
+
 TEST(DataItemMap, MakesTwoItemsOfOneUnderTwoNamesWhenItIsCopied)
 {
   DataItemMap map;
@@ -454,6 +476,19 @@ TEST(DataItemMap, BecomesAMapThatOnlyItHeld)
   map.copy(map.getItem("innermost"));
   EXPECT_EQ(map.getItemNames(), (Names{"b", "c"}));
   EXPECT_EQ(numberOf(map.getItem("c")), 2);
+}
+
+TEST(DataItemMap, HoldsWhatItHeldAtItsTurnWhenItIsMadeACopyOfAMapAroundIt)
+{
+  DataItemMap outer = mapOf({"a", "z"});
+  const auto inner = boost::make_shared<DataItemMap>(mapOf({"old"}));
+  outer.insertItem("inner", inner);
+  inner->copy(outer);
+  EXPECT_EQ(inner->getItemNames(), (Names{"a", "inner", "z"}));
+  const auto& innermost = dynamic_cast<const DataItemMap&>(inner->getItem("inner"));
+  EXPECT_EQ(innermost.getItemNames(), Names{"a"}); // emptied, then given what comes before it
+  EXPECT_EQ(numberOf(inner->getItem("z")), 2);
+  EXPECT_EQ(outer.getItemPtr("inner"), inner);
 }
 
 /// Cannot be duplicated.
@@ -691,6 +726,20 @@ TYPED_TEST(ArchivedDataItemMap, BringsAnItemUnderTwoNamesBackAsOne)
   DataItemMap found;
   readMap<TypeParam>(expected.file(), found);
   EXPECT_EQ(found.getItemPtr("a"), found.getItemPtr("b"));
+}
+
+TYPED_TEST(ArchivedDataItemMap, ThatHoldsItselfComesBackThatWay)
+{
+  const auto map = boost::make_shared<DataItemMap>();
+  map->insertItem("self", map);
+  const std::string file =
+      fileOf<TypeParam>([&](BaseOArchive& archive) { archive << SerializationOItem("map", map); });
+  map->clear(); // cycles are opened by hand
+  boost::shared_ptr<DataItemMap> found;
+  readFile<TypeParam>(file, [&](BaseIArchive& archive) { archive >> SerializationIItem("map", found); });
+  EXPECT_EQ(found->getItemPtr("self"), found);
+  found->clear();
+  EXPECT_EQ(found.use_count(), 1);
 }
 
 TYPED_TEST(ArchivedDataItemMap, DropsItsItemsBeforeItReads)
