@@ -3,7 +3,9 @@
 #include <cstddef>
 #include <limits>
 #include <string>
+#include <thread>
 #include <type_traits>
+#include <vector>
 
 #include <boost/make_shared.hpp>
 #include <boost/scoped_ptr.hpp>
@@ -36,6 +38,7 @@ TEST(BaseStructuringElementInfo, IsTheAbstractRootOfDescriptions)
   EXPECT_TRUE(std::is_abstract<Base>::value);
   EXPECT_TRUE((std::is_base_of<BaseSerializationObject, Base>::value));
   EXPECT_TRUE(std::has_virtual_destructor<Base>::value);
+  EXPECT_FALSE(std::is_copy_assignable<Base>::value); // copy() takes the whole object over
 }
 
 /// Implements all pure operations.
@@ -252,6 +255,35 @@ struct InfoNames
 
 TYPED_TEST_SUITE(StructuringElementInfo, Infos, InfoNames);
 
+TYPED_TEST(StructuringElementInfo, OffersTheseOperations)
+{
+  using Offset = typename TestFixture::Element::OffsetType;
+  using Changer = bool (TypeParam::*)(const Offset&);
+  EXPECT_TRUE((std::is_same<decltype(&TypeParam::init),
+                            void (TypeParam::*)(const typename TestFixture::Element&)>::value));
+  EXPECT_TRUE((std::is_same<decltype(&TypeParam::initEmpty), void (TypeParam::*)()>::value));
+  EXPECT_TRUE((std::is_same<decltype(&TypeParam::clear), void (Base::*)()>::value));
+  EXPECT_TRUE((std::is_same<decltype(&TypeParam::isInitialized), bool (Base::*)() const>::value));
+  EXPECT_NE(static_cast<Changer>(&TypeParam::insert), nullptr);
+  EXPECT_NE(static_cast<Changer>(&TypeParam::remove), nullptr);
+}
+
+TYPED_TEST(StructuringElementInfo, CreatesOthersThatAnswerNothing)
+{
+  const boost::scoped_ptr<TypeParam> made(TypeParam::createNewObject());
+  const boost::shared_ptr<TypeParam> shared = TypeParam::createSharedObject();
+  this->expectNotInitialized(*made);
+  this->expectNotInitialized(*shared);
+
+  const TypeParam info = this->makeCube();
+  const boost::scoped_ptr<BaseDynamicObject> another(info.createNew());
+  const DynamicObjectPtr sharedOther = info.createShared();
+  ASSERT_NE(dynamic_cast<TypeParam*>(another.get()), nullptr);
+  ASSERT_NE(dynamic_cast<TypeParam*>(sharedOther.get()), nullptr);
+  this->expectNotInitialized(dynamic_cast<TypeParam&>(*another));
+  this->expectNotInitialized(dynamic_cast<TypeParam&>(*sharedOther));
+}
+
 TYPED_TEST(StructuringElementInfo, AnswersNothingWhenNew)
 {
   TypeParam info;
@@ -436,6 +468,19 @@ TYPED_TEST(StructuringElementInfo, EmptiesTheElementOfHoldersWhenCleared)
   EXPECT_EQ(stateOf(*held), stateOf(typename TestFixture::Element()));
 }
 
+TYPED_TEST(StructuringElementInfo, EmptiesItsElementAndNothingElseInItsPartOfClear)
+{
+  TypeParam info = this->makeCube();
+  const auto held = info.getStructuringElement();
+  Base& base = info;
+  (base.*memberOf(ClearDerived()))();
+  EXPECT_TRUE(info.isInitialized());
+  EXPECT_EQ(TestFixture::Traits::subTypeOf(info), 2U);
+  EXPECT_EQ(info.getHalfSize(), 1U);
+  EXPECT_EQ(info.getStructuringElement(), held);
+  EXPECT_EQ(stateOf(*held), stateOf(typename TestFixture::Element()));
+}
+
 TYPED_TEST(StructuringElementInfo, LeavesHoldersAnEmptyElementWhenItTakesANewOne)
 {
   for (const auto& initialise : newElementInitialisations<TypeParam>())
@@ -480,6 +525,19 @@ TYPED_TEST(StructuringElementInfo, EmptiesTheElementOfHoldersByACopyOfWhatIsNotI
   EXPECT_EQ(stateOf(*held), stateOf(typename TestFixture::Element()));
   info.init(this->makeElement()); // into the same element
   EXPECT_EQ(info.getStructuringElement(), held);
+}
+
+TYPED_TEST(StructuringElementInfo, AnswersSeveralThreadsAtOnce)
+{
+  const TypeParam info = this->makeCube();
+  std::vector<InfoState> states(4);
+  std::vector<std::thread> threads;
+  for (InfoState& state : states)
+    threads.emplace_back([&info, &state] { state = stateOfInfo(info); });
+  for (std::thread& thread : threads)
+    thread.join();
+  for (const InfoState& state : states)
+    EXPECT_EQ(state, stateOfInfo(info));
 }
 
 // Failed initialisations
@@ -607,6 +665,27 @@ TYPED_TEST(StructuringElementInfo, IsCopiedWithTheStateOfAnEmptiedElement)
   const TypeParam copied(source);
   EXPECT_EQ(copied.getStructuringElement()->getMinX(), g_highest);
   EXPECT_EQ(copied.getStructuringElement()->getSizeX(), 2U);
+}
+
+TYPED_TEST(StructuringElementInfo, HasTheKindOfTheSourceAndItsOldOffsetsWhenMemoryRunsOutForACopy)
+{
+  TypeParam source;
+  TestFixture::Traits::initBall(source, 2.5);
+  for (TypeParam target : {this->makeCube(), TypeParam()})
+  {
+    const bool wasInitialised = target.isInitialized();
+    const std::size_t nbFailures = failAtEachAllocation(
+        [&] { target = source; },
+        [&]
+        {
+          EXPECT_TRUE(target.isInitialized());
+          EXPECT_EQ(TestFixture::Traits::subTypeOf(target), 1U);
+          EXPECT_EQ(target.getRadius(), 2.5);
+          EXPECT_EQ(target.getDataColl().size(), wasInitialised ? TestFixture::nbOffsetsOfCube : 0U);
+        });
+    EXPECT_GT(nbFailures, 0U);
+    EXPECT_EQ(stateOfInfo(target), stateOfInfo(source));
+  }
 }
 
 TYPED_TEST(StructuringElementInfo, IsCopiedWhenItIsNotInitialised)

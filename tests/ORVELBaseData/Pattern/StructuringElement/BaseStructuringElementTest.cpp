@@ -23,6 +23,7 @@ TEST(BaseStructuringElement, IsTheAbstractRootOfStructuringElements)
   EXPECT_TRUE(std::is_abstract<BaseStructuringElement>::value);
   EXPECT_TRUE((std::is_base_of<BaseSerializationObject, BaseStructuringElement>::value));
   EXPECT_TRUE(std::has_virtual_destructor<BaseStructuringElement>::value);
+  EXPECT_FALSE(std::is_copy_assignable<BaseStructuringElement>::value); // copy() takes the whole object over
 }
 
 /// Implements all pure operations.

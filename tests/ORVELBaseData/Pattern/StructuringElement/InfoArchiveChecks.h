@@ -448,6 +448,23 @@ TYPED_TEST_P(ArchivedInfo, KeepsItsShapeForANewerVersionOfItsClass)
   EXPECT_EQ(stateOfInfo(info), before);
 }
 
+TYPED_TEST_P(ArchivedInfo, TakesTheFlagAheadOfANewerVersionOfItsClass)
+{
+  typename TestFixture::HandWritten initialised;
+  this->putStart(initialised, true, 1, 2);
+  typename TestFixture::Info fresh;
+  this->failureOfReading(initialised.file(), fresh);
+  EXPECT_EQ(stateOfInfo(fresh), (InfoState{true, 0, stateOf(typename TestFixture::Element())}));
+
+  typename TestFixture::HandWritten notInitialised;
+  this->putStart(notInitialised, false, 1, 2);
+  auto cube = this->makeCube();
+  const auto held = cube.getStructuringElement();
+  this->failureOfReading(notInitialised.file(), cube);
+  EXPECT_FALSE(cube.isInitialized());
+  EXPECT_EQ(stateOf(*held), stateOf(*this->makeCube().getStructuringElement())); // not emptied
+}
+
 TYPED_TEST_P(ArchivedInfo, ReadsOldVersionsAlike)
 {
   typename TestFixture::HandWritten file;
@@ -488,6 +505,7 @@ REGISTER_TYPED_TEST_SUITE_P(
     LeavesHoldersTheOldElementWhenRead, EmptiesTheElementOfHoldersWhenReadNotInitialised,
     LooksForNoFurtherItemsWhenNotInitialised, SharesItsElementWithOthersOfItsArchive, RefusesANullElement,
     RefusesAnUnknownKind, RefusesAnObjectOfAnotherClassWhenUntrusted, IsUnchangedByANewerVersionOfItsBase,
-    KeepsItsShapeForANewerVersionOfItsClass, ReadsOldVersionsAlike, HasAnElementWhereverItsArchiveEnds);
+    KeepsItsShapeForANewerVersionOfItsClass, TakesTheFlagAheadOfANewerVersionOfItsClass,
+    ReadsOldVersionsAlike, HasAnElementWhereverItsArchiveEnds);
 
 } // namespace orvel::test

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <limits>
 #include <string>
+#include <type_traits>
 
 #include <gtest/gtest.h>
 
@@ -29,6 +30,26 @@ TEST(StructuringElementInfoUtils, TellTheDimensionsApart)
                                                   "Unknown enumeration text eSEXYZ_Linear");
   expectRefusal<SEXYZSubTypeTable, HandWrittenXml>(xmlOf("eSEXY_Linear"),
                                                    "Unknown enumeration text eSEXY_Linear");
+}
+
+TEST(StructuringElementInfoUtils, TakeTheArgumentsOfTheInitialisationsAndGiveSharedDescriptions)
+{
+  using PtrXY = StructuringElementXYInfoPtr;
+  using PtrXYZ = StructuringElementXYZInfoPtr;
+  EXPECT_TRUE((std::is_same<decltype(genericSEXYInfo), PtrXY(const StructuringElementXY&)>::value));
+  EXPECT_TRUE((std::is_same<decltype(emptySEXYInfo), PtrXY()>::value));
+  EXPECT_TRUE((std::is_same<decltype(squareSEXYInfo), PtrXY(ipUInt32)>::value));
+  EXPECT_TRUE((std::is_same<decltype(rectangularSEXYInfo), PtrXY(ipUInt32, ipUInt32)>::value));
+  EXPECT_TRUE((std::is_same<decltype(circularSEXYInfo), PtrXY(ipReal64)>::value));
+  EXPECT_TRUE((std::is_same<decltype(halfLinearSEXYInfo), PtrXY(ipReal64, ipReal64)>::value));
+  EXPECT_TRUE((std::is_same<decltype(linearSEXYInfo), PtrXY(ipReal64, ipReal64)>::value));
+  EXPECT_TRUE((std::is_same<decltype(genericSEXYZInfo), PtrXYZ(const StructuringElementXYZ&)>::value));
+  EXPECT_TRUE((std::is_same<decltype(emptySEXYZInfo), PtrXYZ()>::value));
+  EXPECT_TRUE((std::is_same<decltype(cubicSEXYZInfo), PtrXYZ(ipUInt32)>::value));
+  EXPECT_TRUE((std::is_same<decltype(rectangularSEXYZInfo), PtrXYZ(ipUInt32, ipUInt32, ipUInt32)>::value));
+  EXPECT_TRUE((std::is_same<decltype(sphericalSEXYZInfo), PtrXYZ(ipReal64)>::value));
+  EXPECT_TRUE((std::is_same<decltype(halfLinearSEXYZInfo), PtrXYZ(ipReal64, ipReal64, ipReal64)>::value));
+  EXPECT_TRUE((std::is_same<decltype(linearSEXYZInfo), PtrXYZ(ipReal64, ipReal64, ipReal64)>::value));
 }
 
 constexpr const char* g_invalidSubType =

@@ -10,6 +10,7 @@
 #include <random>
 #include <string>
 #include <thread>
+#include <type_traits>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -721,7 +722,24 @@ TEST(StructuringElementUtils, TakeNegativeZeroForARadius)
   expectOriginAlone(sphericalSEXYZ(-0.0));
 }
 
-// What they give away
+// What they take and give
+
+TEST(StructuringElementUtils, TakeTheseArgumentsAndGiveSharedElements)
+{
+  EXPECT_TRUE((std::is_same<decltype(rectangularSEXY), StructuringElementXYPtr(ipUInt32, ipUInt32)>::value));
+  EXPECT_TRUE((std::is_same<decltype(squareSEXY), StructuringElementXYPtr(ipUInt32)>::value));
+  EXPECT_TRUE((std::is_same<decltype(circularSEXY), StructuringElementXYPtr(ipReal64)>::value));
+  EXPECT_TRUE((std::is_same<decltype(halfLinearSEXY), StructuringElementXYPtr(ipReal64, ipReal64)>::value));
+  EXPECT_TRUE((std::is_same<decltype(linearSEXY), StructuringElementXYPtr(ipReal64, ipReal64)>::value));
+  EXPECT_TRUE((std::is_same<decltype(rectangularSEXYZ),
+                            StructuringElementXYZPtr(ipUInt32, ipUInt32, ipUInt32)>::value));
+  EXPECT_TRUE((std::is_same<decltype(cubicSEXYZ), StructuringElementXYZPtr(ipUInt32)>::value));
+  EXPECT_TRUE((std::is_same<decltype(sphericalSEXYZ), StructuringElementXYZPtr(ipReal64)>::value));
+  EXPECT_TRUE((std::is_same<decltype(halfLinearSEXYZ),
+                            StructuringElementXYZPtr(ipReal64, ipReal64, ipReal64)>::value));
+  EXPECT_TRUE(
+      (std::is_same<decltype(linearSEXYZ), StructuringElementXYZPtr(ipReal64, ipReal64, ipReal64)>::value));
+}
 
 TEST(StructuringElementUtils, GiveAnElementOfItsOwnAtEachCall)
 {

@@ -129,6 +129,33 @@ TEST(StructuringElementXYInfo, AnswersQueriesWithTheseTypes)
   EXPECT_TRUE((std::is_same<decltype(info.getHalfSize()), ipUInt32>::value));
 }
 
+TEST(StructuringElementXYInfo, IsInitialisedWithTheseArguments)
+{
+  EXPECT_TRUE((std::is_same<decltype(&Info::initCircular), void (Info::*)(ipReal64)>::value));
+  EXPECT_TRUE((std::is_same<decltype(&Info::initSquare), void (Info::*)(ipUInt32)>::value));
+  EXPECT_TRUE((std::is_same<decltype(&Info::initRectangular), void (Info::*)(ipUInt32, ipUInt32)>::value));
+  EXPECT_TRUE((std::is_same<decltype(&Info::initHalfLinear), void (Info::*)(ipReal64, ipReal64)>::value));
+  EXPECT_TRUE((std::is_same<decltype(&Info::initLinear), void (Info::*)(ipReal64, ipReal64)>::value));
+}
+
+template <class Any, class = void>
+constexpr bool hasPhi = false;
+template <class Any>
+constexpr bool hasPhi<Any, std::void_t<decltype(&Any::getPhi)>> = true;
+
+template <class Any, class = void>
+constexpr bool hasHalfSizeZ = false;
+template <class Any>
+constexpr bool hasHalfSizeZ<Any, std::void_t<decltype(&Any::getHalfSizeZ)>> = true;
+
+TEST(StructuringElementXYInfo, HasNoParameterOfTheThirdAxis)
+{
+  EXPECT_FALSE(hasPhi<StructuringElementXYInfo>);
+  EXPECT_FALSE(hasHalfSizeZ<StructuringElementXYInfo>);
+  EXPECT_TRUE(hasPhi<StructuringElementXYZInfo>); // the question itself is right
+  EXPECT_TRUE(hasHalfSizeZ<StructuringElementXYZInfo>);
+}
+
 // Which parameters each shape has
 
 /// A query for a parameter, with the kinds that allow it.

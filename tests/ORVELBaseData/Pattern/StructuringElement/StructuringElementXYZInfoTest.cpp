@@ -135,6 +135,18 @@ TEST(StructuringElementXYZInfo, AnswersQueriesWithTheseTypes)
   EXPECT_TRUE((std::is_same<decltype(info.getHalfSize()), ipUInt32>::value));
 }
 
+TEST(StructuringElementXYZInfo, IsInitialisedWithTheseArguments)
+{
+  EXPECT_TRUE((std::is_same<decltype(&Info::initSpherical), void (Info::*)(ipReal64)>::value));
+  EXPECT_TRUE((std::is_same<decltype(&Info::initCubic), void (Info::*)(ipUInt32)>::value));
+  EXPECT_TRUE(
+      (std::is_same<decltype(&Info::initRectangular), void (Info::*)(ipUInt32, ipUInt32, ipUInt32)>::value));
+  EXPECT_TRUE(
+      (std::is_same<decltype(&Info::initHalfLinear), void (Info::*)(ipReal64, ipReal64, ipReal64)>::value));
+  EXPECT_TRUE(
+      (std::is_same<decltype(&Info::initLinear), void (Info::*)(ipReal64, ipReal64, ipReal64)>::value));
+}
+
 // Which parameters each shape has
 
 /// A query for a parameter, with the kinds that allow it.

@@ -87,6 +87,39 @@ struct ElementNames
 
 TYPED_TEST_SUITE(StructuringElement, Elements, ElementNames);
 
+TYPED_TEST(StructuringElement, OffersTheseOperations)
+{
+  using Place = typename TestFixture::Offset;
+  using PlaceColl = typename TestFixture::Offsets;
+  EXPECT_TRUE((std::is_same<decltype(&TypeParam::insert), void (TypeParam::*)(const Place&)>::value));
+  EXPECT_TRUE((std::is_same<decltype(&TypeParam::remove), void (TypeParam::*)(const Place&)>::value));
+  EXPECT_TRUE((std::is_same<decltype(&TypeParam::exists), bool (TypeParam::*)(const Place&) const>::value));
+  EXPECT_TRUE((std::is_same<decltype(&TypeParam::getNbData), ipUInt64 (TypeParam::*)() const>::value));
+  EXPECT_TRUE(
+      (std::is_same<decltype(&TypeParam::getDataColl), const PlaceColl& (TypeParam::*)() const>::value));
+  EXPECT_TRUE(
+      (std::is_same<decltype(&TypeParam::setDataColl), void (TypeParam::*)(const PlaceColl&)>::value));
+  EXPECT_TRUE((std::is_same<decltype(&TypeParam::clear), void (TypeParam::*)()>::value));
+  EXPECT_TRUE((std::is_same<decltype(&TypeParam::getStructuringElementType),
+                            eStructuringElementType (TypeParam::*)() const>::value));
+}
+
+TYPED_TEST(StructuringElement, CreatesOthersThatAreFresh)
+{
+  const boost::scoped_ptr<TypeParam> made(TypeParam::createNewObject());
+  const boost::shared_ptr<TypeParam> shared = TypeParam::createSharedObject();
+  EXPECT_EQ(stateOf(*made), stateOf(TypeParam()));
+  EXPECT_EQ(stateOf(*shared), stateOf(TypeParam()));
+
+  const TypeParam element = this->makeElement();
+  const boost::scoped_ptr<BaseDynamicObject> another(element.createNew());
+  const DynamicObjectPtr sharedOther = element.createShared();
+  ASSERT_NE(dynamic_cast<TypeParam*>(another.get()), nullptr);
+  ASSERT_NE(dynamic_cast<TypeParam*>(sharedOther.get()), nullptr);
+  EXPECT_EQ(stateOf(dynamic_cast<TypeParam&>(*another)), stateOf(TypeParam()));
+  EXPECT_EQ(stateOf(dynamic_cast<TypeParam&>(*sharedOther)), stateOf(TypeParam()));
+}
+
 TYPED_TEST(StructuringElement, IsFreshWithoutOffsetsAndWithAZeroBox)
 {
   const TypeParam element;
@@ -689,6 +722,22 @@ TYPED_TEST(ArchivedStructuringElement, TakesABoxThatDoesNotFitItsOffsets)
     EXPECT_EQ(stateOf(element), state);
     EXPECT_EQ(this->fileOfElements({element}), file.file());
   }
+}
+
+TYPED_TEST(ArchivedStructuringElement, WidensTheBoxThatWasReadUntilARemovalFindsItAnew)
+{
+  using ElementType = typename TestFixture::Element;
+  typename TestFixture::HandWritten file;
+  putElementVersions<ElementType>(file);
+  putElementItems<ElementType>(file, {{-9, -9, -9}, {10, 10, 10}, {this->place(1, 2, 3)}});
+  ElementType element;
+  this->readElement(file.file(), element);
+  element.insert(this->at(5, 5, 5));
+  EXPECT_EQ(stateOf(element).min, this->place(-9, -9, -9));
+  EXPECT_EQ(stateOf(element).size, this->sizes(15, 15, 15));
+  element.remove(this->at(5, 5, 5));
+  EXPECT_EQ(stateOf(element),
+            (ElementState{this->place(1, 2, 3), this->sizes(1, 1, 1), {this->place(1, 2, 3)}}));
 }
 
 TYPED_TEST(ArchivedStructuringElement, DropsARepeatedOffset)
