@@ -88,8 +88,11 @@ struct KernelOperations
 
   static void copy(Kernel& kernel, const Kernel& other)
   {
-    auto taps = other._dataColl; // aside: if memory runs out the kernel stays whole
-    kernel._dataColl.swap(taps);
+    if (&kernel != &other) // its own taps stay where they are: callers may hold on to them
+    {
+      auto taps = other._dataColl; // aside: if memory runs out the kernel stays whole
+      kernel._dataColl.swap(taps);
+    }
     Box::copy(kernel, other);
     kernel._coefSum = other._coefSum;
     kernel._absCoefSum = other._absCoefSum;

@@ -4,9 +4,13 @@
 #include <array>
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
+#include <map>
+#include <new>
 #include <random>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -180,6 +184,28 @@ TYPED_TEST(Kernel, IsFreshWithoutTapsAndWithZeroBoxAndSums)
   EXPECT_TRUE(kernel.getDataColl().empty());
   expectBox(kernel, {0, 0, 0}, {0, 0, 0});
   expectSums(kernel, 0, 0);
+}
+
+TYPED_TEST(Kernel, HasOperationsOfTheseTypes)
+{
+  using Place = typename TypeParam::OffsetType;
+  EXPECT_TRUE((
+      std::is_same<decltype(&TypeParam::insert), void (TypeParam::*)(const Place&, const ipReal32&)>::value));
+  EXPECT_TRUE((std::is_same<decltype(&TypeParam::replace),
+                            void (TypeParam::*)(const Place&, const ipReal32&)>::value));
+  EXPECT_TRUE((std::is_same<decltype(&TypeParam::remove), void (TypeParam::*)(const Place&)>::value));
+  EXPECT_TRUE(
+      (std::is_same<decltype(&TypeParam::getValue), ipReal32 (TypeParam::*)(const Place&) const>::value));
+  EXPECT_TRUE((std::is_same<decltype(&TypeParam::exists), ipBool (TypeParam::*)(const Place&) const>::value));
+  EXPECT_TRUE((std::is_same<decltype(&TypeParam::multiply), void (TypeParam::*)(ipReal32)>::value));
+  EXPECT_TRUE((std::is_same<decltype(&TypeParam::getNbData), ipUInt32 (TypeParam::*)() const>::value));
+  EXPECT_TRUE((std::is_same<decltype(&TypeParam::getDataColl),
+                            const std::map<Place, ipReal32>& (TypeParam::*)() const>::value));
+  EXPECT_TRUE((std::is_same<decltype(&TypeParam::clear), void (TypeParam::*)()>::value));
+  EXPECT_TRUE((std::is_same<decltype(&TypeParam::getKernelType), eKernelType (TypeParam::*)() const>::value));
+  EXPECT_TRUE((std::is_same<decltype(&TypeParam::getMinX), ipInt32 (TypeParam::*)() const>::value));
+  EXPECT_TRUE((std::is_same<decltype(&TypeParam::getSizeX), ipUInt32 (TypeParam::*)() const>::value));
+  EXPECT_TRUE((std::is_same<decltype(&TypeParam::getCoefSum), ipReal32 (TypeParam::*)() const>::value));
 }
 
 TYPED_TEST(Kernel, RaisesWhenFreshOnGetValueRemoveAndReplace)
@@ -675,6 +701,40 @@ TYPED_TEST(Kernel, StandsACopyOfItself)
   EXPECT_EQ(stateOf(kernel), before);
 }
 
+TYPED_TEST(Kernel, KeepsItsVeryTapsInACopyOfItself)
+{
+  TypeParam kernel = this->makeKernel();
+  const auto* const tap = &*kernel.getDataColl().begin();
+  failAllocationAfter(0); // there is nothing to make
+  kernel.copy(kernel);
+  failNoAllocation();
+  EXPECT_EQ(&*kernel.getDataColl().begin(), tap);
+  EXPECT_EQ(stateOf(kernel), stateOf(this->makeKernel()));
+}
+
+TYPED_TEST(Kernel, IsFreshWhenItIsConstructedFromItself)
+{
+  alignas(TypeParam) unsigned char storage[sizeof(TypeParam)];
+  std::memset(storage, 0x5A, sizeof storage);
+  auto* const place = reinterpret_cast<TypeParam*>(storage);
+  TypeParam* const kernel = new (storage) TypeParam(*place); // not looked at, as it is the same
+  EXPECT_EQ(stateOf(*kernel), stateOf(TypeParam()));
+  kernel->~TypeParam();
+}
+
+TYPED_TEST(Kernel, IsUnchangedWhenThereIsNoMemoryForACopy)
+{
+  TypeParam source;
+  for (int i = 0; i < 3; ++i)
+    source.insert(this->at(i, i, i), 1);
+  TypeParam kernel = this->makeKernel();
+  const auto before = stateOf(kernel);
+  const std::size_t nbFailures =
+      failAtEachAllocation([&] { kernel = source; }, [&] { EXPECT_EQ(stateOf(kernel), before); });
+  EXPECT_EQ(nbFailures, 3U); // its taps
+  EXPECT_EQ(stateOf(kernel), stateOf(source));
+}
+
 TYPED_TEST(Kernel, IsDuplicated)
 {
   const TypeParam source = this->makeKernel();
@@ -734,6 +794,14 @@ protected:
     putVersion(archive, std::string("orvel::") + Names::name, version);
   }
 
+  /// \param version of the first offset of the archive; 0 for a later one, which has no record of it
+  static void putOffset(HandWritten& archive, const Coordinates& place, ipUInt32 version)
+  {
+    if (version != 0)
+      putVersion(archive, std::string("orvel::") + Names::offsetName, version);
+    put(archive, place, {"_xOffset", "_yOffset", "_zOffset"});
+  }
+
   /// \param isFirst whether these are the first offsets of the archive
   static void putTaps(HandWritten& archive, const std::vector<Tap>& taps, bool isFirst = true)
   {
@@ -743,10 +811,8 @@ protected:
     for (const Tap& tap : taps)
     {
       archive.openObject("key");
-      if (isFirst)
-        putVersion(archive, std::string("orvel::") + Names::offsetName, 1);
+      putOffset(archive, tap.place, isFirst ? 1 : 0);
       isFirst = false;
-      put(archive, tap.place, {"_xOffset", "_yOffset", "_zOffset"});
       archive.close();
       archive.real32("value", tap.value);
     }
@@ -941,6 +1007,25 @@ TYPED_TEST(ArchivedKernel, TakesTheCachesAsTheyAreStored)
                                             });
 }
 
+TYPED_TEST(ArchivedKernel, GoesOnFromTheCachesAsTheyAreStored)
+{
+  typename TypeParam::second_type file;
+  this->putVersions(file, 1, 2);
+  this->putVersion2(file, {{{7, 8, 9}, 1}}, {-1, -2, -3}, {40, 50, 60}, 17, -18);
+  readFile<typename TypeParam::second_type>(file.file(),
+                                            [this](BaseIArchive& archive)
+                                            {
+                                              typename TypeParam::first_type kernel;
+                                              kernel.read(archive);
+                                              kernel.insert(this->at(100, -10, 5), -4);
+                                              expectBox(kernel, {-1, -10, -3}, {102, 58, 60});
+                                              expectSums(kernel, 13, -14);
+                                              kernel.remove(this->at(100, -10, 5)); // finds the true box
+                                              expectBox(kernel, {7, 8, 9}, {1, 1, 1});
+                                              expectSums(kernel, 17, -18);
+                                            });
+}
+
 TYPED_TEST(ArchivedKernel, CountsARepeatedOffsetAsOneTapWithTheLaterCoefficient)
 {
   typename TypeParam::second_type file;
@@ -1075,6 +1160,114 @@ TYPED_TEST(ArchivedKernel, KeepsWhatWasReadBeforeAFailure)
                                                EXPECT_TRUE(kernel.exists(this->at(7, 8, 9)));
                                                expectBox(kernel, {7, -1, 0}, {5, 2, 3});
                                                expectSums(kernel, 1.5, 2.5);
+                                             });
+}
+
+TYPED_TEST(ArchivedKernel, HasLostItsTapsWhenTheirNumberIsMissing)
+{
+  typename TypeParam::second_type file;
+  this->putVersions(file, 1, 2);
+  file.openSection("_dataColl");
+  file.openSection("map");
+  file.close();
+  file.close();
+  readStart<typename TypeParam::second_type>(file.file(),
+                                             [this](BaseIArchive& archive)
+                                             {
+                                               auto kernel = this->makeKernel();
+                                               EXPECT_THROW(kernel.read(archive),
+                                                            ORVELSerializationException);
+                                               EXPECT_EQ(kernel.getNbData(), 0U);
+                                               expectBox(kernel, {0, -1, 0}, {5, 2, 3});
+                                               expectSums(kernel, 1.5, 2.5);
+                                             });
+}
+
+TYPED_TEST(ArchivedKernel, KeepsTheTapsReadBeforeAFailure)
+{
+  typename TypeParam::second_type file;
+  this->putVersions(file, 1, 2);
+  file.openSection("_dataColl");
+  file.openSection("map");
+  file.integer("size", 2);
+  file.openObject("key");
+  this->putOffset(file, {7, 8, 9}, 1);
+  file.close();
+  file.real32("value", 4);
+  file.close(); // the second tap is missing
+  file.close();
+  readStart<typename TypeParam::second_type>(file.file(),
+                                             [this](BaseIArchive& archive)
+                                             {
+                                               auto kernel = this->makeKernel();
+                                               EXPECT_THROW(kernel.read(archive),
+                                                            ORVELSerializationException);
+                                               EXPECT_EQ(kernel.getNbData(), 1U);
+                                               EXPECT_EQ(kernel.getValue(this->at(7, 8, 9)), 4.0f);
+                                               expectBox(kernel, {0, -1, 0}, {5, 2, 3});
+                                               expectSums(kernel, 1.5, 2.5);
+                                             });
+}
+
+TYPED_TEST(ArchivedKernel, RefusesOffsetsOfAHigherVersion)
+{
+  typename TypeParam::second_type file;
+  this->putVersions(file, 1, 2);
+  file.openSection("_dataColl");
+  file.openSection("map");
+  file.integer("size", 1);
+  file.openObject("key");
+  this->putOffset(file, {7, 8, 9}, 2);
+  file.close();
+  file.real32("value", 4);
+  file.close();
+  file.close();
+  readStart<typename TypeParam::second_type>(file.file(),
+                                             [this](BaseIArchive& archive)
+                                             {
+                                               auto kernel = this->makeKernel();
+                                               EXPECT_THROW(kernel.read(archive),
+                                                            ORVELSerializationException);
+                                               EXPECT_EQ(kernel.getNbData(), 0U);
+                                               expectSums(kernel, 1.5, 2.5);
+                                             });
+}
+
+TYPED_TEST(ArchivedKernel, KeepsOldCoefficientsAsTheyAreUntilItsSumIsRead)
+{
+  typename TypeParam::second_type file;
+  this->putVersions(file, 1, 1);
+  this->putTaps(file, {{{0, 0, 0}, 1.5}, {{1, 0, 0}, -0.5}});
+  this->putBox(file, {0, 0, 0}, {2, 1, 1});
+  readStart<typename TypeParam::second_type>(file.file(),
+                                             [this](BaseIArchive& archive)
+                                             {
+                                               auto kernel = this->makeKernel();
+                                               EXPECT_THROW(kernel.read(archive),
+                                                            ORVELSerializationException);
+                                               EXPECT_EQ(kernel.getValue(this->at(0, 0, 0)), 1.5f);
+                                               EXPECT_EQ(kernel.getValue(this->at(1, 0, 0)), -0.5f);
+                                               expectBox(kernel, {0, 0, 0}, {2, 1, 1});
+                                               expectSums(kernel, 1.5, 2.5);
+                                             });
+}
+
+TYPED_TEST(ArchivedKernel, KeepsItsAbsoluteSumWhenThatAloneIsMissing)
+{
+  typename TypeParam::second_type file;
+  this->putVersions(file, 1, 2);
+  this->putTaps(file, {{{7, 8, 9}, 1}});
+  this->putBox(file, {7, 8, 9}, {1, 1, 1});
+  file.real32("_coefSum", 1);
+  readStart<typename TypeParam::second_type>(file.file(),
+                                             [this](BaseIArchive& archive)
+                                             {
+                                               auto kernel = this->makeKernel();
+                                               EXPECT_THROW(kernel.read(archive),
+                                                            ORVELSerializationException);
+                                               EXPECT_EQ(kernel.getValue(this->at(7, 8, 9)), 1.0f);
+                                               expectBox(kernel, {7, 8, 9}, {1, 1, 1});
+                                               expectSums(kernel, 1, 2.5);
                                              });
 }
 
