@@ -21,7 +21,7 @@
 ///
 /// **Parameters.**
 ///  - \c stdDevX, \c stdDevY, \c stdDevZ: standard deviation along each axis, above 0, in offset steps;
-///    infinity is accepted.
+///    infinity is accepted, though no number of taps then reaches a ratio above 0.
 ///  - \c ratio: the share of the distribution to reach, from 0 included to 1 excluded.
 ///  - \c minKernelSize: half size that a kernel has at least, in taps on each side of the centre. From
 ///    2147483648 on it asks for nothing.

@@ -3,7 +3,7 @@
 /// \file
 /// \brief Gaussian kernels of the plane along turned axes.
 ///
-/// Both functions make the two kernels of GaussianKernel.h, with its parameters and errors, and turn both by
+/// Both functions make the two kernels of GaussianKernel.h, with its parameters and checks, and turn both by
 /// one angle with rotate2dKernel(): two lines of taps along the turned axes, whose taps may have merged and
 /// are not normalised anew.
 ///
@@ -14,8 +14,11 @@
 /// is logged by the smoothing function where they differ by less than the square root of the double epsilon,
 /// and by the gradient function where they differ by *more* than that. Applications know the two as they are.
 ///
-/// Warnings come before any check of the arguments, go to the library's logger at WARN level, and stop
-/// nothing.
+/// The warning of the deviations comes before any check of the arguments. Both go to the library's logger at
+/// WARN level, and stop nothing.
+///
+/// After a refused argument the result pointers are null. Where memory runs out while the kernels are turned
+/// they hold the straight ones, the first of which may be turned already.
 
 #include <ORVELBaseData/ORVELBaseDataExport.h>
 #include <ORVELBaseData/Pattern/Kernel/KernelXY.h>

@@ -11,6 +11,7 @@
 #include <random>
 #include <string>
 #include <thread>
+#include <type_traits>
 #include <vector>
 
 #include <boost/make_shared.hpp>
@@ -1190,6 +1191,26 @@ TEST(Rotate2dKernel, MayTurnOneKernelOnSeveralThreads)
 }
 
 // --- What all builders have in common ------------------------------------------------------------------
+
+TEST(KernelBuilders, TakeAndReturnTheseTypes)
+{
+  using InPlane = KernelXYPtr(ipUInt32, ipUInt32, const Real32Vector&, ipBool);
+  using InSpace = KernelXYZPtr(ipUInt32, ipUInt32, ipUInt32, const Real32Vector&, ipBool);
+  using LineInPlane = KernelXYPtr(ipReal32, const Real32Vector&, ipBool);
+  using LineInSpace = KernelXYZPtr(ipReal32, ipReal32, const Real32Vector&, ipBool);
+  EXPECT_TRUE((std::is_same<decltype(rectangularKernelXY), InPlane>::value));
+  EXPECT_TRUE((std::is_same<decltype(rectangularKernelXYZ), InSpace>::value));
+  EXPECT_TRUE(
+      (std::is_same<decltype(squareKernelXY), KernelXYPtr(ipUInt32, const Real32Vector&, ipBool)>::value));
+  EXPECT_TRUE(
+      (std::is_same<decltype(cubicKernelXYZ), KernelXYZPtr(ipUInt32, const Real32Vector&, ipBool)>::value));
+  EXPECT_TRUE((std::is_same<decltype(linearKernelXY), LineInPlane>::value));
+  EXPECT_TRUE((std::is_same<decltype(linearInterpolatedKernelXY), LineInPlane>::value));
+  EXPECT_TRUE((std::is_same<decltype(linearKernelXYZ), LineInSpace>::value));
+  EXPECT_TRUE((std::is_same<decltype(linearInterpolatedKernelXYZ), LineInSpace>::value));
+  EXPECT_TRUE((std::is_same<decltype(rotate2dKernel),
+                            KernelXYPtr(ipReal32, boost::shared_ptr<const KernelXY>)>::value));
+}
 
 TEST(KernelBuilders, AreReentrant)
 {

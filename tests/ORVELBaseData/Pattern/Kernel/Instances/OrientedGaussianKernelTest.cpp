@@ -1,5 +1,6 @@
 #include <ORVELBaseData/Pattern/Kernel/Instances/OrientedGaussianKernel.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -14,7 +15,10 @@
 #include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELBaseData/ORVELBaseDataLog.h>
 #include <ORVELBaseData/Pattern/Kernel/Instances/GaussianKernel.h>
+#include <ORVELBaseData/Pattern/Kernel/KernelLogMessages.h>
 #include <ORVELBaseData/Pattern/Kernel/KernelUtils.h>
+#include <ORVELUtil/LogMessageManager.h>
+#include <support/FailingAllocation.h>
 #include <support/RaisedFailure.h>
 
 namespace
@@ -208,6 +212,17 @@ TEST(OrientedGaussianKernel, LetsGoWhatThePointersHeld)
     }
 }
 
+TEST(OrientedGaussianKernel, TurnsAPointerGivenForBothTwice)
+{
+  for (const Family* family : {&g_smoothing, &g_gradient})
+  {
+    KernelXYPtr kernel;
+    family->make(g_pi / 2, 1, 2, 0.9F, 0, kernel, kernel);
+    EXPECT_EQ(boxOf(*kernel), (Box{{0, -3}, {1, 7}})) << family->name; // the kernel of y, upside down
+    EXPECT_EQ(kernel.use_count(), 1) << family->name;
+  }
+}
+
 // --- Warnings ------------------------------------------------------------------------------------------
 
 /// The texts that a call logs, each expected at WARN level from a statement of the function's source.
@@ -388,6 +403,110 @@ TEST(OrientedGaussianKernel, RefusesWhatTheStraightKernelRefusesAndLeavesNullPoi
       EXPECT_EQ(x, nullptr) << family->name;
       EXPECT_EQ(y, nullptr) << family->name;
     }
+}
+
+TEST(OrientedGaussianKernel, LeavesNullOrStraightOrOneTurnedKernelWhenMemoryRunsOut)
+{
+  const LogCapture log(getORVELBaseDataLogger(), log4cplus::OFF_LOG_LEVEL); // no memory for the warning
+  for (const Family* family : {&g_smoothing, &g_gradient})
+  {
+    Kernels straight;
+    family->makeStraight(1, 2, 0.9F, 0, straight.x, straight.y);
+    const Kernels turned = make(*family, 1, 1, 2);
+    Kernels kernels;
+    std::string states; // after each failure
+    const std::size_t nbFailures = failAtEachAllocation(
+        [&] { family->make(1, 1, 2, 0.9F, 0, kernels.x, kernels.y); },
+        [&]
+        {
+          if (kernels.x == nullptr)
+          {
+            EXPECT_EQ(kernels.y, nullptr) << family->name;
+            states += 'n';
+            return;
+          }
+          EXPECT_EQ(tapsOf(*kernels.y), tapsOf(*straight.y)) << family->name;
+          states += tapsOf(*kernels.x) == tapsOf(*straight.x) ? 's' : 't';
+          EXPECT_EQ(tapsOf(*kernels.x), tapsOf(states.back() == 's' ? *straight.x : *turned.x))
+              << family->name;
+        });
+    EXPECT_GT(nbFailures, 0U) << family->name;
+    states.erase(std::unique(states.begin(), states.end()), states.end());
+    EXPECT_EQ(states, "nst") << family->name;
+    EXPECT_EQ(tapsOf(*kernels.y), tapsOf(*turned.y)) << family->name;
+  }
+}
+
+/// Gives a message a placeholder that no argument fills, as long as it lives.
+class BrokenMessage
+{
+public:
+  BrokenMessage(eKernelMessage::domain message, const char* text)
+    : _message(static_cast<int>(message))
+    , _text(text)
+  {
+    setText("%d");
+  }
+  ~BrokenMessage() { setText(_text); }
+
+  BrokenMessage(const BrokenMessage&) = delete;
+  BrokenMessage& operator=(const BrokenMessage&) = delete;
+
+private:
+  void setText(const char* text) const
+  {
+    LogMessageManager::getInstance("ORVELBaseData")
+        .addMessage("N5orvel14eKernelMessage6domainE", _message, text);
+  }
+
+  int _message;
+  const char* _text;
+};
+
+TEST(OrientedGaussianKernel, LeavesWhatThePointersHeldWhenItCannotWarnOfTheDeviations)
+{
+  const BrokenMessage message(eKernelMessage::eCloseStdDevXY, g_close);
+  const LogCapture log(getORVELBaseDataLogger());
+  for (const Family* family : {&g_smoothing, &g_gradient})
+  {
+    const auto old = boost::make_shared<KernelXY>();
+    KernelXYPtr x = old;
+    KernelXYPtr y;
+    const float stdDevY = family == &g_smoothing ? 1.0F : 2.0F;
+    EXPECT_EQ(messageOf<BaseException>([&] { family->make(1, 1, stdDevY, 0.9F, 0, x, y); }),
+              "Exception thrown while processing message")
+        << family->name;
+    EXPECT_EQ(x, old) << family->name;
+    EXPECT_EQ(y, nullptr) << family->name;
+  }
+}
+
+TEST(OrientedGaussianKernel, LeavesTheStraightKernelsWhenItCannotWarnOfTheOrientation)
+{
+  const BrokenMessage message(eKernelMessage::eTooLowOrientation, g_tooLow);
+  const LogCapture log(getORVELBaseDataLogger());
+  for (const Family* family : {&g_smoothing, &g_gradient})
+  {
+    Kernels straight;
+    family->makeStraight(1, 1, 0.9F, 0, straight.x, straight.y);
+    Kernels kernels;
+    EXPECT_EQ(messageOf<BaseException>([&] { family->make(0, 1, 1, 0.9F, 0, kernels.x, kernels.y); }),
+              "Exception thrown while processing message")
+        << family->name;
+    ASSERT_NE(kernels.x, nullptr) << family->name;
+    ASSERT_NE(kernels.y, nullptr) << family->name;
+    expectSame(*kernels.x, *straight.x, family->name);
+    expectSame(*kernels.y, *straight.y, family->name);
+  }
+}
+
+TEST(OrientedGaussianKernel, MakesNoWarningThatIsNotLogged)
+{
+  const BrokenMessage close(eKernelMessage::eCloseStdDevXY, g_close);
+  const BrokenMessage tooLow(eKernelMessage::eTooLowOrientation, g_tooLow);
+  const LogCapture log(getORVELBaseDataLogger(), log4cplus::ERROR_LOG_LEVEL);
+  EXPECT_EQ(boxOf(*make(g_smoothing, 0, 1, 1).x), (Box{{-1, 0}, {3, 1}}));
+  EXPECT_EQ(boxOf(*make(g_gradient, 0, 1, 2).x), (Box{{-1, 0}, {3, 1}}));
 }
 
 } // namespace
