@@ -1,6 +1,7 @@
 #include <ORVELBaseData/Buffer/FragHybridBuffer.h>
 
 #include <algorithm>
+#include <cstring>
 #include <new>
 #include <stdexcept>
 #include <utility>
@@ -123,9 +124,9 @@ void FragHybridBuffer::copyMembers(const FragHybridBuffer& other)
   }
   init(other.getDataType(), other.getNbFragments(), other.getFragmentsSize());
   const ipUInt64 sizeInBytes = getBufferBaseSize() * getFragmentsSize();
-  for (ipUInt64 i = 0; i < getNbFragments(); ++i)
-    if (const void* const source = other.getDataPtr(i); source != getDataPtr(i))
-      copyBuffer(getDataPtr(i), sizeInBytes, source);
+  if (sizeInBytes != 0)
+    for (ipUInt64 i = 0; i < getNbFragments(); ++i)
+      std::memmove(getDataPtr(i), other.getDataPtr(i), sizeInBytes); // a view on this block may overlap
 }
 
 void FragHybridBuffer::writeMembers(BaseOArchive& archive) const

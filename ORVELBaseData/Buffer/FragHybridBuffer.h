@@ -50,7 +50,8 @@ public:
   /// type, so clear it or initialise it with another size in bytes before its elements are touched
   void init(const eDataType& dataType, ipUInt64 nbFragments, ipUInt64 fragmentsSize);
 
-  /// \brief Take the caller's fragments, who keeps them alive. An own block is freed.
+  /// \brief Take the caller's fragments, who keeps them alive. An own block is freed first, so that its own
+  /// fragments, given to an owner, are left without memory.
   /// \throw ORVELBaseDataException (eInvalidBufferType) if dataType is eDT_None; the fragments and their size
   /// are stored already. An initialised buffer still answers with its old size and type
   void init(const eDataType& dataType, const BufferPtrColl& fragments, ipUInt64 fragmentsSize);

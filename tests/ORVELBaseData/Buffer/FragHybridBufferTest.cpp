@@ -10,6 +10,8 @@
 
 #include "BufferTesting.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <limits>
 #include <memory>
@@ -169,6 +171,27 @@ TEST(FragHybridBuffer, FreesItsBlockAtOnceWhenItTakesTheCallersFragments)
   EXPECT_EQ(getNbBlocksInUse(), nbBlocks - 1);
   EXPECT_EQ(blockOf(buffer), nullptr);
   EXPECT_EQ(textOf(buffer), "ab|cd|ef");
+}
+
+TEST(FragHybridBuffer, LosesItsBlockWhenItIsGivenItsOwnFragments)
+{
+  FragHybridBuffer buffer;
+  own(buffer, {"ab", "cd", "ef"});
+  const auto second = reinterpret_cast<std::uintptr_t>(buffer.getDataPtr(1));
+  const std::ptrdiff_t nbBlocks = getNbBlocksInUse();
+  buffer.init(eDataType::eDT_UInt8, buffer.getBufferPtrColl(), 2);
+  EXPECT_EQ(getNbBlocksInUse(), nbBlocks - 1); // freed first: nothing is left behind the addresses
+  EXPECT_FALSE(buffer.isBufferOwn());
+  EXPECT_EQ(buffer.getNbFragments(), 3U);
+  EXPECT_EQ(reinterpret_cast<std::uintptr_t>(buffer.getDataPtr(1)), second);
+}
+
+TEST(FragHybridBuffer, TakesEmptyBracesForANumberOfFragments)
+{
+  FragHybridBuffer buffer;
+  buffer.init(eDataType::eDT_Int32, {}, 4); // not for an empty list
+  EXPECT_EQ(buffer.getNbFragments(), 0U);
+  EXPECT_TRUE(buffer.isBufferOwn());
 }
 
 TEST(FragHybridBuffer, FreesItsBlockWhenItIsClearedAndWhenItDies)
@@ -671,6 +694,30 @@ TEST(FragHybridBuffer, TakesACopyOfAViewOnItsOwnBlock)
     EXPECT_EQ(textOf(owner), "ef|ab");
   }
   EXPECT_EQ(getNbBlocksInUse(), nbBlocks);
+}
+
+TEST(FragHybridBuffer, OverwritesOneFragmentAfterTheOtherInACopyOfAViewOnABlockThatItKeeps)
+{
+  FragHybridBuffer owner;
+  own(owner, {"ab", "cd", "ef"});
+  const char* const block = blockOf(owner);
+  FragHybridBuffer view;
+  view.init(eDataType::eDT_UInt8, {owner.getDataPtr(2), owner.getDataPtr(0), owner.getDataPtr(1)}, 2);
+  owner = view;
+  EXPECT_EQ(blockOf(owner), block);
+  expectPlainOrder(owner);
+  EXPECT_EQ(textOf(owner), "ef|ef|ef"); // the second is copied from the first, which was overwritten before
+}
+
+TEST(FragHybridBuffer, TakesACopyOfFragmentsThatLieAcrossItsOwn)
+{
+  FragHybridBuffer owner;
+  own(owner, {"abcd", "efgh"});
+  FragHybridBuffer view;
+  char* const start = static_cast<char*>(owner.getDataPtr(0));
+  view.init(eDataType::eDT_UInt8, {start + 1, start + 3}, 4);
+  owner = view;
+  EXPECT_EQ(textOf(owner), "bcde|eefg"); // the second begins with what the first has become
 }
 
 TEST(FragHybridBuffer, IsClearedWhenThereIsNoMemoryForACopy)
