@@ -25,7 +25,8 @@ ORVELBASEDATA_EXPORT void copyBuffer(void* dst, ipUInt64 sizeInBytes, const void
 
 /// \brief Copy elements. The ranges must not overlap.
 ///
-/// A value of dataType that is no enumerator has elements of 0 bytes: nothing is copied.
+/// A value of dataType that is no enumerator has elements of 0 bytes: nothing is copied. The size in bytes is
+/// computed in 64 bits and wraps around.
 /// \throw ORVELBaseDataException (eInvalidBufferType) if dataType is eDT_None; dst is untouched
 ORVELBASEDATA_EXPORT void copyBuffer(void* dst, const eDataType& dataType, ipUInt64 nbElements,
                                      const void* src);

@@ -44,7 +44,8 @@ public:
   /// it with another size in bytes before its elements are touched
   void init(ipUInt64 size, const eDataType& dataType);
 
-  /// \brief Become a view on a block of somebody else's, who keeps it alive. An own block is freed.
+  /// \brief Become a view on a block of somebody else's, who keeps it alive. An own block is freed first, so
+  /// that an address in it, given to the owner, is left without memory.
   /// \throw ORVELBaseDataException (eInvalidBufferType) if dataType is eDT_None; an initialised buffer then
   /// has the new address with its old size and type
   void init(ipUInt64 size, const eDataType& dataType, void* dataPtr);
@@ -59,7 +60,8 @@ public:
   /// \brief Tell whether the elements lie in a block of the buffer's own.
   ///
   /// A view on a null pointer counts as an owner, of no block. Taken for an owner it keeps that null "block"
-  /// in an init() of the same size in bytes.
+  /// in an init() of the same size in bytes, and in a copy of the same size, which then writes through it; a
+  /// copy of any other size is deep.
   ///
   /// \throw ORVELBaseDataException (eBufferNotInitialized) if the buffer is not initialised
   bool isBufferOwn() const;

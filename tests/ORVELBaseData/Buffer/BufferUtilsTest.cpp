@@ -208,6 +208,17 @@ TEST(CopyBuffer, CopiesElementsOfARunTimeType){
 #undef ORVEL_TEST_COPY
 }
 
+TEST(CopyBuffer, CountsTheBytesIn64BitsThatWrapAround)
+{
+  constexpr ipUInt64 nbElements = ipUInt64{1} << 61U; // of 8 bytes: 2^64
+  const ipReal64 src[] = {1, 2};
+  ipReal64 dst[] = {8, 9};
+  copyBuffer(dst, eDataType(eDataType::eDT_Real64), nbElements, src);
+  EXPECT_EQ(std::vector<ipReal64>(dst, dst + 2), (std::vector<ipReal64>{8, 9}));
+  copyBuffer(dst, eDataType(eDataType::eDT_Real64), nbElements + 1, src);
+  EXPECT_EQ(std::vector<ipReal64>(dst, dst + 2), (std::vector<ipReal64>{1, 9}));
+}
+
 // With no elements
 
 TEST(RawBlockOperations, TouchNothingAndTakeNullWithNoElements)

@@ -10,6 +10,8 @@
 
 #include "BufferTesting.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <memory>
 #include <string>
@@ -249,6 +251,19 @@ TEST(HybridBuffer, TakesAViewOnANullPointerForAnOwner)
   buffer.init(4, eDataType::eDT_Int16);
   EXPECT_NE(buffer.getDataPtr(), nullptr);
   EXPECT_EQ(getLatestArraySize(), 8U);
+}
+
+TEST(HybridBuffer, LosesItsBlockWhenItIsMadeAViewOnIt)
+{
+  HybridBuffer buffer;
+  own(buffer, 1, 2, 3);
+  const auto address = reinterpret_cast<std::uintptr_t>(buffer.getDataPtr());
+  const std::ptrdiff_t nbBlocks = getNbBlocksInUse();
+  buffer.init(2, eDataType::eDT_Int16, buffer.getDataPtr());
+  EXPECT_EQ(getNbBlocksInUse(), nbBlocks - 1); // freed first: nothing is left behind the address
+  EXPECT_EQ(reinterpret_cast<std::uintptr_t>(buffer.getDataPtr()), address);
+  EXPECT_FALSE(buffer.isBufferOwn());
+  EXPECT_EQ(buffer.getSize(), 2U);
 }
 
 // Failures of init
@@ -502,6 +517,30 @@ TEST(HybridBuffer, TakesACopyOfAViewOnItsOwnBlock)
     EXPECT_EQ(getNbBlocksInUse(), nbBlocks + 1);
   }
   EXPECT_EQ(getNbBlocksInUse(), nbBlocks);
+}
+
+TEST(HybridBuffer, TakesADeepCopyInPlaceOfANullPointer)
+{
+  HybridBuffer source;
+  own(source, 1, 2, 3);
+  for (const ipUInt64 size : {0U, 4U}) // of another size in bytes than the source
+  {
+    HybridBuffer target;
+    target.init(size, eDataType::eDT_Int16, nullptr);
+    target = source; // counts as an owner, though it was made a view
+    EXPECT_TRUE(target.isBufferOwn());
+    EXPECT_NE(target.getDataPtr(), source.getDataPtr());
+    expectNumbers(target, 1, 2, 3);
+  }
+}
+
+TEST(HybridBuffer, KeepsItsNullPointerInACopyOfItself)
+{
+  HybridBuffer buffer;
+  buffer.init(3, eDataType::eDT_Int16, nullptr);
+  buffer.copy(buffer);
+  EXPECT_EQ(buffer.getDataPtr(), nullptr);
+  EXPECT_EQ(buffer.getSize(), 3U);
 }
 
 TEST(HybridBuffer, IsClearedWhenThereIsNoMemoryForACopy)

@@ -4,6 +4,7 @@
 
 #include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
+#include <ORVELSerialization/SerializationItems.h>
 #include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/FailingAllocation.h>
 #include <support/HandWrittenArchive.h>
@@ -320,6 +321,31 @@ TYPED_TEST(TypedOwnBufferArchive, IsReadWhole)
                         EXPECT_EQ(result.getMessage(), "");
                       });
   EXPECT_EQ(contentsOf(buffer), "abcdef");
+}
+
+TYPED_TEST(TypedOwnBufferArchive, IsReadInFullModeWhereASharedPointerMakesTheBuffer)
+{
+  const TypedOwnBufferPtr written = TypedOwnBuffer::createSharedObject();
+  initWithSixBytes(*written);
+  for (const auto mode : {eSklSrzMode::eSSM_Full, eSklSrzMode::eSSM_Skeleton})
+  {
+    written->setSerializationMode(mode);
+    const std::string file =
+        fileOf<TypeParam>([&](BaseOArchive& archive) { archive << SerializationOItem("buffer", written); });
+    TypedOwnBufferPtr read;
+    const auto readPointer = [&](BaseIArchive& archive)
+    {
+      archive >> SerializationIItem("buffer", read);
+    };
+    if (mode == eSklSrzMode::eSSM_Full)
+    {
+      readFile<TypeParam>(file, readPointer);
+      expectCopyOfSixBytes(*read, *written);
+    }
+    else
+      // The mode is not filed: the new buffer looks for the data that a skeleton does not have.
+      EXPECT_THROW(readStart<TypeParam>(file, readPointer), ORVELSerializationException);
+  }
 }
 
 TYPED_TEST(TypedOwnBufferArchive, IsReadInVersion0)
