@@ -186,6 +186,17 @@ TEST(NormalDistributionFunctions, StandATinyStandardDeviation)
   }
 }
 
+TEST(NormalDistributionFunctions, TakeTheLargestStandardDeviationsForInfinity)
+{
+  for (const double stdDev : {1.3e308, std::numeric_limits<double>::max()})
+  {
+    EXPECT_EQ(normalDistribution(0, stdDev, 0), 0) << stdDev;
+    EXPECT_EQ(normalDistributionFirstDerivative(stdDev, stdDev, 0), 0) << stdDev;
+    EXPECT_EQ(normalDistributionSecondDerivative(0, stdDev, 0), 0) << stdDev;
+    EXPECT_EQ(cumulativeNormalDistribution(stdDev, stdDev, 0), 0.5) << stdDev;
+  }
+}
+
 TEST(NormalDistributionFunctions, StandTheLargestFloatAsStandardDeviation)
 {
   const double largest = static_cast<double>(std::numeric_limits<float>::max());

@@ -1,6 +1,7 @@
 #include <ORVELMath/RelativeComparison.h>
 
 #include <limits>
+#include <type_traits>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -116,6 +117,26 @@ TYPED_TEST(CompareRelative, IsTrueForTwoEmptyVectors)
 {
   using T = TypeParam;
   EXPECT_TRUE(compareRelative<T>(std::vector<T>(), std::vector<T>(), T(0)));
+}
+
+template <class T, class = void>
+constexpr bool g_comparesNumbers = false;
+template <class T>
+constexpr bool g_comparesNumbers<T, std::void_t<decltype(compareRelative<T>(T(), T(), T()))>> = true;
+
+template <class T, class = void>
+constexpr bool g_comparesVectors = false;
+template <class T>
+constexpr bool
+    g_comparesVectors<T, std::void_t<decltype(compareRelative<T>(std::vector<T>(), std::vector<T>(), T()))>> =
+        true;
+
+TEST(CompareRelativeTypes, AreFloatAndDoubleOnly)
+{
+  EXPECT_TRUE(g_comparesNumbers<float> && g_comparesNumbers<double>);
+  EXPECT_TRUE(g_comparesVectors<float> && g_comparesVectors<double>);
+  EXPECT_FALSE(g_comparesNumbers<int> || g_comparesNumbers<long double>);
+  EXPECT_FALSE(g_comparesVectors<int> || g_comparesVectors<long double>);
 }
 
 } // namespace

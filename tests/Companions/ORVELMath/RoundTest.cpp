@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <type_traits>
 
 #include <gtest/gtest.h>
 
@@ -120,6 +121,20 @@ TEST(RoundToUnsigned, AnswersWhatItCannotHoldWithTheTopBit)
   for (const float value : {4294967296.0f, 1e30f, g_floatInfinity, -2147483904.0f, -1e30f, -g_floatInfinity,
                             std::nanf(""), -std::nanf("")})
     EXPECT_EQ((round<unsigned int, float>(value)), g_noResult) << value;
+}
+
+template <class Result, class Value, class = void>
+constexpr bool g_isThere = false;
+template <class Result, class Value>
+constexpr bool g_isThere<Result, Value, std::void_t<decltype(round<Result, Value>(Value()))>> = true;
+
+TEST(Round, IsThereForItsTwoPairsOfTypesOnly)
+{
+  EXPECT_TRUE((g_isThere<int, double>));
+  EXPECT_TRUE((g_isThere<unsigned int, float>));
+  EXPECT_FALSE((g_isThere<int, float>));
+  EXPECT_FALSE((g_isThere<unsigned int, double>));
+  EXPECT_FALSE((g_isThere<long, double>));
 }
 
 TEST(Round, DoesNotDependOnTheRoundingMode)
