@@ -16,7 +16,7 @@ class BaseOArchive;
 /// \name Named enumerations in archives
 /// An element-wise archive files the text, any other the number.
 /// \throw ORVELSerializationException for a text (id 26) or a number (id 27) of no enumerator; the item keeps
-/// its old value
+/// its old value, the archive is marked as failed
 /// \throw std::logic_error if an element-wise archive is given a value without a text; nothing is filed.
 /// Elsewhere such a value is filed as 0.
 /// \{
