@@ -396,8 +396,14 @@ struct TellingLeaf : DataItemLeaf<ipBool>
   {
     setValue(value);
   }
-  eDataItemType getDataItemType() const override { return eDataItemType(_kind); }
+  eDataItemType getDataItemType() const override
+  {
+    ++nbKindsTold;
+    return eDataItemType(_kind);
+  }
   eDataItemValueType getDataItemValueType() const override { return eDataItemValueType(_valueType); }
+
+  mutable int nbKindsTold = 0;
 
 private:
   ipUInt64 _kind;
@@ -413,9 +419,13 @@ TEST(Equal, TakesAnUnknownKindForALeaf)
   }
 }
 
-TEST(Equal, BranchesOnTheKindOfTheLeftSide)
+TEST(Equal, BranchesOnTheKindOfTheLeftSideAlone)
 {
-  EXPECT_TRUE(orvel::equal(TellingLeaf(true, 0, 0), TellingLeaf(true, 77, 0), 0));
+  const TellingLeaf left(true, 0, 0);
+  const TellingLeaf right(true, eDataItemType(eDataItemType::eDIT_Node).getValue(), 0);
+  EXPECT_TRUE(orvel::equal(left, right, 0));
+  EXPECT_EQ(left.nbKindsTold, 1);
+  EXPECT_EQ(right.nbKindsTold, 0);
 }
 
 TEST(Equal, TakesAnUnknownValueTypeForABool)
