@@ -33,6 +33,8 @@ public:
   {
     struct stat existing = {};
     const bool exists = ::stat(_path.c_str(), &existing) == 0;
+    if (!exists && errno == ELOOP) // links in a circle: to replace one of them is not what was asked for
+      throw IoFailure::ofErrno(errno);
     if (exists && !S_ISREG(existing.st_mode))
     {
       _file = FileDescriptor(::open(_path.c_str(), O_WRONLY | O_CLOEXEC));

@@ -11,11 +11,75 @@
 #include <cerrno>
 #include <csignal>
 #include <stdexcept>
+#include <string>
 #include <thread>
+#include <utility>
+#include <vector>
 
+#include <dlfcn.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+namespace
+{
+
+/// What the libraries asked the system for, as long as it lives; one call may be refused.
+class SystemCalls
+{
+public:
+  /// \param refused text of the call that fails, as getCalls() has it; empty for none
+  explicit SystemCalls(std::string refused = "", int error = 0)
+    : _refused(std::move(refused))
+    , _error(error)
+  {
+    g_present = this;
+  }
+  ~SystemCalls() { g_present = nullptr; }
+  SystemCalls(const SystemCalls&) = delete;
+  SystemCalls& operator=(const SystemCalls&) = delete;
+
+  const std::vector<std::string>& getCalls() const { return _calls; }
+
+  /// Notes a call. \return false, with errno set, if it is to fail
+  static bool note(const std::string& call)
+  {
+    if (g_present == nullptr)
+      return true;
+    g_present->_calls.push_back(call);
+    if (call != g_present->_refused)
+      return true;
+    errno = g_present->_error;
+    return false;
+  }
+
+private:
+  static SystemCalls* g_present;
+
+  std::string _refused;
+  int _error;
+  std::vector<std::string> _calls;
+};
+
+SystemCalls* SystemCalls::g_present = nullptr;
+
+} // namespace
+
+// The program's own, ahead of those of the C library.
+extern "C" __attribute__((visibility("default"))) int fsync(int descriptor)
+{
+  static const auto function = reinterpret_cast<int (*)(int)>(dlsym(RTLD_NEXT, "fsync"));
+  struct stat status = {};
+  const bool isFolder = ::fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode);
+  return SystemCalls::note(isFolder ? "fsync the folder" : "fsync the file") ? function(descriptor) : -1;
+}
+
+extern "C" __attribute__((visibility("default"))) int rename(const char* from, const char* to) noexcept
+{
+  static const auto function =
+      reinterpret_cast<int (*)(const char*, const char*)>(dlsym(RTLD_NEXT, "rename"));
+  return SystemCalls::note("rename") ? function(from, to) : -1;
+}
 
 namespace
 {
@@ -142,21 +206,6 @@ TYPED_TEST(OutputFile, IsMadeBehindALinkThatLeadsNowhereYet)
   EXPECT_EQ(readBytes(this->_folder / "target"), TypeParam::wrap(""));
 }
 
-TYPED_TEST(OutputFile, RefusesLinksThatLeadInACircle)
-{
-  const boost::filesystem::path link = this->_folder / "link";
-  boost::filesystem::create_symlink("link", link);
-  try
-  {
-    typename TypeParam::OArchive archive(link);
-    archive.close(); // if it does not refuse, it replaces the link: no harm is done either
-    EXPECT_EQ(readBytes(link), TypeParam::wrap(""));
-  }
-  catch (const ORVELSerializationException&)
-  {
-  }
-}
-
 mode_t modeOf(const boost::filesystem::path& path)
 {
   struct stat status = {};
@@ -212,6 +261,16 @@ template <class Format>
 std::string failureToOpen(const boost::filesystem::path& path)
 {
   return messageOf<ORVELSerializationException>([&] { typename Format::OArchive archive(path); });
+}
+
+TYPED_TEST(OutputFile, RefusesLinksThatLeadInACircle)
+{
+  const boost::filesystem::path link = this->_folder / "link";
+  boost::filesystem::create_symlink("link", link);
+  EXPECT_EQ(failureToOpen<TypeParam>(link),
+            "Archive " + link.string() + " can't be opened: " + reasonOf(ELOOP));
+  EXPECT_TRUE(boost::filesystem::is_symlink(link));
+  EXPECT_EQ(this->_folder.countFiles(), 1U);
 }
 
 TYPED_TEST(OutputFile, NeedsItsFolder)
@@ -289,6 +348,65 @@ TYPED_TEST(OutputFile, LeavesTheOldFileAloneWhereItMayNotGrow)
   EXPECT_NE(message.find(": write failed: " + reasonOf(EFBIG)), std::string::npos) << message;
   EXPECT_EQ(readBytes(path), "old");
   EXPECT_EQ(this->_folder.countFiles(), 1U);
+}
+
+// The disk
+
+TYPED_TEST(OutputFile, IsOnTheDiskBeforeItTakesItsPlace)
+{
+  const boost::filesystem::path path = this->_folder / "a.file";
+  typename TypeParam::OArchive archive(path);
+  archive << SerializationOItem("K", 5);
+  const SystemCalls calls;
+  archive.close();
+  EXPECT_EQ(calls.getCalls(), (std::vector<std::string>{"fsync the file", "rename", "fsync the folder"}));
+}
+
+/// Closes an archive over an old file while the system refuses a call. \return the message
+template <class Format>
+std::string failureToClose(const boost::filesystem::path& path, const std::string& refused)
+{
+  writeBytes(path, "old");
+  typename Format::OArchive archive(path);
+  archive << SerializationOItem("K", 5);
+  const SystemCalls calls(refused, EIO);
+  const std::string message = messageOf<ORVELSerializationException>([&] { archive.close(); });
+  EXPECT_EQ(calls.getCalls().back(), refused); // nothing is tried after it
+  EXPECT_TRUE(archive.isFailed());
+  EXPECT_FALSE(archive.isClosed());
+  return message;
+}
+
+TYPED_TEST(OutputFile, LeavesTheOldFileAloneIfTheDiskOrTheFolderRefuses)
+{
+  const boost::filesystem::path path = this->_folder / "a.file";
+  const std::string size = std::to_string(oneItemFile<TypeParam>().size());
+  for (const std::string refused : {"fsync the file", "rename"})
+  {
+    EXPECT_EQ(failureToClose<TypeParam>(path, refused),
+              "Archive " + path.string() + ", byte " + size + ": write failed: " + reasonOf(EIO));
+    EXPECT_EQ(readBytes(path), "old");
+    EXPECT_EQ(this->_folder.countFiles(), 1U);
+  }
+}
+
+TYPED_TEST(OutputFile, HasItsPlaceAlsoIfTheFolderCanNotBeBroughtToTheDisk)
+{
+  const boost::filesystem::path path = this->_folder / "a.file";
+  const std::string message = failureToClose<TypeParam>(path, "fsync the folder");
+  EXPECT_NE(message.find(": write failed: " + reasonOf(EIO)), std::string::npos) << message;
+  EXPECT_EQ(readBytes(path), oneItemFile<TypeParam>()); // whole, though the system may still lose its name
+  EXPECT_EQ(this->_folder.countFiles(), 1U);
+}
+
+TYPED_TEST(OutputFile, DoesWithoutTheFolderWhereTheSystemCanNotBringOneToTheDisk)
+{
+  const boost::filesystem::path path = this->_folder / "a.file";
+  typename TypeParam::OArchive archive(path);
+  const SystemCalls calls("fsync the folder", EINVAL);
+  archive.close();
+  EXPECT_TRUE(archive.isClosed());
+  EXPECT_EQ(readBytes(path), TypeParam::wrap(""));
 }
 
 // Pipes
