@@ -36,7 +36,7 @@ LogMessageManager& LogMessageManager::getInstance(const std::string& key)
 void LogMessageManager::addMessage(const std::string& domainKey, int id, const std::string& text)
 {
   const std::lock_guard<std::mutex> lock(_mutex);
-  _texts[{domainKey, id}] = text;
+  _texts.insert_or_assign(std::pair(domainKey, id), text); // whole or not at all
 }
 
 std::string LogMessageManager::getMessage(const std::string& domainKey, int id) const

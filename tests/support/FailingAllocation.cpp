@@ -18,6 +18,7 @@ std::atomic<std::ptrdiff_t> g_nbArraysAllowed{g_never};
 std::atomic<std::size_t> g_latestArraySize{0};
 std::atomic<std::size_t> g_nbArraysAllocated{0};
 std::atomic<std::ptrdiff_t> g_nbBlocksInUse{0};
+std::atomic<std::size_t> g_allocatedBytes{0};
 std::atomic<int> g_filling{-1}; // -1: none
 
 void failInTurn(std::atomic<std::ptrdiff_t>& nbAllowed)
@@ -31,6 +32,7 @@ void failInTurn(std::atomic<std::ptrdiff_t>& nbAllowed)
 
 void* allocate(std::size_t size)
 {
+  g_allocatedBytes += size;
   failInTurn(g_nbAllowed);
   if (size >= g_impossible)
     throw std::bad_alloc();
@@ -123,6 +125,11 @@ void fillNoBlocks()
 std::ptrdiff_t getNbBlocksInUse()
 {
   return g_nbBlocksInUse;
+}
+
+std::size_t getAllocatedBytes()
+{
+  return g_allocatedBytes;
 }
 
 } // namespace orvel::test

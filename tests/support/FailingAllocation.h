@@ -30,6 +30,9 @@ void failNoAllocation();
 /// \brief Return the number of blocks of operator new that are in use.
 std::ptrdiff_t getNbBlocksInUse();
 
+/// \brief Return the number of bytes that operator new was asked for since the program started.
+std::size_t getAllocatedBytes();
+
 /// \brief Let every new block hold this byte all over, so that it shows what a constructor leaves alone.
 void fillBlocksWith(unsigned char byte);
 

@@ -3,70 +3,11 @@
 #define XXH_INLINE_ALL
 #include <xxhash.h>
 
-#include <atomic>
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
-#include <new>
-
-namespace
-{
-
-std::atomic<std::size_t> g_allocatedBytes{0};
-
-void* allocate(std::size_t size)
-{
-  g_allocatedBytes += size;
-  if (void* const memory = std::malloc(size == 0 ? 1 : size))
-    return memory;
-  throw std::bad_alloc();
-}
-
-} // namespace
-
-// The program's own, so that the libraries' demands are counted too.
-void* operator new(std::size_t size)
-{
-  return allocate(size);
-}
-void* operator new[](std::size_t size)
-{
-  return allocate(size);
-}
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept
-{
-  g_allocatedBytes += size;
-  return std::malloc(size == 0 ? 1 : size);
-}
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
-{
-  g_allocatedBytes += size;
-  return std::malloc(size == 0 ? 1 : size);
-}
-void operator delete(void* memory) noexcept
-{
-  std::free(memory);
-}
-void operator delete[](void* memory) noexcept
-{
-  std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept
-{
-  std::free(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept
-{
-  std::free(memory);
-}
 
 namespace orvel::test
 {
-
-std::size_t getAllocatedBytes()
-{
-  return g_allocatedBytes;
-}
 
 std::string cborHead(unsigned int majorType, std::uint64_t number)
 {

@@ -1,8 +1,7 @@
 #pragma once
 
 /// \file
-/// \brief What the tests of both concrete archives share: the two formats as types, odd streams, folders, and
-/// the memory that is asked for.
+/// \brief What the tests of both concrete archives share: the two formats as types, odd streams, folders.
 
 #include <ORVELSerialization/BinaryArchive.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
@@ -21,9 +20,6 @@
 
 namespace orvel::test
 {
-
-/// \brief Return the number of bytes that operator new was asked for since the program started.
-std::size_t getAllocatedBytes();
 
 struct XmlFormat
 {

@@ -4,6 +4,8 @@
 
 #include <ORVELSerialization/ORVELSerializationException.h>
 #include <ORVELSerialization/SerializationItems.h>
+#include <support/FailingAllocation.h>
+#include <support/LayoutChecks.h>
 #include <support/RaisedFailure.h>
 
 #include "RecordingArchive.h"
@@ -16,6 +18,53 @@ namespace
 
 using namespace orvel;
 using namespace orvel::test;
+
+// Virtual operations
+
+TEST(BaseArchive, HasItsVirtualOperationsInOrder)
+{
+  struct Protected : BaseArchive
+  {
+    static std::vector<std::size_t> indices()
+    {
+      return {vtableIndexOf(&Protected::openSection), vtableIndexOf(&Protected::closeSection),
+              vtableIndexOf(&Protected::getPlace)};
+    }
+  };
+  EXPECT_EQ(vtableIndexOf(&BaseArchive::isElementWise), 2U); // 0 and 1 are the destructor
+  EXPECT_EQ(Protected::indices(), (std::vector<std::size_t>{3, 4, 5}));
+}
+
+TEST(BaseOArchive, HasItsVirtualOperationsInOrder)
+{
+  EXPECT_EQ(vtableIndexOf(&BaseOArchive::writeBlock), 6U);
+  EXPECT_EQ(vtableIndexOf(&BaseOArchive::writeObjectPtr), 7U);
+  EXPECT_EQ(vtableIndexOf(&BaseOArchive::moveObjectPtr), 8U);
+  EXPECT_EQ(vtableIndexOf(&BaseOArchive::filesSectionNames), 9U);
+  EXPECT_EQ(vtableIndexOf(&BaseOArchive::writeObject), 10U);
+  EXPECT_EQ(vtableIndexOf(&BaseOArchive::writeBool), 11U);
+  EXPECT_EQ(vtableIndexOf(&BaseOArchive::writeInteger), 12U);
+  EXPECT_EQ(vtableIndexOf(&BaseOArchive::writeUnsigned), 13U);
+  EXPECT_EQ(vtableIndexOf(&BaseOArchive::writeReal32), 14U);
+  EXPECT_EQ(vtableIndexOf(&BaseOArchive::writeReal64), 15U);
+  EXPECT_EQ(vtableIndexOf(&BaseOArchive::writeString), 16U);
+  EXPECT_EQ(vtableIndexOf(&BaseOArchive::close), 17U);
+}
+
+TEST(BaseIArchive, HasItsVirtualOperationsInOrder)
+{
+  EXPECT_EQ(vtableIndexOf(&BaseIArchive::readBlock), 6U);
+  EXPECT_EQ(vtableIndexOf(&BaseIArchive::readObjectPtr), 7U);
+  EXPECT_EQ(vtableIndexOf(&BaseIArchive::readObject), 8U);
+  EXPECT_EQ(vtableIndexOf(&BaseIArchive::letObjectsGo), 9U);
+  EXPECT_EQ(vtableIndexOf(&BaseIArchive::readBool), 10U);
+  EXPECT_EQ(vtableIndexOf(&BaseIArchive::readInteger), 11U);
+  EXPECT_EQ(vtableIndexOf(&BaseIArchive::readUnsigned), 12U);
+  EXPECT_EQ(vtableIndexOf(&BaseIArchive::readReal32), 13U);
+  EXPECT_EQ(vtableIndexOf(&BaseIArchive::readReal64), 14U);
+  EXPECT_EQ(vtableIndexOf(&BaseIArchive::readString), 15U);
+  EXPECT_EQ(vtableIndexOf(&BaseIArchive::close), 16U);
+}
 
 // Class versions
 
@@ -58,6 +107,20 @@ TEST(BaseArchive, TellsClassesApartByTheirTextAlsoAtOneAddress)
   EXPECT_EQ(archive.getRegisterClassVersion(name), 1U);
   const auto copy = std::make_unique<std::string>("b");
   EXPECT_EQ(archive.getRegisterClassVersion(*copy), 2U);
+}
+
+TEST(BaseArchive, RecordsANameAndItsVersionOrNeitherIfMemoryEnds)
+{
+  RecordingOArchive archive;
+  for (ipUInt32 number = 0; number < 20; ++number)
+  {
+    const std::string name = "orvel::AClassWithALongName" + std::to_string(number);
+    EXPECT_GT(failAtEachAllocation([&] { archive.registerClassVersion(name, number); },
+                                   [&] { EXPECT_FALSE(archive.isClassVersionRegistred(name)); }),
+              0U);
+    EXPECT_EQ(archive.getRegisterClassVersion(name), number);
+  }
+  EXPECT_EQ(archive.getRegisterClassVersion("orvel::AClassWithALongName0"), 0U);
 }
 
 TEST(BaseArchive, ThrowsForAVersionThatIsNotRecorded)

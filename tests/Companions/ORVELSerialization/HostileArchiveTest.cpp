@@ -4,10 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include <support/FailingAllocation.h>
 #include <support/RaisedFailure.h>
 
 #include "SampleClasses.h"
 
+#include <new>
 #include <random>
 
 namespace
@@ -199,6 +201,62 @@ TYPED_TEST(HostileArchive, IsRefusedOrHarmlessWhateverIsChanged)
     {
     }
   }
+}
+
+// Memory
+
+TYPED_TEST(HostileArchive, LeaksNothingWhereverMemoryEnds)
+{
+  const std::string file = fileOfObject<TypeParam>(makeSample());
+  const SerializationObjectPtr sample = objectOfFile<TypeParam>(file, true); // makes what is made once
+  const int nbNodes = TestNode::g_nbAlive;
+  std::ptrdiff_t nbBlocks = 0;
+  const auto expectNothingLeft = [&]
+  {
+    ASSERT_EQ(getNbBlocksInUse(), nbBlocks);
+    ASSERT_EQ(TestNode::g_nbAlive, nbNodes);
+  };
+  const auto write = [&]
+  {
+    FullBuffer buffer(file.size()); // a string stream would take a lack of memory for an error of its own
+    std::ostream stream(&buffer);
+    typename TypeParam::OArchive archive(stream);
+    archive.writeObjectPtr(SerializationOItem<SerializationObjectPtr>("object", sample));
+    archive.close();
+  };
+  write();
+  nbBlocks = getNbBlocksInUse();
+  EXPECT_GT(failAtEachAllocation([&] { objectOfFile<TypeParam>(file, true); }, expectNothingLeft), 20U);
+  EXPECT_GT(failAtEachAllocation(write, expectNothingLeft), 5U);
+}
+
+TYPED_TEST(HostileArchive, IsFailedWhereverMemoryEnds)
+{
+  const std::string file = fileOfObject<TypeParam>(makeSample());
+  std::size_t nbAllowed = 0;
+  for (bool isRead = false; !isRead; ++nbAllowed)
+  {
+    std::istringstream stream(file);
+    typename TypeParam::IArchive archive(stream);
+    SerializationObjectPtr object;
+    const SerializationIItem<SerializationObjectPtr> item("object", object);
+    failAllocationAfter(nbAllowed);
+    try
+    {
+      archive.readObjectPtr(item);
+      failNoAllocation();
+      isRead = true;
+      EXPECT_TRUE(isSample(object));
+    }
+    catch (const std::bad_alloc&)
+    {
+      failNoAllocation();
+      EXPECT_EQ(object, nullptr);
+      EXPECT_TRUE(archive.isFailed());
+      EXPECT_THROW(archive.close(), ORVELSerializationException);
+    }
+  }
+  EXPECT_GT(nbAllowed, 20U);
 }
 
 // Counts

@@ -20,6 +20,7 @@
 #include <ORVELUtil/ORVELUtilException.h>
 #include <ORVELUtil/ORVELUtilLog.h>
 
+#include <support/FailingAllocation.h>
 #include <support/RaisedFailure.h>
 
 namespace
@@ -253,6 +254,21 @@ TEST(DynamicObjectFactory, CountsRegistrationsOfOneCreator)
   EXPECT_TRUE(factory().isRegistered(name));
   factory().unRegisterClass(name, &newSample<1>);
   EXPECT_FALSE(factory().isRegistered(name));
+}
+
+TEST(DynamicObjectFactory, StaysAsItWasIfMemoryEndsDuringARegistration)
+{
+  const std::string name = "FactoryTest::ANameThatNeedsMemoryOfItsOwn";
+  const std::set<std::string> before = factory().getRegisteredClassNames();
+  EXPECT_GT(orvel::test::failAtEachAllocation([&name] { enter<1>(name); }, [&before]
+                                              { EXPECT_EQ(factory().getRegisteredClassNames(), before); }),
+            1U);
+  // One more entry of a name that is known.
+  EXPECT_GT(orvel::test::failAtEachAllocation([&name] { enter<2>(name); }, [] {}), 0U);
+  factory().unRegisterClass(name, &newSample<1>);
+  EXPECT_EQ(newMakerOf(name), 2);
+  factory().unRegisterClass(name);
+  EXPECT_EQ(factory().getRegisteredClassNames(), before);
 }
 
 TEST(DynamicObjectFactory, LeavesAnUnknownNameAsItIs)

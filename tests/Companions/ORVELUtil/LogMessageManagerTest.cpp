@@ -9,6 +9,7 @@
 #include <type_traits>
 #include <vector>
 
+#include <support/FailingAllocation.h>
 #include <support/RaisedFailure.h>
 
 namespace
@@ -75,6 +76,21 @@ TEST(LogMessageManager, ReplacesATextThatIsEnteredAgain)
   manager().addMessage("again", 0, "old");
   manager().addMessage("again", 0, "new");
   EXPECT_EQ(manager().getMessage("again", 0), "new");
+}
+
+TEST(LogMessageManager, StaysAsItWasIfMemoryEnds)
+{
+  const std::string domain = "a domain whose key needs memory of its own";
+  const std::string first = "a text that needs memory of its own";
+  const std::string second = "a longer text that needs more memory than the first one had";
+  EXPECT_GT(orvel::test::failAtEachAllocation(
+                [&] { manager().addMessage(domain, 0, first); },
+                [&] { EXPECT_THROW(manager().getMessage(domain, 0), std::out_of_range); }),
+            1U);
+  EXPECT_GT(orvel::test::failAtEachAllocation([&] { manager().addMessage(domain, 0, second); },
+                                              [&] { EXPECT_EQ(manager().getMessage(domain, 0), first); }),
+            0U);
+  EXPECT_EQ(manager().getMessage(domain, 0), second);
 }
 
 TEST(LogMessageManager, NamesWhatItDoesNotHold)

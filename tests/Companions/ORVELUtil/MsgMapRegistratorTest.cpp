@@ -19,6 +19,14 @@ struct eTableMessage
   };
 };
 
+struct eRefusedMessage
+{
+  enum domain
+  {
+    eOne
+  };
+};
+
 int g_nbManagersAsked = 0;
 
 } // namespace sample
@@ -39,6 +47,18 @@ struct MsgMapRegistratorDerived<sample::eTableMessage, void>
   {
     static constexpr MessageTableEntry g_messages[] = {
         {0, "eOne", "Text one"}, {1, "eTwo", "Text %d"}, {2, "eThree", ""}};
+    return g_messages;
+  }
+};
+
+template <>
+struct MsgMapRegistratorDerived<sample::eRefusedMessage, void>
+{
+  static LogMessageManager& getManager() { throw std::runtime_error("no manager"); }
+
+  static MessageTable getTable()
+  {
+    static constexpr MessageTableEntry g_messages[] = {{0, "eOne", "Text one"}};
     return g_messages;
   }
 };
@@ -79,6 +99,12 @@ TEST(MsgMapRegistrator, EntersTheTableOnce)
   EXPECT_TRUE(MessageMapRegistrator<eTableMessage>::process());
   EXPECT_EQ(manager().getMessage(g_domainKey, 0), "changed");
   EXPECT_EQ(sample::g_nbManagersAsked, 1);
+}
+
+TEST(MsgMapRegistrator, DoesNotTryAgainAfterAFailure)
+{
+  EXPECT_THROW(MessageMapRegistrator<sample::eRefusedMessage>::process(), std::runtime_error);
+  EXPECT_TRUE(MessageMapRegistrator<sample::eRefusedMessage>::process()); // noted before anything is done
 }
 
 TEST(MsgMapRegistrator, HasAWrapperAtGlobalScope)

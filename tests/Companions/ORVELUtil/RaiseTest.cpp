@@ -21,6 +21,7 @@
 #include <ORVELUtil/UnHandleException.h>
 
 #include <support/CommaLocale.h>
+#include <support/FailingAllocation.h>
 #include <support/RaisedFailure.h>
 
 namespace sample
@@ -486,6 +487,41 @@ INSTANTIATE_TEST_SUITE_P(All, RaiseOfABrokenMessage, testing::ValuesIn(g_brokenC
                                character = '_';
                            return name;
                          });
+
+TEST(Raise, EndsInAFailureWhereverMemoryEnds)
+{
+  const LevelGuard quietBase(orvel::getBaseLogger(), log4cplus::OFF_LOG_LEVEL); // the kit's own steps alone
+  const LevelGuard quiet(sample::logger(), log4cplus::OFF_LOG_LEVEL);
+  sample::g_steps.reserve(sample::g_steps.size() + 1000);
+  int nbBroken = 0;
+  bool isRaised = false;
+  for (std::size_t nbAllowed = 0; !isRaised; ++nbAllowed)
+  {
+    orvel::test::failAllocationAfter(nbAllowed);
+    try
+    {
+      getWidth();
+    }
+    catch (const SampleException& failure)
+    {
+      orvel::test::failNoAllocation();
+      isRaised = true;
+      EXPECT_EQ(failure.getMessage(), "The box is not set, 100% sure");
+    }
+    catch (const BaseException& failure) // the text could not be made
+    {
+      orvel::test::failNoAllocation();
+      ++nbBroken;
+      EXPECT_EQ(failure.getMessage(), g_brokenText);
+      EXPECT_NE(dynamic_cast<const std::bad_alloc*>(failure.getCause()), nullptr);
+    }
+    catch (const std::bad_alloc&) // there was not even a formatter or an exception
+    {
+      orvel::test::failNoAllocation();
+    }
+  }
+  EXPECT_GT(nbBroken, 3);
+}
 
 // --- A record that can't be written -------------------------------------------------------------------
 
