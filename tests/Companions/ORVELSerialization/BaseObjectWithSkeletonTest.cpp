@@ -38,7 +38,14 @@ TEST(BaseObjectWithSkeleton, HoldsTheModeOnlyAndAddsNoVirtualOperation)
 {
   EXPECT_EQ(offsetOf(memberOf(SerializationMode())), static_cast<std::ptrdiff_t>(sizeof(void*)));
   EXPECT_EQ(sizeof(BaseObjectWithSkeleton), sizeof(void*) + sizeof(eSklSrzMode));
+  struct Derived : BaseObjectWithSkeleton
+  {
+    virtual void next() = 0;
+  };
+  EXPECT_EQ(vtableIndexOf(&BaseObjectWithSkeleton::copy), 9U);
+  EXPECT_EQ(vtableIndexOf(&BaseObjectWithSkeleton::write), 10U);
   EXPECT_EQ(vtableIndexOf(&BaseObjectWithSkeleton::read), 11U);
+  EXPECT_EQ(vtableIndexOf(&Derived::next), 12U);
   static_assert(std::is_base_of_v<BaseSerializationObject, BaseObjectWithSkeleton>);
 }
 

@@ -28,6 +28,15 @@ TEST(BaseSerializationObject, HasItsOperationsInTheirOrder)
   EXPECT_EQ(vtableIndexOf(&BaseSerializationObject::read), 11U);
 }
 
+TEST(BaseSerializationObject, HasNoOtherVirtualOperations)
+{
+  struct Derived : BaseSerializationObject
+  {
+    virtual void next() = 0;
+  };
+  EXPECT_EQ(vtableIndexOf(&Derived::next), 12U);
+}
+
 TEST(BaseSerializationObject, HoldsNoData)
 {
   EXPECT_EQ(sizeof(BaseSerializationObject), sizeof(void*));

@@ -5,6 +5,7 @@
 #include <ORVELSerialization/ORVELSerializationLog.h>
 #include <ORVELUtil/LogMessageManager.h>
 #include <ORVELUtil/ORVELUtilLog.h>
+#include <support/LayoutChecks.h>
 #include <support/RaisedFailure.h>
 
 #include <stdexcept>
@@ -126,6 +127,11 @@ TEST(ORVELSerializationException, ForwardsWhatItIsMadeFrom)
 
 TEST(ORVELSerializationException, HoldsNothingOfItsOwn)
 {
+  struct Derived : ORVELSerializationException
+  {
+    virtual void next() = 0;
+  };
+  EXPECT_EQ(orvel::test::vtableIndexOf(&Derived::next), 3U); // behind the destructor and what()
   EXPECT_TRUE((std::is_base_of_v<BaseException, ORVELSerializationException>));
   EXPECT_EQ(sizeof(ORVELSerializationException), sizeof(BaseException));
   EXPECT_THROW(throw ORVELSerializationException("m", "f()", "a.cpp", 3), BaseException);

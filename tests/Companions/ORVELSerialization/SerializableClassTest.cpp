@@ -12,6 +12,7 @@
 #include "SampleClasses.h"
 
 #include <memory>
+#include <new>
 #include <stdexcept>
 
 namespace
@@ -92,6 +93,16 @@ TEST_F(SerializableClass, AssignsByTheVirtualCopyAlsoItself)
   EXPECT_TRUE(counting == TestPoint(3, 4));
   EXPECT_TRUE(TestPoint(target) == TestPoint(3, 4)); // the copy constructor takes its own class's copy
   EXPECT_EQ(counting.nbCopies, 2);
+}
+
+TEST_F(SerializableClass, IsNotCopiedWhereItIsConstructedFromItself)
+{
+  alignas(TestBrittle) unsigned char memory[sizeof(TestBrittle)];
+  auto* const itself = reinterpret_cast<TestBrittle*>(memory);
+  EXPECT_NO_THROW(new (memory) TestBrittle(*itself)); // a copy of it would throw
+  EXPECT_EQ(itself->getClassName(), "orvel::TestBrittle");
+  ++TestBrittle::g_nbAlive; // which its copy constructor leaves to the copy
+  itself->~TestBrittle();
 }
 
 TEST_F(SerializableClass, LeaksNothingWhenItsCopyThrows)

@@ -55,6 +55,17 @@ TEST(SerializationItems, HoldAKeyAndAReference)
   static_assert(std::is_same_v<decltype(input.getValue()), int&>);
 }
 
+TEST(SerializationItems, HoldNothingElse)
+{
+  const std::string value;
+  const SerializationOItem output("K", value);
+  EXPECT_EQ(static_cast<const void*>(&output.getKey()), static_cast<const void*>(&output)); // the key first
+  EXPECT_EQ(sizeof output, sizeof(std::string) + sizeof(void*));
+  EXPECT_EQ(sizeof(SerializationIItem<std::string>), sizeof(std::string) + sizeof(void*));
+  static_assert(!std::is_polymorphic_v<SerializationOItem<std::string>>);
+  static_assert(!std::is_polymorphic_v<SerializationIItem<std::string>>);
+}
+
 TEST(SerializationItems, FileEachScalarAsOneValue)
 {
   for (const Kind kind : g_kinds)
@@ -192,6 +203,37 @@ TEST(SerializationItems, ReadAVectorOfNumbersElementByElement)
             (Calls{"section K {", "section vector {", "unsigned size [0, 4294967295]",
                    "integer value [-32768, 32767]", "integer value [-32768, 32767]", "}", "}"}));
   EXPECT_EQ(values, (std::vector<short>{-1, 2}));
+}
+
+TEST(SerializationItems, ReadElementsIntoThePlaceOfTheOldOnes)
+{
+  // Resized first: what a failure leaves is the new length, with old elements behind the new ones.
+  std::vector<short> numbers = {7, 8, 9};
+  RecordingIArchive longer(Kind::elementWise, {ipUInt64{5}, ipInt64{1}});
+  EXPECT_THROW(longer >> SerializationIItem("K", numbers), std::logic_error);
+  EXPECT_EQ(numbers, (std::vector<short>{1, 8, 9, 0, 0}));
+  RecordingIArchive shorter(Kind::elementWise, {ipUInt64{2}});
+  EXPECT_THROW(shorter >> SerializationIItem("K", numbers), std::logic_error);
+  EXPECT_EQ(numbers, (std::vector<short>{1, 8}));
+  RecordingIArchive block(Kind::blocks, {ipUInt64{3}});
+  EXPECT_THROW(block >> SerializationIItem("K", numbers), std::logic_error);
+  EXPECT_EQ(numbers, (std::vector<short>{1, 8, 0}));
+
+  std::vector<std::string> texts = {"a", "b"};
+  RecordingIArchive ofTexts(Kind::blocks, {ipUInt64{3}, std::string("c")});
+  EXPECT_THROW(ofTexts >> SerializationIItem("K", texts), std::logic_error);
+  EXPECT_EQ(texts, (std::vector<std::string>{"c", "b", ""}));
+}
+
+TEST(SerializationItems, DropTheOldBitsOfAVectorOfBoolFirst)
+{
+  for (const Kind kind : g_kinds)
+  {
+    std::vector<bool> bits(3, true);
+    RecordingIArchive archive(kind, {ipUInt64{4}, true});
+    EXPECT_THROW(archive >> SerializationIItem("K", bits), std::logic_error);
+    EXPECT_EQ(bits, (std::vector<bool>{true, false, false, false}));
+  }
 }
 
 TEST(SerializationItems, FileOtherVectorsElementByElementInEveryArchive)

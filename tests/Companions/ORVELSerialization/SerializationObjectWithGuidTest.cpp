@@ -93,11 +93,18 @@ TEST(SerializationObjectWithGuid, RefusesATextThatIsNoneAndKeepsItsOwn)
   }
 }
 
-TEST(SerializationObjectWithGuid, HoldsTheSixteenBytesOnly)
+TEST(SerializationObjectWithGuid, HoldsTheSixteenBytesOnlyAndAddsNoVirtualOperation)
 {
+  struct Derived : SerializationObjectWithGuid
+  {
+    virtual void next() = 0;
+  };
   EXPECT_EQ(offsetOf(memberOf(Guid())), static_cast<std::ptrdiff_t>(sizeof(void*)));
   EXPECT_EQ(sizeof(SerializationObjectWithGuid), sizeof(void*) + 16);
+  EXPECT_EQ(vtableIndexOf(&SerializationObjectWithGuid::copy), 9U);
+  EXPECT_EQ(vtableIndexOf(&SerializationObjectWithGuid::write), 10U);
   EXPECT_EQ(vtableIndexOf(&SerializationObjectWithGuid::read), 11U);
+  EXPECT_EQ(vtableIndexOf(&Derived::next), 12U);
   EXPECT_EQ(SerializationObjectWithGuid::getTypeName(), "orvel::SerializationObjectWithGuid");
 }
 

@@ -14,6 +14,8 @@
 #include <ORVELUtil/ORVELUtilException.h>
 #include <ORVELUtil/UnHandleException.h>
 
+#include <support/LayoutChecks.h>
+
 namespace
 {
 
@@ -34,6 +36,31 @@ TEST(BaseException, HoldsWhatItWasMadeFrom)
   EXPECT_EQ(failure.getFile(), "dir/file.cpp");
   EXPECT_EQ(failure.getLine(), 12U);
   EXPECT_EQ(failure.getCause(), nullptr);
+}
+
+template <class Exception>
+struct Derived : Exception
+{
+  virtual void next() = 0;
+};
+
+TEST(BaseException, HasTheVirtualOperationsOfItsBasesOnly)
+{
+  using orvel::test::vtableIndexOf;
+  EXPECT_EQ(vtableIndexOf(&BaseException::what), 2U); // 0 and 1 are the destructor
+  EXPECT_EQ(vtableIndexOf(&Derived<BaseException>::next), 3U);
+  EXPECT_EQ(vtableIndexOf(&Derived<UnHandleException>::next), 3U);
+  EXPECT_EQ(vtableIndexOf(&Derived<ORVELUtilException>::next), 3U);
+}
+
+TEST(BaseException, IsAStandardExceptionFirstAndABoostExceptionThen)
+{
+  const BaseException failure = sample();
+  const std::exception& standard = failure;
+  const boost::exception& boostPart = failure;
+  EXPECT_EQ(static_cast<const void*>(&standard), static_cast<const void*>(&failure));
+  EXPECT_EQ(reinterpret_cast<const char*>(&boostPart),
+            reinterpret_cast<const char*>(&failure) + sizeof(void*));
 }
 
 TEST(BaseException, TellsMessageAndPlace)

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <support/LayoutChecks.h>
+
 #include <exception>
 #include <new>
 #include <stdexcept>
@@ -39,6 +41,11 @@ TEST(ORVELBaseDataException, KeepsABadAlloc)
 
 TEST(ORVELBaseDataException, HoldsNothingOfItsOwn)
 {
+  struct Derived : ORVELBaseDataException
+  {
+    virtual void next() = 0;
+  };
+  EXPECT_EQ(orvel::test::vtableIndexOf(&Derived::next), 3U); // behind the destructor and what()
   EXPECT_TRUE((std::is_base_of_v<BaseException, ORVELBaseDataException>));
   EXPECT_EQ(sizeof(ORVELBaseDataException), sizeof(BaseException));
   EXPECT_TRUE(std::is_nothrow_copy_constructible_v<ORVELBaseDataException>);

@@ -12,6 +12,7 @@
 #include <ORVELUtil/LogMessageManager.h>
 #include <ORVELUtil/ORVELUtilLog.h>
 
+#include <support/LockRecorder.h>
 #include <support/RaisedFailure.h>
 
 namespace
@@ -61,6 +62,36 @@ TEST(ORVELBaseDataLog, GivesTheSameObjectsToEachThread)
   for (std::thread& thread : threads)
     thread.join();
   EXPECT_EQ(std::set<std::vector<const void*>>(seen.begin(), seen.end()).size(), 1U);
+}
+
+TEST(ORVELBaseDataLog, TakesItsLocksOnEveryCall)
+{
+  using orvel::test::onlyLockOf;
+  if (!orvel::test::canRecordLocks)
+    GTEST_SKIP() << "the sanitizers have locks of their own";
+  orvel::getORVELBaseDataLogMessageManager(); // the first call has the manager made
+  const void* const managerMutex = onlyLockOf([] { orvel::getORVELBaseDataLogMessageManager(); });
+  EXPECT_EQ(onlyLockOf([] { orvel::getORVELBaseDataLogMessageManager(); }), managerMutex);
+  const void* const nameMutex = onlyLockOf([] { orvel::getORVELBaseDataLoggerName(); });
+  EXPECT_EQ(onlyLockOf([] { orvel::getORVELBaseDataLoggerName(); }), nameMutex);
+  EXPECT_NE(nameMutex, managerMutex);
+}
+
+TEST(ORVELBaseDataLog, AsksForItsNameWhileItHoldsTheLockOfTheLogger)
+{
+  using orvel::test::LockStep;
+  if (!orvel::test::canRecordLocks)
+    GTEST_SKIP() << "the sanitizers have locks of their own";
+  orvel::getORVELBaseDataLogger(); // the first call gets the logger from log4cplus
+  const void* const nameMutex = orvel::test::onlyLockOf([] { orvel::getORVELBaseDataLoggerName(); });
+  const auto steps = orvel::test::locksOf([] { orvel::getORVELBaseDataLogger(); });
+  ASSERT_GE(steps.size(), 4U);
+  const void* const loggerMutex = steps.front().mutex;
+  EXPECT_NE(loggerMutex, nameMutex);
+  EXPECT_EQ(steps[0], (LockStep{loggerMutex, true}));
+  EXPECT_EQ(steps[1], (LockStep{nameMutex, true}));
+  EXPECT_EQ(steps[2], (LockStep{nameMutex, false}));
+  EXPECT_EQ(steps.back(), (LockStep{loggerMutex, false}));
 }
 
 TEST(ORVELBaseDataLog, LeavesLevelAndAppendersToTheApplication)

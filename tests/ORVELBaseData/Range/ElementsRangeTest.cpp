@@ -8,6 +8,7 @@
 #include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
+#include <support/LockRecorder.h>
 #include <support/RaisedFailure.h>
 #include <support/Sanitizers.h>
 
@@ -74,6 +75,18 @@ TEST(ElementsRange, HasItsNameAndVersion)
   EXPECT_EQ(ElementsRange::getTypeName(), "orvel::ElementsRange");
   EXPECT_EQ(ElementsRange().getClassName(), "orvel::ElementsRange");
   EXPECT_EQ(ElementsRange::getVersion(), 2U);
+}
+
+TEST(ElementsRange, TakesTheLocksOfItsUnitEachTimeThatItsNameOrVersionIsAskedFor)
+{
+  if (!canRecordLocks)
+    GTEST_SKIP() << "the sanitizers have locks of their own";
+  const void* const nameMutex = onlyLockOf([] { ElementsRange::getTypeName(); });
+  EXPECT_EQ(onlyLockOf([] { ElementsRange::getTypeName(); }), nameMutex);
+  const void* const versionMutex = onlyLockOf([] { ElementsRange::getVersion(); });
+  EXPECT_EQ(onlyLockOf([] { ElementsRange::getVersion(); }), versionMutex);
+  EXPECT_NE(versionMutex, nameMutex);
+  EXPECT_NE(onlyLockOf([] { BaseSerializationObject::getTypeName(); }), nameMutex); // of another unit
 }
 
 TEST(ElementsRange, IsCreatedByItsNameAndByItsOwn)
@@ -216,6 +229,18 @@ TYPED_TEST(ElementsRangeArchive, HoldsThirtyTwoBitsOnlyInVersion1)
                ORVELSerializationException);
   // Both are stored together: the failure between them leaves the old range whole.
   EXPECT_TRUE(range == ElementsRange(8, 9));
+}
+
+TYPED_TEST(ElementsRangeArchive, HasTheNewStartAndTheOldLengthIfVersion2FailsBetweenThem)
+{
+  TypeParam archive;
+  putVersion(archive, "orvel::ElementsRange", 2);
+  archive.integer("_startOffset", 3);
+  archive.text("_nbElements", "four");
+  ElementsRange range(8, 9);
+  EXPECT_THROW(readStart<TypeParam>(archive.file(), [&](BaseIArchive& input) { range.read(input); }),
+               ORVELSerializationException);
+  EXPECT_TRUE(range == ElementsRange(3, 9)); // each is read straight into its member
 }
 
 TYPED_TEST(ElementsRangeArchive, TakesTheNewestLayoutForVersion0)
