@@ -46,6 +46,10 @@ namespace orvel
 /// the collection that was written. `write` hands the mode of the collection on to the objects, which keep
 /// it; `read` does not: whoever reads in another mode than eSSM_Full sets the modes of the objects first.
 ///
+/// Beware: objects that are created while the map is read start in mode eSSM_Full, whatever the mode of the
+/// collection. A skeleton can be read back if the objects file themselves whether their data follow, or are
+/// made so that they expect a skeleton; the buffers of this library do neither.
+///
 /// The order of the virtual operations is part of the binary interface.
 class ORVELBASEDATA_EXPORT BasePlanIndexedColl : public BaseObjectWithSkeleton
 {

@@ -41,6 +41,10 @@ namespace orvel
 /// those written. `write` hands the mode of the collection on to the elements, which keep it; `read` does
 /// not: whoever reads in another mode than eSSM_Full sets the modes of the elements first.
 ///
+/// Beware: elements that are created while the item "_coll" is read start in mode eSSM_Full, whatever the
+/// mode of the collection. A skeleton can be read back if the elements file themselves whether their data
+/// follow, or are made so that they expect a skeleton; the buffers of this library do neither.
+///
 /// The order of the virtual operations is part of the binary interface.
 class ORVELBASEDATA_EXPORT BasePtrColl : public BaseObjectWithSkeleton
 {
