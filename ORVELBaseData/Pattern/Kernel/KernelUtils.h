@@ -88,6 +88,7 @@ ORVELBASEDATA_EXPORT KernelXYZPtr linearInterpolatedKernelXYZ(ipReal32 polarAngl
 /// quarter of the sum is left where two meet, and an earlier negative one loses its sign. Nothing is
 /// interpolated, filled or normalised; a place that no tap reaches stays empty. A coordinate beyond the 32
 /// bits becomes -2147483648, and a NaN or infinite angle sends all taps to (-2147483648, -2147483648).
+/// Complexity: n log n.
 ///
 /// \param angle in radians, from +x towards +y
 /// \param pKernel is not changed; must not be null
