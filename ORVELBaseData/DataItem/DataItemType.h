@@ -9,7 +9,10 @@
 namespace orvel
 {
 
-/// \brief Kind of a data item. A value that is none counts as eDIT_Leaf wherever a kind is asked for.
+/// \brief Kind of a data item.
+///
+/// A value that is none counts as eDIT_Leaf wherever the library branches on it; == looks at the whole
+/// value.
 class ORVELBASEDATA_EXPORT eDataItemType : public NamedEnumeration<eDataItemType>
 {
 public:

@@ -11,7 +11,8 @@ namespace orvel
 
 /// \brief Type of the value of a leaf, or of the values of a leaf collection.
 ///
-/// A value that is none counts as eDIVT_Bool wherever a type is asked for.
+/// A value that is none counts as eDIVT_Bool wherever the library branches on it; == looks at the whole
+/// value.
 class ORVELBASEDATA_EXPORT eDataItemValueType : public NamedEnumeration<eDataItemValueType>
 {
 public:
