@@ -14,8 +14,8 @@ namespace orvel::math
 ///
 /// True if a == b, which holds for equal infinities too; false if either is NaN or infinite; else
 /// abs(a - b) <= tolerance * max(abs(a), abs(b)), in the arithmetic of \c T. So near zero only tiny numbers
-/// agree, and a negative or NaN tolerance leaves equality alone. Exists for \c float and \c double; any other
-/// type does not compile.
+/// agree, and a negative or NaN tolerance leaves equality alone; where the distance and the limit both
+/// overflow, the numbers agree. Exists for \c float and \c double; any other type does not compile.
 template <class T>
 bool compareRelative(T a, T b, T tolerance) = delete;
 

@@ -94,6 +94,13 @@ TYPED_TEST(CompareRelative, StandsTheLargestNumbers)
   EXPECT_TRUE(compareRelative<T>(this->g_largest, this->g_largest / 2, T(0.5)));
 }
 
+TYPED_TEST(CompareRelative, TakesADistanceAndALimitThatBothOverflowForAgreement)
+{
+  using T = TypeParam;
+  EXPECT_TRUE(compareRelative<T>(this->g_largest, -this->g_largest, T(1.5))); // infinity on both sides
+  EXPECT_FALSE(compareRelative<T>(T(1), T(-1), T(1.5)));
+}
+
 TYPED_TEST(CompareRelative, ComparesVectorsElementByElement)
 {
   using T = TypeParam;
