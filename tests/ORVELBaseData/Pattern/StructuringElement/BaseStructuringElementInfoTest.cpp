@@ -14,6 +14,7 @@
 
 #include "InfoTesting.h"
 #include <ORVELBaseData/ORVELBaseDataException.h>
+#include <ORVELBaseData/ORVELBaseDataLog.h>
 #include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/FailingAllocation.h>
 #include <support/HandWrittenArchive.h>
@@ -405,6 +406,15 @@ TYPED_TEST(StructuringElementInfo, RemovesWhatIsThere)
     EXPECT_FALSE(remove(1, -1, 0));
     EXPECT_EQ(info.getDataColl().size(), TestFixture::nbOffsetsOfCube - 1);
   }
+}
+
+TYPED_TEST(StructuringElementInfo, RefusesAnOffsetWithoutAFailure)
+{
+  TypeParam info = this->makeCube();
+  const LogCapture log(getORVELBaseDataLogger());
+  EXPECT_FALSE(TestFixture::Traits::insert(info, 0, 0, 0));
+  EXPECT_FALSE(TestFixture::Traits::remove(info, 5, 6, 7));
+  EXPECT_TRUE(log.getRecords().empty()); // unlike those of the element itself
 }
 
 TYPED_TEST(StructuringElementInfo, RemovesAnOffsetThatIsItsOwn)

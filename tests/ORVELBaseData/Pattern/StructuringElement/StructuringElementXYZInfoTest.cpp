@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <tuple>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -373,59 +374,90 @@ TEST(StructuringElementXYZInfo, CarriesTheHalfSizeOfACubeIntoACopy)
 
 // What its fields hold that no query tells
 
+using Parameters = std::tuple<ipReal64, ipUInt32, ipUInt32, ipUInt32, ipUInt32, ipReal64,
+                              ipReal64>; // the radius, the half sizes, the angles
+
+const Parameters g_others(91, 92, 93, 94, 96, 95, 97);
+
+Parameters parametersOf(const Info& info)
+{
+  return {info.*memberOf(Radius()),    info.*memberOf(HalfSize()),  info.*memberOf(HalfSizeX()),
+          info.*memberOf(HalfSizeY()), info.*memberOf(HalfSizeZ()), info.*memberOf(Theta()),
+          info.*memberOf(Phi())};
+}
+
+void setOthers(Info& info)
+{
+  std::tie(info.*memberOf(Radius()), info.*memberOf(HalfSize()), info.*memberOf(HalfSizeX()),
+           info.*memberOf(HalfSizeY()), info.*memberOf(HalfSizeZ()), info.*memberOf(Theta()),
+           info.*memberOf(Phi())) = g_others;
+}
+
+/// \return the parameters after an initialisation or a copy that found the others
+template <class Change>
+Parameters parametersAfter(Change change)
+{
+  Info info;
+  setOthers(info);
+  change(info);
+  return parametersOf(info);
+}
+
+TEST(StructuringElementXYZInfo, StoresTheParametersOfItsShapeAlone)
+{
+  EXPECT_EQ(parametersAfter([](Info& info) { info.init(StructuringElementXYZ()); }), g_others);
+  EXPECT_EQ(parametersAfter([](Info& info) { info.initEmpty(); }), g_others);
+  EXPECT_EQ(parametersAfter([](Info& info) { info.initSpherical(1.5); }),
+            Parameters(1.5, 92, 93, 94, 96, 95, 97));
+  EXPECT_EQ(parametersAfter([](Info& info) { info.initCubic(4); }), Parameters(91, 4, 93, 94, 96, 95, 97));
+  EXPECT_EQ(parametersAfter([](Info& info) { info.initRectangular(4, 5, 6); }),
+            Parameters(91, 92, 4, 5, 6, 95, 97));
+  EXPECT_EQ(parametersAfter([](Info& info) { info.initHalfLinear(0.5, 1.25, 3.0); }),
+            Parameters(3.0, 92, 93, 94, 96, 0.5, 1.25));
+  EXPECT_EQ(parametersAfter([](Info& info) { info.initLinear(0.5, 1.25, 3.0); }),
+            Parameters(3.0, 92, 93, 94, 96, 0.5, 1.25));
+}
+
 TEST(StructuringElementXYZInfo, StoresTheKindButNoParameterOfAFailedInitialisation)
 {
   Info info;
-  InfoTraits<Info>::initHalfLinear(info, 0.5, 1.5, 3.0);
-  EXPECT_THROW(InfoTraits<Info>::initBall(info, -1), ORVELBaseDataException);
+  setOthers(info);
+  EXPECT_THROW(info.initSpherical(-1), ORVELBaseDataException);
   EXPECT_EQ((info.*memberOf(SubType())).getValue(), 1U);
-  EXPECT_EQ(info.*memberOf(Radius()), 3.0);
-  EXPECT_THROW(InfoTraits<Info>::initLinear(info, 7.0, 8.0, -2.0), ORVELBaseDataException);
+  EXPECT_EQ(parametersOf(info), g_others);
+  EXPECT_THROW(info.initHalfLinear(0.5, 1.25, -1), ORVELBaseDataException);
+  EXPECT_EQ((info.*memberOf(SubType())).getValue(), 4U);
+  EXPECT_EQ(parametersOf(info), g_others);
+  EXPECT_THROW(info.initLinear(0.5, 1.25, -1), ORVELBaseDataException);
   EXPECT_EQ((info.*memberOf(SubType())).getValue(), 5U);
-  EXPECT_EQ(info.*memberOf(Radius()), 3.0);
-  EXPECT_EQ(info.*memberOf(Theta()), 0.5);
-  EXPECT_EQ(info.*memberOf(Phi()), 1.5);
-}
-
-TEST(StructuringElementXYZInfo, KeepsTheParametersOfEarlierShapes)
-{
-  Info info;
-  InfoTraits<Info>::initHalfLinear(info, 0.5, 1.5, 3.0);
-  InfoTraits<Info>::initCube(info, 1);
-  InfoTraits<Info>::initBox(info, 2, 1, 0);
-  info.initEmpty();
-  info.init(StructuringElementXYZ());
-  EXPECT_EQ(info.*memberOf(Theta()), 0.5);
-  EXPECT_EQ(info.*memberOf(Radius()), 3.0);
-  EXPECT_EQ(info.*memberOf(HalfSize()), 1U);
-  EXPECT_EQ(info.*memberOf(HalfSizeX()), 2U);
-  EXPECT_EQ(info.*memberOf(HalfSizeY()), 1U);
-  EXPECT_EQ(info.*memberOf(Phi()), 1.5);
+  EXPECT_EQ(parametersOf(info), g_others);
 }
 
 TEST(StructuringElementXYZInfo, IsCopiedWithTheParametersOfItsShapeAlone)
 {
+  const Parameters expected[] = {g_others,
+                                 Parameters(1.5, 92, 93, 94, 96, 95, 97),
+                                 Parameters(91, 2, 93, 94, 96, 95, 97),
+                                 Parameters(91, 92, 2, 1, 0, 95, 97),
+                                 Parameters(3.0, 92, 93, 94, 96, 0.5, 1.0),
+                                 Parameters(3.0, 92, 93, 94, 96, 0.5, 1.0)};
   const std::vector<Info> sources = makeOfEachKind();
-  for (const Info& source : sources)
-  {
-    Info target;
-    target.*memberOf(Radius()) = 91;
-    target.*memberOf(HalfSize()) = 92;
-    target.*memberOf(HalfSizeX()) = 93;
-    target.*memberOf(HalfSizeY()) = 94;
-    target.*memberOf(Theta()) = 95;
-    target.*memberOf(HalfSizeZ()) = 96;
-    target.*memberOf(Phi()) = 97;
-    target = source;
-    const ipUInt64 subType = source.getSEXYZSubType().getValue();
-    EXPECT_EQ(target.*memberOf(Radius()), subType == 1 ? 1.5 : subType >= 4 ? 3.0 : 91.0);
-    EXPECT_EQ(target.*memberOf(HalfSize()), subType == 2 ? 2U : 92U);
-    EXPECT_EQ(target.*memberOf(HalfSizeX()), subType == 3 ? 2U : 93U);
-    EXPECT_EQ(target.*memberOf(HalfSizeY()), subType == 3 ? 1U : 94U);
-    EXPECT_EQ(target.*memberOf(Theta()), subType >= 4 ? 0.5 : 95.0);
-    EXPECT_EQ(target.*memberOf(HalfSizeZ()), subType == 3 ? 0U : 96U);
-    EXPECT_EQ(target.*memberOf(Phi()), subType >= 4 ? 1.0 : 97.0);
-  }
+  for (std::size_t i = 0; i < sources.size(); ++i)
+    EXPECT_EQ(parametersAfter([&](Info& info) { info = sources[i]; }), expected[i]) << i;
+}
+
+TEST(StructuringElementXYZInfo, KeepsItsKindAndParametersOutOfReachWhenWhatItCopiesIsNotInitialised)
+{
+  Info source;
+  source.initLinear(0.5, 1.25, 3.0);
+  source.clear();
+  Info info;
+  info.initRectangular(4, 5, 6);
+  setOthers(info);
+  info = source;
+  EXPECT_FALSE(info.isInitialized());
+  EXPECT_EQ((info.*memberOf(SubType())).getValue(), 3U);
+  EXPECT_EQ(parametersOf(info), g_others);
 }
 
 } // namespace
