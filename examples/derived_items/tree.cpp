@@ -16,6 +16,7 @@
 #include <iostream>
 #include <limits>
 #include <locale>
+#include <map>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -60,42 +61,61 @@ private:
   void* _handle;
 };
 
-/// Archives can bring null pointers where items belong, and whoever follows one of them is lost.
-void refuseNulls(const BaseDataItem* item)
+/// Refuses what archives can bring and walks over a tree can't bear: null pointers where items belong, and
+/// items that hold themselves.
+class TreeCheck
 {
-  if (item == nullptr)
-    throw std::runtime_error("an item is missing from the tree");
-  switch (item->getDataItemType().getDomain())
+public:
+  void visit(const BaseDataItem* item)
   {
-  case eDataItemType::eDIT_Map:
-  {
-    const auto& map = static_cast<const DataItemMap&>(*item);
-    for (const std::string& name : map.getItemNames())
-      refuseNulls(map.getItemPtr(name).get());
-    break;
+    if (item == nullptr)
+      throw std::runtime_error("an item is missing from the tree");
+    const auto [place, isNew] = _isOpen.emplace(item, true);
+    if (!isNew && place->second)
+      throw std::runtime_error("an item of the tree holds itself");
+    if (!isNew)
+      return; // it stands in several places; to look at it once is enough
+    visitItemsOf(*item);
+    place->second = false;
   }
-  case eDataItemType::eDIT_Node:
-  {
-    const auto& node = static_cast<const BaseDataItemNode&>(*item);
-    for (const std::string& key : node.getItemKeys())
-      refuseNulls(&node.getItem(key));
-    break;
-  }
-  case eDataItemType::eDIT_NodeColl:
-    for (const DataItemNodePtr& node : static_cast<const BaseDataItemNodeColl&>(*item).getColl())
-      refuseNulls(node.get());
-    break;
-  case eDataItemType::eDIT_Leaf:
-  case eDataItemType::eDIT_LeafColl:
-    break;
-  }
-}
 
-/// The file may come from anywhere, so the classes of all that it holds are checked, and that it is there.
+private:
+  void visitItemsOf(const BaseDataItem& item)
+  {
+    switch (item.getDataItemType().getDomain())
+    {
+    case eDataItemType::eDIT_Map:
+    {
+      const auto& map = static_cast<const DataItemMap&>(item);
+      for (const std::string& name : map.getItemNames())
+        visit(map.getItemPtr(name).get());
+      break;
+    }
+    case eDataItemType::eDIT_Node:
+    {
+      const auto& node = static_cast<const BaseDataItemNode&>(item);
+      for (const std::string& key : node.getItemKeys())
+        visit(&node.getItem(key));
+      break;
+    }
+    case eDataItemType::eDIT_NodeColl:
+      for (const DataItemNodePtr& node : static_cast<const BaseDataItemNodeColl&>(item).getColl())
+        visit(node.get());
+      break;
+    case eDataItemType::eDIT_Leaf:
+    case eDataItemType::eDIT_LeafColl:
+      break;
+    }
+  }
+
+  std::map<const BaseDataItem*, bool> _isOpen; // whether its items are being looked at
+};
+
+/// The file may come from anywhere, so all that it holds is checked.
 boost::shared_ptr<DataItemMap> load(const std::string& file)
 {
   auto tree = loadObject<DataItemMap>(file, ArchiveTrust::untrusted);
-  refuseNulls(tree.get());
+  TreeCheck().visit(tree.get());
   return tree;
 }
 
