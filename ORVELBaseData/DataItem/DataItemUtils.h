@@ -16,14 +16,17 @@ class BaseDataItem;
 /// Items of different classes are never equal, but for the nodes of a collection: there keys and items
 /// decide. Floating values agree within a relative tolerance (\see orvel::math::compareRelative), all other
 /// values exactly; single precision takes the tolerance narrowed to it. Enumerates are compared by their
-/// texts, so all values of one class that have no text are equal. Items of a null pointer are the caller's to
-/// avoid.
+/// texts, so all values of one class that have no text are equal. A kind or a type of values above the range
+/// counts as a leaf or as bool. Null pointers in place of items, and items that hold themselves, are the
+/// caller's to avoid.
 ///
 /// Call it as `orvel::equal`: for items of types of the standard library, such as DataItemLeaf<std::string>,
 /// the bare name finds std::equal too.
 ///
-/// Complexity: one walk over both trees at once, up to the first difference. Several threads may compare a
-/// tree that nobody changes.
+/// Complexity: one walk over both trees at once, up to the first difference; an item that stands in several
+/// places is looked at in each. Several threads may compare a tree that nobody changes.
+///
+/// \param tolerance not checked: a negative one or NaN makes floating values agree only where they are equal
 ///
 /// \throw ORVELBaseDataException (eUnknownItem) if a node lists a key that it does not know
 ///

@@ -61,7 +61,7 @@ public:
   const std::string& getNodeLibraryName(const std::string& key) const;            ///< \copydoc getNodeName
   const boost::filesystem::path& getNodeHeaderPath(const std::string& key) const; ///< \copydoc getNodeName
 
-  /// \brief Return what the creator of a node class makes.
+  /// \brief Return what the creator of a node class makes, a null pointer, too; what it throws passes.
   /// \throw ORVELBaseDataException (eNodeNotRegistred) if the key is not entered
   DataItemNodePtr createNode(const std::string& key) const;
 
