@@ -727,6 +727,40 @@ TYPED_TEST(BothArchives, CanNotBeClosedWithinASection)
   EXPECT_NE(message.find(": closed within a section or an object"), std::string::npos);
 }
 
+TYPED_TEST(BothArchives, CanNotBeClosedWithinAnObject)
+{
+  struct Closing : TestPoint
+  {
+    bool closesWhenWritten = false;
+    BoolResult write(BaseOArchive& archive) const override
+    {
+      if (closesWhenWritten)
+        archive.close();
+      return BoolResult(true);
+    }
+    BoolResult read(BaseIArchive& archive) override
+    {
+      archive.close();
+      return BoolResult(true);
+    }
+  } object;
+  const std::string file =
+      fileBy<TypeParam>([&](BaseOArchive& archive) { archive.writeObject("K", object); });
+  object.closesWhenWritten = true;
+  std::ostringstream stream;
+  typename TypeParam::OArchive output(stream);
+  const std::string writing =
+      messageOf<ORVELSerializationException>([&] { output.writeObject("K", object); });
+  EXPECT_NE(writing.find(": closed within a section or an object"), std::string::npos) << writing;
+  EXPECT_TRUE(output.isFailed());
+  std::istringstream input(file);
+  typename TypeParam::IArchive archive(input);
+  const std::string reading =
+      messageOf<ORVELSerializationException>([&] { archive.readObject("K", object); });
+  EXPECT_NE(reading.find(": closed within a section or an object"), std::string::npos) << reading;
+  EXPECT_TRUE(archive.isFailed());
+}
+
 TYPED_TEST(BothArchives, RaiseTheFailureThatAnObjectReports)
 {
   TestReluctant::g_refuses = true;

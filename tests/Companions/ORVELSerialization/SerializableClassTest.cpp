@@ -132,6 +132,15 @@ TEST_F(SerializableClass, FilesItsVersionAheadOfItsMembers)
   EXPECT_EQ(archive.getRegisterClassVersion(g_pointName), 3U);
 }
 
+TEST_F(SerializableClass, RecordsItsVersionBeforeItClosesTheSection)
+{
+  RecordingOArchive archive;
+  archive.sectionThatFails = 1;
+  EXPECT_THROW(TestPoint(5, 6).write(archive), std::runtime_error);
+  EXPECT_EQ(archive.calls, (Calls{"section orvel::TestPoint {", "unsigned version 3", "}"}));
+  EXPECT_TRUE(archive.isClassVersionRegistred(g_pointName));
+}
+
 TEST_F(SerializableClass, FilesNoVersionForASecondObject)
 {
   RecordingOArchive archive;
