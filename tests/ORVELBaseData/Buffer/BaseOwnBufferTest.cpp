@@ -457,7 +457,9 @@ TEST(BaseOwnBuffer, KeepsABlockThatFitsToWhatItIsCopiedFrom)
   PlainOwnBuffer copy;
   copy.initBase(6, eDataType::eDT_Bool);
   const void* const block = copy.getDataPtr();
+  const std::size_t nbArrays = getNbArraysAllocated();
   copy.copy(source);
+  EXPECT_EQ(getNbArraysAllocated(), nbArrays);
   expectSixBytes(copy, block);
 }
 
@@ -759,7 +761,9 @@ TYPED_TEST(BaseOwnBufferArchive, IsReadIntoABlockThatFits)
   PlainOwnBuffer buffer;
   buffer.initBase(6, eDataType::eDT_Int8);
   const void* const block = buffer.getDataPtr();
+  const std::size_t nbArrays = getNbArraysAllocated();
   this->read(buffer, g_full, this->fileOfSixBytes());
+  EXPECT_EQ(getNbArraysAllocated(), nbArrays);
   expectSixBytes(buffer, block);
 }
 

@@ -613,7 +613,9 @@ TEST(FragHybridBuffer, TakesTheFragmentsOfARolledSourceInItsOrder)
   own(target, {"uvwxyz"});
   target.rollUpFragments();
   const char* const block = blockOf(target);
+  const std::size_t nbArrays = getNbArraysAllocated();
   target = source;
+  EXPECT_EQ(getNbArraysAllocated(), nbArrays);
   EXPECT_EQ(blockOf(target), block); // it fits to the byte
   expectPlainOrder(target);
   EXPECT_EQ(textOf(target), "cd|ef|ab");
@@ -628,6 +630,16 @@ TEST(FragHybridBuffer, CountsWholeElementsInADeepCopy)
   own(target, {"a"});
   target = source;
   EXPECT_EQ(textOf(target), bytesOf<ipInt32>({3, 400000}) + "|" + bytesOf<ipInt32>({1, -2}));
+}
+
+TEST(FragHybridBuffer, TakesADeepCopyOfFragmentsOfOneByte)
+{
+  FragHybridBuffer source;
+  own(source, {"a", "b", "c"});
+  FragHybridBuffer target;
+  own(target, {"xyz"});
+  target = source;
+  EXPECT_EQ(textOf(target), "a|b|c");
 }
 
 TEST(FragHybridBuffer, IsClearedByACopyOfABufferThatIsNotInitialised)
@@ -964,7 +976,9 @@ TYPED_TEST(FragHybridBufferArchive, KeepsTheBlockOfAnOwnerThatFitsToTheByte)
   FragHybridBuffer buffer;
   own(buffer, {"uvwxyz"});
   const char* const block = blockOf(buffer);
+  const std::size_t nbArrays = getNbArraysAllocated();
   readInMode<TypeParam>(buffer, this->full().file(), g_full);
+  EXPECT_EQ(getNbArraysAllocated(), nbArrays);
   EXPECT_EQ(blockOf(buffer), block);
   EXPECT_EQ(textOf(buffer), "ab|cd|ef");
 }
@@ -1120,6 +1134,7 @@ TYPED_TEST(FragHybridBufferArchive, WithoutTheBlocksThatItPromisesAllocatesNothi
     EXPECT_NE(message.find("can't hold " + std::to_string(row[0]) + " elements"), std::string::npos)
         << message;
     EXPECT_EQ(getNbArraysAllocated(), nbArrays);
+    EXPECT_EQ(buffer.getSize(), 2U);
     EXPECT_EQ(textOf(buffer), "ab");
   }
 }
@@ -1137,6 +1152,7 @@ TYPED_TEST(FragHybridBufferArchive, OfMoreEmptyFragmentsThanItsLengthAllowsAlloc
     EXPECT_NE(message.find("more work asked for than the length of the archive allows"), std::string::npos)
         << message;
     EXPECT_EQ(getNbArraysAllocated(), nbArrays);
+    EXPECT_EQ(buffer.getSize(), 2U);
     EXPECT_EQ(textOf(buffer), "ab");
   }
 }

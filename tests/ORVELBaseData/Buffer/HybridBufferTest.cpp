@@ -467,7 +467,9 @@ TEST(HybridBuffer, KeepsItsBlockInACopyThatFitsToTheByte)
   HybridBuffer target;
   target.init(6, eDataType::eDT_Int8);
   const void* const block = target.getDataPtr();
+  const std::size_t nbArrays = getNbArraysAllocated();
   target = source;
+  EXPECT_EQ(getNbArraysAllocated(), nbArrays);
   EXPECT_EQ(target.getDataPtr(), block);
   expectNumbers(target, 1, 2, 3);
 }
@@ -781,7 +783,9 @@ TYPED_TEST(HybridBufferArchive, KeepsTheBlockOfAnOwnerThatFitsToTheByte)
   {
     buffer.init(3, dataType);
     const void* const block = buffer.getDataPtr();
+    const std::size_t nbArrays = getNbArraysAllocated();
     readInMode<TypeParam>(buffer, this->full(this->_bytes).file(), g_full);
+    EXPECT_EQ(getNbArraysAllocated(), nbArrays);
     EXPECT_EQ(buffer.getDataPtr(), block);
     expectNumbers(buffer, 1, -2, 300);
   }
