@@ -133,11 +133,13 @@ TEST(AllClassesAreKnown, ByTheirNames)
                            "orvel::ElementsRange",
                            "orvel::ExternalBuffer",
                            "orvel::FragHybridBuffer",
+                           "orvel::GeometricCalibration",
                            "orvel::HybridBuffer",
                            "orvel::KernelXY",
                            "orvel::KernelXYZ",
                            "orvel::OffsetXY",
                            "orvel::OffsetXYZ",
+                           "orvel::PlanIndex",
                            "orvel::SingleIdentifier",
                            "orvel::StringIdentifier",
                            "orvel::StructuringElementXY",
@@ -158,6 +160,11 @@ TEST(AllClassesAreKnown, ByTheirNames)
     EXPECT_EQ(names.count(std::string("orvel::DataItemLeaf<") + type + ">"), 1U) << type;
     EXPECT_EQ(names.count(std::string("orvel::DataItemLeafColl<") + type + ">"), 1U) << type;
   }
+}
+
+TEST(AllClassesAreKnown, AndNoOthers)
+{
+  EXPECT_EQ(namesOfTheLibrary().size(), 59U);
 }
 
 // Creation

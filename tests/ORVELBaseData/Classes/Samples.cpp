@@ -6,6 +6,7 @@
 #include <ORVELBaseData/Buffer/HybridBuffer.h>
 #include <ORVELBaseData/Buffer/TOwnBuffer.h>
 #include <ORVELBaseData/Buffer/TypedOwnBuffer.h>
+#include <ORVELBaseData/Calibration/GeometricCalibration.h>
 #include <ORVELBaseData/DataItem/DataItemUtils.h>
 #include <ORVELBaseData/DataItem/Leaf/BaseDataItemEnumLeaf.h>
 #include <ORVELBaseData/DataItem/Leaf/DataItemLeaf.h>
@@ -22,6 +23,7 @@
 #include <ORVELBaseData/Pattern/OffsetXYZ.h>
 #include <ORVELBaseData/Pattern/StructuringElement/StructuringElementInfoUtils.h>
 #include <ORVELBaseData/Pattern/StructuringElement/StructuringElementUtils.h>
+#include <ORVELBaseData/PlanIndex/PlanIndex.h>
 #include <ORVELBaseData/Range/ElementsRange.h>
 #include <ORVELSerialization/SerializationItems.h>
 #include <ORVELSerialization/XmlArchive.h>
@@ -76,6 +78,17 @@ template <class T>
 Sample makeSample(const T& value)
 {
   return makeSample(value, [](const T& left, const T& right) { return left == right; });
+}
+
+std::vector<Sample> makeCalibrationSamples()
+{
+  constexpr ipReal32 largest = std::numeric_limits<ipReal32>::max();
+  constexpr ipReal32 smallest = std::numeric_limits<ipReal32>::denorm_min();
+  return {makeSample(*createGeometricCalibration3d(0.5F, 0.25F, 2.0F, "mm", -1.5F, 2.25F, 1000.0F, 0.5F,
+                                                   -0.5F, 0.25F, 0.75F)),
+          makeSample(GeometricCalibration()), // no rotation at all
+          makeSample(*createGeometricCalibration3d(largest, smallest, 0.1F, "\xC2\xB5m", -largest, -smallest,
+                                                   -0.0F, 1.0F / 3.0F, 0.0F, -1.0F, 2.0F))};
 }
 
 // Kernels have no comparison of their own.
@@ -606,12 +619,16 @@ const std::map<std::string, std::vector<Sample>>& getSamples()
         makeSample(ElementsRange(largest, 1))}},
       {"orvel::ExternalBuffer", makeExternalBufferSamples()},
       {"orvel::FragHybridBuffer", makeFragHybridBufferSamples()},
+      {"orvel::GeometricCalibration", makeCalibrationSamples()},
       {"orvel::HybridBuffer", makeHybridBufferSamples()},
       {"orvel::KernelXY", makeKernelSamples(makeKernelXY())},
       {"orvel::KernelXYZ", makeKernelSamples(makeKernelXYZ())},
       {"orvel::OffsetXY", {makeSample(OffsetXY(7, -300)), makeSample(OffsetXY(lowest, highest))}},
       {"orvel::OffsetXYZ",
        {makeSample(OffsetXYZ(7, -300, 70000)), makeSample(OffsetXYZ(lowest, highest, 0))}},
+      {"orvel::PlanIndex",
+       {makeSample(PlanIndex(3, 5000000000, 70000)), makeSample(PlanIndex(0, 0, 0)),
+        makeSample(PlanIndex(largest, 1, 0))}},
       {"orvel::TOwnBuffer<orvel::ipBool>", makeOwnBufferSamples<ipBool>()},
       {"orvel::TOwnBuffer<orvel::ipInt8>", makeOwnBufferSamples<ipInt8>()},
       {"orvel::TOwnBuffer<orvel::ipUInt8>", makeOwnBufferSamples<ipUInt8>()},
@@ -681,6 +698,25 @@ void fileElementsRange1(BaseOArchive& archive)
   fileItem<ipUInt32>(archive, "_nbElements", 4000000000U);
 }
 
+void filePlanIndex1(BaseOArchive& archive)
+{
+  fileVersion(archive, "orvel::PlanIndex", 1);
+  fileItem<ipUInt32>(archive, "_zPlanIdx", 3);
+  fileItem<ipUInt32>(archive, "_cPlanIdx", 4000000000U);
+  fileItem<ipUInt32>(archive, "_tPlanIdx", 70000);
+}
+
+// Calibrations of version 1 had neither origin nor rotation.
+
+void fileGeometricCalibration1(BaseOArchive& archive)
+{
+  fileVersion(archive, "orvel::GeometricCalibration", 1);
+  fileItem<ipReal32>(archive, "_xScale", 0.5F);
+  fileItem<ipReal32>(archive, "_yScale", 0.25F);
+  fileItem<ipReal32>(archive, "_zScale", 2.0F);
+  fileItem<std::string>(archive, "_unitStr", "mm");
+}
+
 // Kernels of version 1 had no sum of absolute values.
 
 void fileKernelXY1(BaseOArchive& archive)
@@ -742,6 +778,11 @@ std::vector<OldSample> oldSamplesOf(const std::string& className)
 
   if (className == "orvel::ElementsRange")
     return {{1, filed(fileElementsRange1), makeSample(ElementsRange(3, 4000000000))}};
+  if (className == "orvel::GeometricCalibration")
+    return {{1, filed(fileGeometricCalibration1),
+             makeSample(*createGeometricCalibration3d(0.5F, 0.25F, 2.0F, "mm", 0, 0, 0, 0, 0, 0, 0))}};
+  if (className == "orvel::PlanIndex")
+    return {{1, filed(filePlanIndex1), makeSample(PlanIndex(3, 4000000000, 70000))}};
   if (className == "orvel::KernelXY")
     return {{1, filed(fileKernelXY1),
              makeKernelOfVersion1<KernelXY>(

@@ -60,6 +60,12 @@ def main():
     expected = {
         "ElementsRange/1": ["orvel::ElementsRange", [1], 3, 4000000000],
         "ElementsRange/2": ["orvel::ElementsRange", [2], 3, 5000000000],
+        "PlanIndex/1": ["orvel::PlanIndex", [1], 3, 4000000000, 70000],
+        "PlanIndex/2": ["orvel::PlanIndex", [2], 3, 5000000000, 70000],
+        # scales, unit; origin, rotation
+        "GeometricCalibration/1": ["orvel::GeometricCalibration", [1], 0.5, 0.25, 2.0, "mm"],
+        "GeometricCalibration/2": ["orvel::GeometricCalibration", [2], 0.5, 0.25, 2.0, "mm",
+                                   -1.5, 2.25, 1000.0, 0.5, -0.5, 0.25, 0.75],
         "OffsetXY/1": ["orvel::OffsetXY", [1], 7, -300],
         "OffsetXYZ/1": ["orvel::OffsetXYZ", [1], 7, -300, 70000],
         # versions of base and class; [[size, key, value ...]]; box; sums
