@@ -11,6 +11,7 @@
 #include <ORVELBaseData/Identifier/BaseIdentifier.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
 #include <ORVELUtil/DynamicObjectFactory.h>
+#include <support/FailingAllocation.h>
 #include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
 #include <support/RaisedFailure.h>
@@ -104,6 +105,29 @@ TEST(DataIdentifier, KeepsAllWhenItIsAssignedToItself)
   identifier = same;
   EXPECT_EQ(identifier.getGuid(), guid);
   EXPECT_EQ(identifier.getName(), "left eye");
+}
+
+TEST(DataIdentifier, HasTheNewIdentifierAndTheOldNameWhenMemoryEndsInACopy)
+{
+  const DataIdentifier identifier = named("A name that is too long to be held without memory of its own");
+  DataIdentifier target = named("old");
+  const std::size_t nbFailures = failAtEachAllocation([&] { target = identifier; },
+                                                      [&]
+                                                      {
+                                                        EXPECT_EQ(target.getGuid(), identifier.getGuid());
+                                                        EXPECT_EQ(target.getName(), "old");
+                                                      });
+  EXPECT_EQ(nbFailures, 1U); // the name
+  EXPECT_EQ(target.getName(), identifier.getName());
+}
+
+TEST(DataIdentifier, LeaksNothingWhenMemoryEndsInADuplicate)
+{
+  const DataIdentifier identifier = named("A name that is too long to be held without memory of its own");
+  const std::ptrdiff_t nbBlocks = getNbBlocksInUse();
+  const std::size_t nbFailures = failAtEachAllocation([&] { delete identifier.duplicate(); },
+                                                      [&] { EXPECT_EQ(getNbBlocksInUse(), nbBlocks); });
+  EXPECT_GE(nbFailures, 2U); // the copy and its name
 }
 
 TEST(DataIdentifier, AddsNoVirtualOperationAndOneField)

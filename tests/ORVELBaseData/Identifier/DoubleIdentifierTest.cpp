@@ -7,6 +7,7 @@
 
 #include <ORVELSerialization/ORVELSerializationException.h>
 #include <ORVELUtil/DynamicObjectFactory.h>
+#include <support/FailingAllocation.h>
 #include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
 #include <support/RaisedFailure.h>
@@ -31,6 +32,16 @@ void expectValues(const BaseDynamicObject& object, ipUInt32 highValue, ipUInt32 
 TEST(DoubleIdentifier, TakesTheHighValueFirst)
 {
   expectValues(DoubleIdentifier(1, 2), 1, 2);
+}
+
+TEST(DoubleIdentifier, DoesNotTouchTheValuesOfANewOne)
+{
+  fillBlocksWith(0xA5);
+  const std::unique_ptr<BaseDynamicObject> owned(DoubleIdentifier(1, 2).createNew());
+  const DynamicObjectPtr shared = DoubleIdentifier(1, 2).createShared();
+  fillNoBlocks();
+  expectValues(*owned, 0xA5A5A5A5U, 0xA5A5A5A5U);
+  expectValues(*shared, 0xA5A5A5A5U, 0xA5A5A5A5U);
 }
 
 TEST(DoubleIdentifier, SetsBothValuesTheHighOneFirst)

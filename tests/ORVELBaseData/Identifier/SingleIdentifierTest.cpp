@@ -7,6 +7,7 @@
 
 #include <ORVELSerialization/ORVELSerializationException.h>
 #include <ORVELUtil/DynamicObjectFactory.h>
+#include <support/FailingAllocation.h>
 #include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
 #include <support/RaisedFailure.h>
@@ -26,6 +27,16 @@ TEST(SingleIdentifier, HoldsOneNumber)
   EXPECT_EQ(identifier.getValue(), 4294967295U);
   identifier.setValue(0);
   EXPECT_EQ(identifier.getValue(), 0U);
+}
+
+TEST(SingleIdentifier, DoesNotTouchTheNumberOfANewOne)
+{
+  fillBlocksWith(0xA5);
+  const std::unique_ptr<BaseDynamicObject> owned(SingleIdentifier(3).createNew());
+  const DynamicObjectPtr shared = SingleIdentifier(3).createShared();
+  fillNoBlocks();
+  EXPECT_EQ(dynamic_cast<const SingleIdentifier&>(*owned).getValue(), 0xA5A5A5A5U);
+  EXPECT_EQ(dynamic_cast<const SingleIdentifier&>(*shared).getValue(), 0xA5A5A5A5U);
 }
 
 TEST(SingleIdentifier, IsMadeOfANumberWithoutBeingNamed)

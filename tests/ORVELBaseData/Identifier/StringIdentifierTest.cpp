@@ -8,6 +8,7 @@
 
 #include <ORVELSerialization/ORVELSerializationException.h>
 #include <ORVELUtil/DynamicObjectFactory.h>
+#include <support/FailingAllocation.h>
 #include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
 #include <support/RaisedFailure.h>
@@ -88,6 +89,21 @@ TEST(StringIdentifier, KeepsItsStringWhenItIsAssignedToItself)
   const StringIdentifier& same = identifier;
   identifier = same;
   EXPECT_EQ(identifier.getValue(), "left eye");
+}
+
+TEST(StringIdentifier, KeepsItsStringAndLeaksNothingWhenMemoryEnds)
+{
+  const StringIdentifier identifier("A string that is too long to be held without memory of its own");
+  StringIdentifier target("old");
+  const std::ptrdiff_t nbBlocks = getNbBlocksInUse();
+  const auto check = [&]
+  {
+    EXPECT_EQ(target.getValue(), "old");
+    EXPECT_EQ(getNbBlocksInUse(), nbBlocks);
+  };
+  EXPECT_GE(failAtEachAllocation([&] { delete identifier.duplicate(); }, check), 2U); // the copy, its string
+  EXPECT_GE(failAtEachAllocation([&] { target = identifier; }, check), 1U);
+  EXPECT_EQ(target.getValue(), identifier.getValue());
 }
 
 TEST(StringIdentifier, AddsNoVirtualOperationAndOneField)
