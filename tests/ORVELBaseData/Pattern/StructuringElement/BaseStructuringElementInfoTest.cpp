@@ -402,8 +402,11 @@ TYPED_TEST(StructuringElementInfo, RemovesWhatIsThere)
     const InfoState before = stateOfInfo(info);
     EXPECT_FALSE(remove(5, 6, 7));
     EXPECT_EQ(stateOfInfo(info), before);
+    TestFixture::Traits::insert(info, 5, 6, 7);
+    EXPECT_TRUE(remove(5, 6, 7));
+    EXPECT_EQ(stateOfInfo(info), before);
+    EXPECT_FALSE(remove(5, 6, 7));
     EXPECT_TRUE(remove(1, -1, 0));
-    EXPECT_FALSE(remove(1, -1, 0));
     EXPECT_EQ(info.getDataColl().size(), TestFixture::nbOffsetsOfCube - 1);
   }
 }

@@ -518,6 +518,15 @@ TYPED_TEST(StructuringElement, StandsACopyOfItself)
   }
 }
 
+TYPED_TEST(StructuringElement, LeavesItsOffsetsInPlaceWhenCopiedOntoItself)
+{
+  TypeParam element = this->makeElement();
+  const auto& first = *element.getDataColl().begin();
+  const TypeParam& itself = element;
+  element = itself;
+  EXPECT_EQ(&*element.getDataColl().begin(), &first);
+}
+
 TYPED_TEST(StructuringElement, IsDuplicated)
 {
   const TypeParam source = this->makeElement();
