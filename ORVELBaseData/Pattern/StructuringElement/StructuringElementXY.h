@@ -35,7 +35,8 @@ using XYOffsetColl = std::set<OffsetXY>; ///< a set of offsets, in their order
 /// box of that one offset.
 ///
 /// Archive version 1: the items "_dataColl", "_minX", "_minY", "_sizeX", "_sizeY". The box is taken as it
-/// stands, without a check against the offsets.
+/// stands, without a check against the offsets. A read that fails keeps what came before
+/// the failure.
 class ORVELBASEDATA_EXPORT StructuringElementXY : public BaseStructuringElement
 {
   ORVEL_DECLARE_SERIALIZABLE(StructuringElementXY)

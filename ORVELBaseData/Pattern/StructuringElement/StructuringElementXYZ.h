@@ -35,7 +35,8 @@ using XYZOffsetColl = std::set<OffsetXYZ>; ///< a set of offsets, in their order
 /// box of that one offset.
 ///
 /// Archive version 1: the items "_dataColl", "_minX", "_minY", "_minZ", "_sizeX", "_sizeY", "_sizeZ". The box
-/// is taken as it stands, without a check against the offsets.
+/// is taken as it stands, without a check against the offsets. A read that fails keeps what came before the
+/// failure.
 class ORVELBASEDATA_EXPORT StructuringElementXYZ : public BaseStructuringElement
 {
   ORVEL_DECLARE_SERIALIZABLE(StructuringElementXYZ)

@@ -22,13 +22,14 @@ namespace orvel
 ///
 /// getStructuringElement() shares the element. Whoever holds it sees it change by insert and remove, and
 /// emptied by clear(), by every initialisation and by a copy of what is not initialised. init() and a copy
-/// of what is initialised fill the same element; the other initialisations and read() take a new one.
+/// of what is initialised fill the same element; the other initialisations and read() take a new one. The
+/// reference of getDataColl() lives as long as the element, not as long as the description.
 ///
 /// A copy has an element of its own. It takes the parameters of its shape over.
 ///
 /// Archive version 1: behind "_bInit", if that is true, "_seXYZSubType", the parameters of the shape, and the
 /// element under "_pSEXYZ"; it is not made anew on reading. An element that is null in the archive is
-/// refused.
+/// refused. A read that fails keeps what came before the failure, "_bInit" included, and the old element.
 class ORVELBASEDATA_EXPORT StructuringElementXYZInfo : public BaseStructuringElementInfo
 {
   ORVEL_DECLARE_SERIALIZABLE(StructuringElementXYZInfo)
