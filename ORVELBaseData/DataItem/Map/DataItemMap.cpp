@@ -121,6 +121,7 @@ void DataItemMap::writeMembers(BaseOArchive& archive) const
 
 void DataItemMap::readMembers(BaseIArchive& archive, ipUInt32 /*version*/)
 {
+  _itemMap.clear(); // also if not even the start of the new items can be read
   archive >> SerializationIItem("_itemMap", _itemMap);
 }
 

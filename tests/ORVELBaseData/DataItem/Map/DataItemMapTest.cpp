@@ -758,6 +758,32 @@ TYPED_TEST(ArchivedDataItemMap, DropsItsItemsBeforeItReads)
   EXPECT_TRUE(other.expired());
 }
 
+template <class HandWritten, class Put>
+void expectEmptiedByAnArchive(Put put)
+{
+  HandWritten file;
+  putVersion(file, "orvel::BaseDataItem", 1);
+  putVersion(file, "orvel::DataItemMap", 1);
+  put(file);
+  DataItemMap map = mapOf({"a", "b"});
+  EXPECT_THROW(readStart<HandWritten>(file.file(), [&](BaseIArchive& archive) { map.read(archive); }),
+               ORVELSerializationException);
+  EXPECT_TRUE(map.isEmpty());
+}
+
+TYPED_TEST(ArchivedDataItemMap, DropsItsItemsAlsoIfTheNewOnesCannotEvenBeCounted)
+{
+  expectEmptiedByAnArchive<TypeParam>([](TypeParam& file) { file.integer("_itemMap", 2); }); // no section
+  expectEmptiedByAnArchive<TypeParam>(
+      [](TypeParam& file)
+      {
+        file.openSection("_itemMap");
+        file.openSection("map");
+        file.text("size", "many");
+        closeMap(file);
+      });
+}
+
 TYPED_TEST(ArchivedDataItemMap, KeepsTheLastItemOfARepeatedName)
 {
   auto file = startOfFirst<TypeParam>(4);
