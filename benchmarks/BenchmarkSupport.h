@@ -63,5 +63,6 @@ void addBufferCases();        ///< mirrors, fills and copies of memory; buffers 
 void addFrameCases();         ///< creation by name, type name, version
 void addDataItemCases();      ///< trees of parameters
 void addNeighbourhoodCases(); ///< shapes and kernels beside the naive way of making them
+void addPlanCases();          ///< collections of plans beside a plain map
 
 } // namespace orvel::benchmarks

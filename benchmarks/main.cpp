@@ -26,6 +26,7 @@ int main(int argc, char** argv)
   orvel::benchmarks::addFrameCases();
   orvel::benchmarks::addDataItemCases();
   orvel::benchmarks::addNeighbourhoodCases();
+  orvel::benchmarks::addPlanCases();
 
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv))

@@ -122,6 +122,11 @@ NEIGHBOURHOODS = (
        Target("dense_kernel/1M", "naive", FASTER, 3.0),
        Target("rotate/101x101", "making", AT_MOST, None),
        Target("description_copy/ball_20", "set", AT_MOST, None)])
+PLANS = [
+    Target("plans_assign", "tuple_map", AT_MOST, None),
+    Target("plans_find", "tuple_map", AT_MOST, None),
+    Target("plans_walk", "tuple_map", AT_MOST, None),
+]
 # The sides of a series are the numbers that the cost depends on. A bound is that of the exponent.
 Series = collections.namedtuple("Series", "group bound")
 ITEM_COSTS = ("build", "copy", "equal", "write", "read", "xml_write", "xml_read")
@@ -135,7 +140,7 @@ def all_targets():
     result += SYNCHRONISED_BLOCK
     for medium in ("memory", "tmpfs", "disk"):
         result += [t._replace(group=t.group.format(medium=medium)) for t in SUBJECTS]
-    return result + MEMORY + BUFFERS + FRAME + ITEMS + NEIGHBOURHOODS
+    return result + MEMORY + BUFFERS + FRAME + ITEMS + NEIGHBOURHOODS + PLANS
 
 
 def split_name(name):
