@@ -733,6 +733,15 @@ TEST(Equal, OfATreeAndAPartOfItLooksAtThatPart)
   EXPECT_TRUE(orvel::equal(outer->getItem("a"), *inner, 0));
 }
 
+TEST(Equal, LooksAtASharedItemInEachOfItsPlaces)
+{
+  const auto node = makeNode<AnyNode, ipInt32>("k", 1);
+  const auto inner = makeMap({{"a", node}, {"b", node}});
+  const auto outer = makeMap({{"a", inner}, {"b", inner}});
+  EXPECT_TRUE(orvel::equal(*outer, *outer, 0));
+  EXPECT_EQ(node->getNbLookUps(), 2 * 2 * 2); // both sides, and two places in each of two
+}
+
 TEST(Equal, OfTreesTakesTheToleranceToEveryLevel)
 {
   EXPECT_TRUE(orvel::equal(*makeTree(1024, 1024), *makeTree(1025, 1025), 1.0 / 1024));
