@@ -6,6 +6,7 @@
 #include <string>
 
 #include <ORVELUtil/DynamicObjectFactory.h>
+#include <ORVELUtil/LogMessageManager.h>
 
 int main(int argc, char** argv)
 {
@@ -23,6 +24,7 @@ int main(int argc, char** argv)
           for (const char* name : {"KitPlugin::PluginObject", "orvel::ElementsRange", "orvel::KernelXY",
                                    "orvel::KernelXYZ", "orvel::OffsetXY", "orvel::OffsetXYZ"})
             require(factory.isRegistered(name), name);
+          require(factory.getRegisteredClassNames().size() == 60, "the 59 classes of the kit and its own");
           require(factory.createShared("orvel::KernelXYZ")->getClassName() == "orvel::KernelXYZ",
                   "the program can create by name, too");
         }
@@ -32,6 +34,10 @@ int main(int argc, char** argv)
           require(!isLoaded(library), library);
         require(isLoaded("libORVELUtil.so.1"), "the library of the program stays");
         require(factory.getRegisteredClassNames().empty(), "no class is left in the factory");
+        require(orvel::LogMessageManager::getInstance("ORVELBaseData")
+                        .getMessage("N5orvel21eORVELBaseDataMessage6domainE", 1) ==
+                    "Buffer should be initialized before used",
+                "the messages stay");
       });
   return 0;
 }
