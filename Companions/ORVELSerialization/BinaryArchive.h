@@ -45,7 +45,8 @@ public:
   /// \brief Begin an archive that replaces the file of that name on close().
   ///
   /// It is written beside the file under another name. Without close(), also because of an exception, the old
-  /// file stays as it is and nothing else is left behind. A pipe or a device is written to directly.
+  /// file stays as it is and nothing else is left behind. Symbolic links are followed; hard links keep the
+  /// old file. A pipe or a device is written to directly.
   /// \throw ORVELSerializationException if the file cannot be made, with the system's reason
   explicit BinaryOArchive(const boost::filesystem::path& path);
 
@@ -70,7 +71,8 @@ public:
 
   /// \brief Write the end mark and publish: bring the file to the disk, put it in place, and bring that to
   /// the disk.
-  /// \throw ORVELSerializationException with the system's reason; the old file then stands
+  /// \throw ORVELSerializationException with the system's reason; the old file then stands, but for a refusal
+  /// of the very last step: the new one has its place then, and the system may still lose that
   void close() override;
 
 protected:

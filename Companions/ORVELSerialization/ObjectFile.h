@@ -21,7 +21,8 @@ enum class ArchiveTrust
 
 /// \brief Save an object: XML if the extension is ".xml" (in any case of letters), else binary.
 ///
-/// The file is replaced as a whole and brought to the disk; if anything fails the old one stays as it is.
+/// The file is replaced as a whole and brought to the disk; if that fails the old one stays as it is, with
+/// the one exception of BinaryOArchive::close().
 /// \throw ORVELSerializationException with the path, the place and the reason
 ORVELSERIALIZATION_EXPORT void saveObject(const boost::filesystem::path& path,
                                           const BaseSerializationObject& object);

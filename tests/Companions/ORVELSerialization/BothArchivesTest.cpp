@@ -314,6 +314,24 @@ TYPED_TEST(BothArchives, BringSharedObjectsBackAsOne)
   }
 }
 
+TYPED_TEST(BothArchives, FileASharedObjectOnceAlsoIfItIsChangedMeanwhile)
+{
+  const TestPointPtr point = boost::make_shared<TestPoint>(1, 2);
+  const std::string file = fileBy<TypeParam>(
+      [&](BaseOArchive& archive)
+      {
+        archive << SerializationOItem("A", point);
+        point->_x = 9;
+        archive << SerializationOItem("B", point);
+      });
+  TestPointPtr first;
+  TestPointPtr second;
+  readWhole<TypeParam>(file, [&](BaseIArchive& archive)
+                       { archive >> SerializationIItem("A", first) >> SerializationIItem("B", second); });
+  EXPECT_TRUE(*first == TestPoint(1, 2));
+  EXPECT_EQ(second, first);
+}
+
 TYPED_TEST(BothArchives, BringNullBack)
 {
   EXPECT_EQ(objectOfFile<TypeParam>(fileOfObject<TypeParam>(nullptr)), nullptr);

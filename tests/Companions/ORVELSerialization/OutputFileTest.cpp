@@ -230,6 +230,18 @@ TYPED_TEST(OutputFile, IsMadeBehindALinkThatLeadsNowhereYet)
   EXPECT_EQ(readBytes(this->_folder / "target"), TypeParam::wrap(""));
 }
 
+TYPED_TEST(OutputFile, LeavesTheOldFileUnderItsOtherNames)
+{
+  const boost::filesystem::path path = this->_folder / "a.file";
+  const boost::filesystem::path other = this->_folder / "other name";
+  writeBytes(path, "old");
+  boost::filesystem::create_hard_link(path, other);
+  typename TypeParam::OArchive archive(path);
+  archive.close();
+  EXPECT_EQ(readBytes(path), TypeParam::wrap(""));
+  EXPECT_EQ(readBytes(other), "old");
+}
+
 mode_t modeOf(const boost::filesystem::path& path)
 {
   struct stat status = {};

@@ -556,11 +556,9 @@ TEST(XmlArchive, RefusesADoctype)
   for (const std::string doctype : {"<!DOCTYPE orvelArchive>", "<!DOCTYPE a [<!ENTITY b \"c\">]>",
                                     "<!DOCTYPE a SYSTEM \"file:///etc/passwd\">"})
   {
-    const std::string message = failureToOpen(doctype + "<orvelArchive format=\"1\"></orvelArchive>");
-    EXPECT_EQ(message,
-              "Archive stream, line 1, column " +
-                  message.substr(31, message.find(':') == std::string::npos ? 0 : message.find(':') - 31) +
-                  ": the archive is damaged: a DOCTYPE is not allowed");
+    // The place is that of what it declares.
+    EXPECT_EQ(failureToOpen(doctype + "<orvelArchive format=\"1\"></orvelArchive>"),
+              "Archive stream, line 1, column 11: the archive is damaged: a DOCTYPE is not allowed");
   }
   const std::string file = XmlFormat::wrap("<!DOCTYPE a>");
   EXPECT_NE(failureToOpen(file).find("Archive stream, line 3, column "), std::string::npos);

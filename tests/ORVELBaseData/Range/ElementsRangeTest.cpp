@@ -57,6 +57,13 @@ TEST(ElementsRange, ComparesBothNumbers)
   }
 }
 
+TEST(ElementsRange, TellsEmptyRunsOfDifferentStartsApart)
+{
+  EXPECT_FALSE(ElementsRange(1, 0) == ElementsRange(2, 0));
+  EXPECT_TRUE(ElementsRange(1, 0) != ElementsRange(2, 0));
+  EXPECT_TRUE(ElementsRange(1, 0) < ElementsRange(2, 0));
+}
+
 TEST(ElementsRange, OrdersByStartThenByLength)
 {
   EXPECT_TRUE(ElementsRange(1, 5) < ElementsRange(2, 0));
