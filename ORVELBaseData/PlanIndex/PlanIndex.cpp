@@ -1,53 +1,11 @@
 #include <ORVELBaseData/PlanIndex/PlanIndex.h>
 
-#include <tuple>
-
 #include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel
 {
 
 ORVEL_DEFINE_SERIALIZABLE(PlanIndex, BaseSerializationObject, 2)
-
-namespace
-{
-
-std::tuple<ipUInt64, ipUInt64, ipUInt64> rankOf(const PlanIndex& index)
-{
-  return {index.getTPlanIdx(), index.getCPlanIdx(), index.getZPlanIdx()};
-}
-
-} // namespace
-
-bool PlanIndex::operator==(const PlanIndex& other) const
-{
-  return rankOf(*this) == rankOf(other);
-}
-
-bool PlanIndex::operator!=(const PlanIndex& other) const
-{
-  return !(*this == other);
-}
-
-bool PlanIndex::operator<(const PlanIndex& other) const
-{
-  return rankOf(*this) < rankOf(other);
-}
-
-bool PlanIndex::operator<=(const PlanIndex& other) const
-{
-  return rankOf(*this) <= rankOf(other);
-}
-
-bool PlanIndex::operator>(const PlanIndex& other) const
-{
-  return rankOf(*this) > rankOf(other);
-}
-
-bool PlanIndex::operator>=(const PlanIndex& other) const
-{
-  return rankOf(*this) >= rankOf(other);
-}
 
 void PlanIndex::copyMembers(const PlanIndex& other)
 {

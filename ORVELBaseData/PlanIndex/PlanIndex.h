@@ -37,14 +37,25 @@ public:
   ipUInt64 getCPlanIdx() const { return _cPlanIdx; } ///< index along c
   ipUInt64 getTPlanIdx() const { return _tPlanIdx; } ///< index along t
 
-  bool operator==(const PlanIndex& other) const;
-  bool operator!=(const PlanIndex& other) const;
+  /// \brief Compare the three indices.
+  bool operator==(const PlanIndex& other) const
+  {
+    return _zPlanIdx == other._zPlanIdx && _cPlanIdx == other._cPlanIdx && _tPlanIdx == other._tPlanIdx;
+  }
+  bool operator!=(const PlanIndex& other) const { return !(*this == other); } ///< not equal
 
-  /// \brief Order by t, then by c, then by z.
-  bool operator<(const PlanIndex& other) const;
-  bool operator<=(const PlanIndex& other) const; ///< \see operator<
-  bool operator>(const PlanIndex& other) const;  ///< \see operator<
-  bool operator>=(const PlanIndex& other) const; ///< \see operator<
+  /// \brief Order by t, then by c, then by z. Inline, as the searches in maps of plans consist of it.
+  bool operator<(const PlanIndex& other) const
+  {
+    if (_tPlanIdx != other._tPlanIdx)
+      return _tPlanIdx < other._tPlanIdx;
+    if (_cPlanIdx != other._cPlanIdx)
+      return _cPlanIdx < other._cPlanIdx;
+    return _zPlanIdx < other._zPlanIdx;
+  }
+  bool operator<=(const PlanIndex& other) const { return !(other < *this); } ///< \see operator<
+  bool operator>(const PlanIndex& other) const { return other < *this; }     ///< \see operator<
+  bool operator>=(const PlanIndex& other) const { return !(*this < other); } ///< \see operator<
 
 private:
   void readVersion1(BaseIArchive& archive);
