@@ -463,6 +463,18 @@ TEST(BaseOwnBuffer, KeepsABlockThatFitsToWhatItIsCopiedFrom)
   expectSixBytes(copy, block);
 }
 
+TEST(BaseOwnBuffer, IsCopiedWithASingleByte)
+{
+  PlainOwnBuffer source;
+  source.initBase(1, eDataType::eDT_Bool);
+  setContents(source, "a");
+  PlainOwnBuffer copy;
+  copy.initBase(1, eDataType::eDT_Int8);
+  setContents(copy, "x");
+  copy.copy(source);
+  EXPECT_EQ(contentsOf(copy), "a");
+}
+
 TEST(BaseOwnBuffer, IsCopiedWithoutElements)
 {
   PlainOwnBuffer source;

@@ -191,6 +191,14 @@ TEST(CopyBuffer, CopiesBytes)
   EXPECT_EQ(std::vector<unsigned char>(dst, dst + 5), (std::vector<unsigned char>{9, 1, 2, 3, 9}));
 }
 
+TEST(CopyBuffer, CopiesASingleByte)
+{
+  const char src[] = "ab";
+  char dst[] = "xy";
+  copyBuffer(static_cast<void*>(dst), 1, static_cast<const void*>(src));
+  EXPECT_STREQ(dst, "ay");
+}
+
 TEST(CopyBuffer, CopiesElementsOfARunTimeType){
 #define ORVEL_TEST_COPY(Name)                                                                                \
   {                                                                                                          \
