@@ -234,6 +234,25 @@ TEST(GeometricCalibration, NamesThePlaceOfARefusalAndLogsItOnce)
   }
 }
 
+TEST(GeometricCalibration, StaysAsItWasIfThereIsNoMemoryForItsUnit)
+{
+  const std::string longUnit(100, 'u');
+  const GeometricCalibration other = makeCalibration({9, 9, 9, 9, 9, 9, 9, 9, 9, 9}, longUnit);
+  const std::function<void(GeometricCalibration&)> operations[] = {
+      [&](GeometricCalibration& calibration) { calibration.init2d(9, 9, longUnit, 9, 9, 9, 9, 9); },
+      [&](GeometricCalibration& calibration) { calibration.init3d(9, 9, 9, longUnit, 9, 9, 9, 9, 9, 9, 9); },
+      [&](GeometricCalibration& calibration) { calibration.copy(other); },
+  };
+  for (const auto& operation : operations)
+  {
+    GeometricCalibration calibration = makeMillimetres();
+    EXPECT_EQ(failAtEachAllocation([&] { operation(calibration); },
+                                   [&] { expectFields(calibration, g_numbers, "mm"); }),
+              1U);
+    EXPECT_EQ(calibration.getUnitStr(), longUnit);
+  }
+}
+
 // Setters
 
 TEST(GeometricCalibration, HasItsOriginInThePlaneMovedToZ0)

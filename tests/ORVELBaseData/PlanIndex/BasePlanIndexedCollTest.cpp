@@ -11,7 +11,6 @@
 #include <vector>
 
 #include <boost/make_shared.hpp>
-#include <boost/weak_ptr.hpp>
 #include <gtest/gtest.h>
 
 #include <ORVELBaseData/Buffer/TypedOwnBuffer.h>
@@ -25,6 +24,7 @@
 #include <support/FailingAllocation.h>
 #include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
+#include <support/ObjectCollArchive.h>
 #include <support/RaisedFailure.h>
 #include <support/SkeletonElement.h>
 
@@ -37,10 +37,6 @@ using namespace orvel;
 using namespace orvel::test;
 
 constexpr ipUInt64 g_largest = std::numeric_limits<ipUInt64>::max();
-
-constexpr auto g_full = eSklSrzMode::eSSM_Full;
-constexpr auto g_skeleton = eSklSrzMode::eSSM_Skeleton;
-constexpr auto g_data = eSklSrzMode::eSSM_Data;
 
 /// The least that a derived class supplies.
 class PlanColl : public BasePlanIndexedColl
@@ -60,11 +56,6 @@ public:
 private:
   bool _hasSkeletons;
 };
-
-SkeletonElementPtr makeElement(ipInt32 structure = 0, ipInt32 data = 0)
-{
-  return boost::make_shared<SkeletonElement>(structure, data);
-}
 
 const SkeletonElement& elementOf(const BasePlanIndexedColl& coll, const PlanIndex& index)
 {
@@ -193,14 +184,36 @@ TEST(BasePlanIndexedColl, IsCompleteWhenTheCountAndTheLastKeyFit)
   EXPECT_FALSE(coll.isComplete(0, 3, 4));
 }
 
-TEST(BasePlanIndexedColl, LooksAtEveryAxisOfTheLastKey)
+TEST(BasePlanIndexedColl, LooksForALastKeyBeyondTheSizesOnEveryAxis)
 {
-  const PlanIndex lastKeys[] = {{0, 0, 0}, {1, 1, 0}, {1, 0, 1}, {1, 0, 0}};
+  const PlanIndex lastKeys[] = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
   for (const PlanIndex& last : lastKeys)
   {
     PlanColl coll;
     coll.insert(last, makeElement());
     EXPECT_EQ(coll.isComplete(1, 1, 1), last == PlanIndex(0, 0, 0));
+  }
+}
+
+TEST(BasePlanIndexedColl, LooksForALastKeyShortOfTheSizesOnEveryAxis)
+{
+  struct Row
+  {
+    std::vector<PlanIndex> keys; // as many as the sizes ask for
+    ipUInt64 sizeZ;
+    ipUInt64 sizeC;
+    ipUInt64 sizeT;
+  };
+  const Row rows[] = {{{{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {0, 1, 0}}, 2, 2, 1},  // z
+                      {{{0, 0, 0}, {0, 1, 0}, {0, 2, 0}, {0, 0, 1}}, 1, 2, 2},  // c
+                      {{{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {0, 1, 0}}, 1, 2, 2}}; // t
+  for (const Row& row : rows)
+  {
+    PlanColl coll;
+    for (const PlanIndex& key : row.keys)
+      coll.insert(key, makeElement());
+    EXPECT_EQ(coll.getNbPlans(), row.sizeZ * row.sizeC * row.sizeT);
+    EXPECT_FALSE(coll.isComplete(row.sizeZ, row.sizeC, row.sizeT));
   }
 }
 
@@ -540,11 +553,9 @@ TEST(BasePlanIndexedColl, IsAssignedFromAnObjectThatItAloneHolds)
   PlanColl coll;
   coll.insert(PlanIndex(4, 5, 5), makeElement(1, 2));
   coll.insert(PlanIndex(5, 5, 5), makeElement(3, 4));
-  const boost::weak_ptr<BaseSerializationObject> watched = coll.getStorage(PlanIndex(5, 5, 5));
   coll.assign(*coll.getStorage(PlanIndex(5, 5, 5)), 2, 1, 1);
   EXPECT_EQ(elementOf(coll, PlanIndex(1, 0, 0)).structure, 3);
   EXPECT_EQ(elementOf(coll, PlanIndex(1, 0, 0)).data, 4);
-  EXPECT_TRUE(watched.expired());
 }
 
 TEST(BasePlanIndexedColl, IsClearedAlsoForAPrototypeWithoutCopySupport)
@@ -783,7 +794,7 @@ TEST(BasePlanIndexedColl, HasItsOperationsAndMemberInTheirOrder)
 
 /// How the hand-written archives are put together; keeps in mind which versions they hold.
 template <class HandWritten>
-class BasePlanIndexedCollArchive : public testing::Test
+class BasePlanIndexedCollArchive : public ObjectCollArchive<HandWritten>
 {
 protected:
   /// The version record of the collection.
@@ -831,83 +842,6 @@ protected:
     archive.integer("_cPlanIdx", static_cast<std::int64_t>(index.getCPlanIdx()));
     archive.integer("_tPlanIdx", static_cast<std::int64_t>(index.getTPlanIdx()));
     archive.close();
-  }
-
-  static void openValue(HandWritten& archive)
-  {
-    archive.openSection("value");
-    archive.openSection("shared_ptr<orvel::BaseSerializationObject>");
-  }
-
-  static void closeValue(HandWritten& archive)
-  {
-    archive.close();
-    archive.close();
-  }
-
-  static void putNull(HandWritten& archive)
-  {
-    openValue(archive);
-    archive.nullPointer("pObject");
-    closeValue(archive);
-  }
-
-  /// An element that stands here for the first time; the first of all brings the version of its class.
-  static void putElement(HandWritten& archive, bool isFirst, eSklSrzMode::domain mode, int structure,
-                         int data)
-  {
-    openValue(archive);
-    archive.openPointer("pObject", "orvel::SkeletonElement");
-    putContent(archive, isFirst, mode, structure, data);
-    archive.close();
-    closeValue(archive);
-  }
-
-  static void putContent(HandWritten& archive, bool isFirst, eSklSrzMode::domain mode, int structure,
-                         int data)
-  {
-    if (isFirst)
-      putVersion(archive, "orvel::SkeletonElement", 1);
-    if (mode != g_data)
-      archive.integer("_structure", structure);
-    if (mode != g_skeleton)
-      archive.integer("_data", data);
-  }
-
-  /// The data of an element in place.
-  static void putCurObject(HandWritten& archive, bool isFirst, int data)
-  {
-    archive.openObject("curObject");
-    putContent(archive, isFirst, g_data, 0, data);
-    archive.close();
-  }
-
-  static std::string write(const BasePlanIndexedColl& coll)
-  {
-    return fileOf<HandWritten>(
-        [&](BaseOArchive& archive)
-        {
-          const BoolResult result = coll.write(archive);
-          EXPECT_TRUE(result);
-          EXPECT_EQ(result.getMessage(), "");
-        });
-  }
-
-  static void read(BasePlanIndexedColl& coll, const std::string& file)
-  {
-    readFile<HandWritten>(file,
-                          [&](BaseIArchive& archive)
-                          {
-                            const BoolResult result = coll.read(archive);
-                            EXPECT_TRUE(result);
-                            EXPECT_EQ(result.getMessage(), "");
-                          });
-  }
-
-  static void expectRefused(BasePlanIndexedColl& coll, const std::string& file)
-  {
-    EXPECT_THROW(readStart<HandWritten>(file, [&](BaseIArchive& archive) { coll.read(archive); }),
-                 ORVELSerializationException);
   }
 };
 
@@ -1457,10 +1391,7 @@ TYPED_TEST(BasePlanIndexedCollArchive, KeepsThePlansReadBeforeAFailure)
   this->putKey(archive, true, PlanIndex(0, 0, 0));
   this->putElement(archive, true, g_full, 11, 12);
   this->putKey(archive, false, PlanIndex(1, 0, 0));
-  this->openValue(archive);
-  archive.openPointer("pObject", "orvel::UnknownClass");
-  archive.close();
-  this->closeValue(archive);
+  this->putUnknownObject(archive);
   this->putKey(archive, false, PlanIndex(2, 0, 0));
   this->putElement(archive, false, g_full, 31, 32);
   const SkeletonElementPtr old = makeElement();
@@ -1493,27 +1424,13 @@ TYPED_TEST(BasePlanIndexedCollArchive, WithObjectsThatHaveNoSkeletonIsRefusedWhe
 {
   TypeParam archive = this->beginMap(2);
   this->putKey(archive, true, PlanIndex(0, 0, 0));
-  this->openValue(archive);
-  archive.openPointer("pObject", "orvel::ElementsRange");
-  putVersion(archive, "orvel::ElementsRange", 2);
-  archive.integer("_startOffset", 3);
-  archive.integer("_nbElements", 4);
-  archive.close();
-  this->closeValue(archive);
+  this->putPlainObject(archive);
   this->putKey(archive, false, PlanIndex(1, 0, 0));
   this->putElement(archive, true, g_full, 11, 12);
   const std::string file = this->finishMap(archive);
-  const auto readUntrusted = [&](PlanColl& coll)
-  {
-    readStart<TypeParam>(file,
-                         [&](BaseIArchive& input)
-                         {
-                           input.setUntrusted(true);
-                           coll.read(input);
-                         });
-  };
   PlanColl coll(true);
-  const std::string message = messageOf<ORVELSerializationException>([&] { readUntrusted(coll); });
+  const std::string message =
+      messageOf<ORVELSerializationException>([&] { this->readUntrusted(coll, file); });
   EXPECT_NE(message.find(": an object of class orvel::ElementsRange can't stand for class "
                          "orvel::BaseObjectWithSkeleton"),
             std::string::npos)
@@ -1523,7 +1440,7 @@ TYPED_TEST(BasePlanIndexedCollArchive, WithObjectsThatHaveNoSkeletonIsRefusedWhe
   EXPECT_EQ(elementOf(coll, PlanIndex(1, 0, 0)).data, 12);
 
   PlanColl plain(false); // takes any object
-  readUntrusted(plain);
+  this->readUntrusted(plain, file);
   EXPECT_EQ(plain.getStorage(PlanIndex(0, 0, 0))->getClassName(), "orvel::ElementsRange");
 }
 

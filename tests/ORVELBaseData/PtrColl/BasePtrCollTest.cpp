@@ -19,6 +19,7 @@
 #include <ORVELUtil/ORVELUtilLog.h>
 #include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
+#include <support/ObjectCollArchive.h>
 #include <support/RaisedFailure.h>
 #include <support/SkeletonElement.h>
 
@@ -29,10 +30,6 @@ namespace
 
 using namespace orvel;
 using namespace orvel::test;
-
-constexpr auto g_full = eSklSrzMode::eSSM_Full;
-constexpr auto g_skeleton = eSklSrzMode::eSSM_Skeleton;
-constexpr auto g_data = eSklSrzMode::eSSM_Data;
 
 /// The least that a derived class supplies, and a way to its elements.
 class PtrColl : public BasePtrColl
@@ -60,11 +57,6 @@ public:
 private:
   bool _hasSkeletons;
 };
-
-SkeletonElementPtr makeElement(ipInt32 structure = 0, ipInt32 data = 0)
-{
-  return boost::make_shared<SkeletonElement>(structure, data);
-}
 
 // The class
 
@@ -199,7 +191,7 @@ TEST(BasePtrColl, HasItsOperationsAndMemberInTheirOrder)
 // Archives
 
 template <class HandWritten>
-class BasePtrCollArchive : public testing::Test
+class BasePtrCollArchive : public ObjectCollArchive<HandWritten>
 {
 protected:
   /// The version record of the collection.
@@ -235,83 +227,6 @@ protected:
   {
     closeList(archive);
     return archive.file();
-  }
-
-  static void openValue(HandWritten& archive)
-  {
-    archive.openSection("value");
-    archive.openSection("shared_ptr<orvel::BaseSerializationObject>");
-  }
-
-  static void closeValue(HandWritten& archive)
-  {
-    archive.close();
-    archive.close();
-  }
-
-  static void putNull(HandWritten& archive)
-  {
-    openValue(archive);
-    archive.nullPointer("pObject");
-    closeValue(archive);
-  }
-
-  /// An element that stands here for the first time; the first of all brings the version of its class.
-  static void putElement(HandWritten& archive, bool isFirst, eSklSrzMode::domain mode, int structure,
-                         int data)
-  {
-    openValue(archive);
-    archive.openPointer("pObject", "orvel::SkeletonElement");
-    putContent(archive, isFirst, mode, structure, data);
-    archive.close();
-    closeValue(archive);
-  }
-
-  static void putContent(HandWritten& archive, bool isFirst, eSklSrzMode::domain mode, int structure,
-                         int data)
-  {
-    if (isFirst)
-      putVersion(archive, "orvel::SkeletonElement", 1);
-    if (mode != g_data)
-      archive.integer("_structure", structure);
-    if (mode != g_skeleton)
-      archive.integer("_data", data);
-  }
-
-  /// The data of an element in place.
-  static void putCurObject(HandWritten& archive, bool isFirst, int data)
-  {
-    archive.openObject("curObject");
-    putContent(archive, isFirst, g_data, 0, data);
-    archive.close();
-  }
-
-  static std::string write(const BasePtrColl& coll)
-  {
-    return fileOf<HandWritten>(
-        [&](BaseOArchive& archive)
-        {
-          const BoolResult result = coll.write(archive);
-          EXPECT_TRUE(result);
-          EXPECT_EQ(result.getMessage(), "");
-        });
-  }
-
-  static void read(BasePtrColl& coll, const std::string& file)
-  {
-    readFile<HandWritten>(file,
-                          [&](BaseIArchive& archive)
-                          {
-                            const BoolResult result = coll.read(archive);
-                            EXPECT_TRUE(result);
-                            EXPECT_EQ(result.getMessage(), "");
-                          });
-  }
-
-  static void expectRefused(BasePtrColl& coll, const std::string& file)
-  {
-    EXPECT_THROW(readStart<HandWritten>(file, [&](BaseIArchive& archive) { coll.read(archive); }),
-                 ORVELSerializationException);
   }
 };
 
@@ -744,10 +659,7 @@ TYPED_TEST(BasePtrCollArchive, LetsItsOldElementsGoBeforeNewOnesAreRead)
 {
   TypeParam archive = this->beginList(3);
   this->putElement(archive, true, g_full, 11, 12);
-  this->openValue(archive);
-  archive.openPointer("pObject", "orvel::UnknownClass");
-  archive.close();
-  this->closeValue(archive);
+  this->putUnknownObject(archive);
   this->putElement(archive, false, g_full, 31, 32);
   const SkeletonElementPtr old = makeElement();
   PtrColl coll(false, {old, old, old, old});
@@ -769,26 +681,12 @@ TYPED_TEST(BasePtrCollArchive, WithMoreElementsThanItCouldHoldIsRefusedBeforeMem
 TYPED_TEST(BasePtrCollArchive, WithElementsThatHaveNoSkeletonIsRefusedWhenNotTrusted)
 {
   TypeParam archive = this->beginList(2);
-  this->openValue(archive);
-  archive.openPointer("pObject", "orvel::ElementsRange");
-  putVersion(archive, "orvel::ElementsRange", 2);
-  archive.integer("_startOffset", 3);
-  archive.integer("_nbElements", 4);
-  archive.close();
-  this->closeValue(archive);
+  this->putPlainObject(archive);
   this->putElement(archive, true, g_full, 11, 12);
   const std::string file = this->finishList(archive);
-  const auto readUntrusted = [&](PtrColl& coll)
-  {
-    readStart<TypeParam>(file,
-                         [&](BaseIArchive& input)
-                         {
-                           input.setUntrusted(true);
-                           coll.read(input);
-                         });
-  };
   PtrColl coll(true);
-  const std::string message = messageOf<ORVELSerializationException>([&] { readUntrusted(coll); });
+  const std::string message =
+      messageOf<ORVELSerializationException>([&] { this->readUntrusted(coll, file); });
   EXPECT_NE(message.find(": an object of class orvel::ElementsRange can't stand for class "
                          "orvel::BaseObjectWithSkeleton"),
             std::string::npos)
@@ -798,7 +696,7 @@ TYPED_TEST(BasePtrCollArchive, WithElementsThatHaveNoSkeletonIsRefusedWhenNotTru
   EXPECT_EQ(coll.at(1).data, 12);
 
   PtrColl plain(false); // takes any object
-  readUntrusted(plain);
+  this->readUntrusted(plain, file);
   EXPECT_EQ(plain._coll.at(0)->getClassName(), "orvel::ElementsRange");
 }
 
