@@ -373,6 +373,20 @@ TEST(StructuringElementXYInfo, DoesNotCarryTheHalfSizeOfASquareIntoACopy)
   EXPECT_EQ(duplicate->getHalfSize(), 0U);
 }
 
+TEST(StructuringElementXYInfo, FilesACopiedSquareWithTheHalfSizeOfTheTarget)
+{
+  Info square;
+  square.initSquare(3);
+  Info target;
+  target.initSquare(7);
+  target = square;
+  const std::string file = fileOf<HandWrittenXml>([&](BaseOArchive& archive) { target.write(archive); });
+  Info info;
+  readFile<HandWrittenXml>(file, [&](BaseIArchive& archive) { info.read(archive); });
+  EXPECT_EQ(info.getHalfSize(), 7U);
+  EXPECT_EQ(info.getDataColl().size(), 49U);
+}
+
 // What its fields hold that no query tells
 
 using Parameters =
