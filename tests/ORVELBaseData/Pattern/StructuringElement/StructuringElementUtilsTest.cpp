@@ -615,6 +615,15 @@ TEST(Segments, KeepTheDriftOfTheRunningSum)
   EXPECT_GT(nbDifferences, 0);
 }
 
+TEST(Segments, MayMissTheTipAtARadiusThatIsAWholeNumber)
+{
+  // Three steps of (0.825, 0.565) end at (2.476, 1.694); their sum lies beyond 3 by a rounding.
+  EXPECT_EQ(placesOf(*halfLinearSEXY(0.6, 3.0)), (Places{{0, 0, 0}, {1, 1, 0}, {2, 1, 0}}));
+  EXPECT_EQ(placesOf(*halfLinearSEXY(0.6, 3.5)), (Places{{0, 0, 0}, {1, 1, 0}, {2, 1, 0}, {2, 2, 0}}));
+  // Three of (0.980, 0.199) end at (2.940, 0.596), within 3.
+  EXPECT_EQ(placesOf(*halfLinearSEXY(0.2, 3.0)), (Places{{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {3, 1, 0}}));
+}
+
 TEST(Segments, HaveNoGap)
 {
   std::mt19937 random(52);
