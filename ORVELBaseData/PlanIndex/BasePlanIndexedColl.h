@@ -37,9 +37,10 @@ namespace orvel
 /// | with skeleton | eSSM_Data | hands the mode on, then an item "curObject" per object | those items |
 ///
 /// The map is the item "_planIndexedColl" (\see SerializationItems.h): reading it drops the old objects
-/// first; after a failure the collection holds the plans read so far. Null pointers can come from an archive
-/// only. In an archive that is not trusted, objects without a skeleton where there should be one are refused
-/// (ORVELSerializationException) and null pointers stand in their places.
+/// first; after a failure the collection holds the plans read so far. Null pointers come from an archive, or
+/// from a prototype whose duplicateShared() returns one. In an archive that is not trusted, objects without a
+/// skeleton where there should be one are refused (ORVELSerializationException) and null pointers stand in
+/// their places.
 ///
 /// "curObject" items hold an object in place each, null pointers apart, in the order of the plans, without
 /// keys and count: they are read into the objects that stand in the collection, whose plans must be those of
@@ -84,7 +85,7 @@ public:
   /// plans are trusted to lie within the extents. Constant time.
   bool isComplete(ipUInt64 sizeZ, ipUInt64 sizeC, ipUInt64 sizeT) const;
 
-  /// \brief The same for the extents that cover every plan, with which nothing needs to be trusted.
+  /// \brief The same for the extents that cover every plan: only a product that wraps around can mislead it.
   /// Linear time. \see getMaxSizeZ
   bool isComplete() const;
 
