@@ -52,11 +52,12 @@ public:
   /// \throw ORVELBaseDataException as getDataPtr(ipUInt64); nothing has changed
   void setDataPtr(ipUInt64 fragment, void* dataPtr);
 
-  /// \brief Make the first fragment the last one; the others move up. What they hold stays where it is.
+  /// \brief Make the first fragment the last one; the others move up. What they hold stays where it is. Time:
+  /// O(number of fragments).
   /// \throw ORVELBaseDataException (eBufferNotInitialized) if the buffer is not initialised
   void rollUpFragments();
 
-  /// \brief Make the last fragment the first one: undo rollUpFragments().
+  /// \brief Make the last fragment the first one: undo rollUpFragments(), in the same time.
   /// \throw ORVELBaseDataException (eBufferNotInitialized) if the buffer is not initialised
   void rollDownFragments();
 

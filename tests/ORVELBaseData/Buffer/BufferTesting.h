@@ -8,11 +8,13 @@
 #include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELBaseData/ORVELBaseDataLog.h>
 #include <ORVELSerialization/BaseObjectWithSkeleton.h>
+#include <ORVELSerialization/ORVELSerializationException.h>
 #include <support/HandWrittenArchive.h>
 #include <support/RaisedFailure.h>
 
 #include "OwnedBlockTesting.h"
 
+#include <cstddef>
 #include <string>
 
 namespace orvel::test
@@ -48,6 +50,24 @@ Exception failureOfReading(BaseObjectWithSkeleton& object, const HandWritten& ar
   object.setSerializationMode(mode);
   return failureOf<Exception>(
       [&] { readStart<HandWritten>(archive.file(), [&](BaseIArchive& input) { object.read(input); }); });
+}
+
+/// \brief Check that a file is refused wherever it is cut.
+/// \param check called with a new object after each failure; begin makes the object ready
+template <class Object, class HandWritten, class Begin, class Check>
+void expectRefusedWhereverItIsCut(const std::string& file, Begin begin, Check check)
+{
+  const std::size_t end = file.find_last_not_of('\n') + 1; // the end of the last line may be missing
+  for (std::size_t length = 0; length < end; ++length)
+  {
+    SCOPED_TRACE(length);
+    Object object;
+    begin(object);
+    EXPECT_THROW(
+        readFile<HandWritten>(file.substr(0, length), [&](BaseIArchive& archive) { object.read(archive); }),
+        ORVELSerializationException);
+    check(object);
+  }
 }
 
 /// \brief Check all that comes of a failure: its text, the raising function, file and statement, one record

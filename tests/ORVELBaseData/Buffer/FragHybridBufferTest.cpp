@@ -1203,6 +1203,25 @@ TYPED_TEST(FragHybridBufferArchive, WithABlockOfAnotherSizeIsRefused)
   }
 }
 
+TYPED_TEST(FragHybridBufferArchive, IsRefusedWhereverItIsCut)
+{
+  Lines lines;
+  const auto begin = [&](FragHybridBuffer& buffer)
+  {
+    lines.lendTo(buffer);
+  };
+  const auto check = [](const FragHybridBuffer& buffer)
+  {
+    EXPECT_EQ(buffer.getSize(), 6U);
+    if (buffer.isBufferOwn()) // the structure had come
+      expectPlainOrder(buffer);
+    else
+      EXPECT_EQ(textOf(buffer), "ab|cd|ef");
+  };
+  expectRefusedWhereverItIsCut<FragHybridBuffer, TypeParam>(this->full().file(), begin, check);
+  EXPECT_EQ(lines.text(), "abxxcdxxefxx");
+}
+
 TYPED_TEST(FragHybridBufferArchive, ThatEndsWithinTheStructureChangesNothing)
 {
   TypeParam archive = this->versionOnly();

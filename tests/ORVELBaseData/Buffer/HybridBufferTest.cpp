@@ -988,6 +988,23 @@ TYPED_TEST(HybridBufferArchive, WithABlockOfAnotherSizeIsRefused)
   }
 }
 
+TYPED_TEST(HybridBufferArchive, IsRefusedWhereverItIsCutAndLeavesAViewInItsPlace)
+{
+  ipInt16 memory[3] = {};
+  const auto begin = [&](HybridBuffer& buffer)
+  {
+    buffer.init(3, memory);
+  };
+  const auto check = [&](const HybridBuffer& buffer)
+  {
+    EXPECT_FALSE(buffer.isBufferOwn());
+    EXPECT_EQ(buffer.getDataPtr(), memory);
+    EXPECT_EQ(buffer.getSize(), 3U);
+    EXPECT_EQ(buffer.getDataType(), eDataType::eDT_Int16);
+  };
+  expectRefusedWhereverItIsCut<HybridBuffer, TypeParam>(this->full(this->_bytes).file(), begin, check);
+}
+
 TYPED_TEST(HybridBufferArchive, ThatEndsWithinTheStructureChangesNothing)
 {
   TypeParam archive;

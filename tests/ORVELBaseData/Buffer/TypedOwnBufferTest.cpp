@@ -12,7 +12,7 @@
 #include <support/RaisedFailure.h>
 #include <support/Sanitizers.h>
 
-#include "OwnedBlockTesting.h"
+#include "BufferTesting.h"
 
 #include <cstddef>
 #include <memory>
@@ -354,6 +354,26 @@ TYPED_TEST(TypedOwnBufferArchive, IsReadInVersion0)
   readFile<TypeParam>(this->fileOfSixBytes(0, 0),
                       [&](BaseIArchive& archive) { EXPECT_TRUE(buffer.read(archive)); });
   EXPECT_EQ(contentsOf(buffer), "abcdef");
+}
+
+TYPED_TEST(TypedOwnBufferArchive, IsRefusedWhereverItIsCut)
+{
+  const auto begin = [](TypedOwnBuffer& buffer)
+  {
+    buffer.init(1, eDataType::eDT_Real64);
+    setContents(buffer, "12345678");
+  };
+  const auto check = [](const TypedOwnBuffer& buffer)
+  {
+    const bool isAsBefore = buffer.getSize() == 1;
+    EXPECT_EQ(buffer.getSize(), isAsBefore ? 1U : 3U);
+    EXPECT_EQ(buffer.getDataType(), isAsBefore ? eDataType::eDT_Real64 : eDataType::eDT_UInt16);
+    if (isAsBefore)
+    {
+      EXPECT_EQ(contentsOf(buffer), "12345678");
+    }
+  };
+  expectRefusedWhereverItIsCut<TypedOwnBuffer, TypeParam>(this->fileOfSixBytes(), begin, check);
 }
 
 TYPED_TEST(TypedOwnBufferArchive, RefusesANewerVersionOfItsBase)
