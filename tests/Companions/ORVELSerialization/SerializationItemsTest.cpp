@@ -463,6 +463,22 @@ TEST(SerializationItems, EnterEachEntryAsItIsRead)
   EXPECT_EQ(set, (std::set<TestPoint>{TestPoint(1, 10)}));
 }
 
+TEST(SerializationItems, EmptySetsAndMapsAlsoIfNotEvenTheCountComes)
+{
+  for (const Kind kind : g_kinds)
+  {
+    std::map<int, int> map = {{50, 50}};
+    RecordingIArchive archive(kind);
+    EXPECT_THROW(archive >> SerializationIItem("K", map), std::logic_error);
+    EXPECT_TRUE(map.empty());
+
+    std::set<TestPoint> set = {TestPoint(50, 50)};
+    RecordingIArchive more(kind);
+    EXPECT_THROW(more >> SerializationIItem("K", set), std::logic_error);
+    EXPECT_TRUE(set.empty());
+  }
+}
+
 // Containers of containers
 
 TEST(SerializationItems, FileContainersWithinContainers)
