@@ -18,12 +18,10 @@ using PlanMap = std::map<PlanIndex, SerializationObjectPtr>;
 
 ipUInt64 extentOf(const PlanMap& plans, ipUInt64 (PlanIndex::*getIndex)() const)
 {
-  if (plans.empty())
-    return 0;
-  ipUInt64 largest = 0;
+  ipUInt64 extent = 0;
   for (const PlanMap::value_type& plan : plans)
-    largest = std::max(largest, (plan.first.*getIndex)());
-  return largest + 1;
+    extent = std::max(extent, (plan.first.*getIndex)() + 1); // the largest index wraps to 0
+  return extent;
 }
 
 // The prototype if it belongs to one of the plans: it must outlive their removal.

@@ -70,8 +70,8 @@ public:
   /// \brief Return the plans and their objects, in the order of PlanIndex.
   const std::map<PlanIndex, SerializationObjectPtr>& getBaseColl() const { return _planIndexedColl; }
 
-  /// \brief Return the smallest extent along z that covers every plan: the largest index and 1, in 64-bit
-  /// arithmetic that wraps around; 0 without plans. Time: linear in the number of plans.
+  /// \brief Return the smallest extent along z that covers every plan: the largest of index + 1; 0 without
+  /// plans. The index 2^64 - 1, which no extent covers, counts as 0. Time: linear in the number of plans.
   ipUInt64 getMaxSizeZ() const;
   ipUInt64 getMaxSizeC() const; ///< the same along c \see getMaxSizeZ
   ipUInt64 getMaxSizeT() const; ///< the same along t \see getMaxSizeZ

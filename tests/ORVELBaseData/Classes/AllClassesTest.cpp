@@ -122,51 +122,6 @@ std::set<std::string> namesOfTheLibrary()
 
 INSTANTIATE_TEST_SUITE_P(Factory, AllClasses, testing::ValuesIn(namesOfTheLibrary()), testNameOf);
 
-TEST(AllClassesAreKnown, ByTheirNames)
-{
-  const std::set<std::string> names = DynamicObjectFactory::getInstance().getRegisteredClassNames();
-  for (const char* name : {"orvel::BaseDataItemEnumLeaf",
-                           "orvel::BaseDataItemNodeColl",
-                           "orvel::DataIdentifier",
-                           "orvel::DataItemMap",
-                           "orvel::DoubleIdentifier",
-                           "orvel::ElementsRange",
-                           "orvel::ExternalBuffer",
-                           "orvel::FragHybridBuffer",
-                           "orvel::GeometricCalibration",
-                           "orvel::HybridBuffer",
-                           "orvel::KernelXY",
-                           "orvel::KernelXYZ",
-                           "orvel::OffsetXY",
-                           "orvel::OffsetXYZ",
-                           "orvel::PlanIndex",
-                           "orvel::SingleIdentifier",
-                           "orvel::StringIdentifier",
-                           "orvel::StructuringElementXY",
-                           "orvel::StructuringElementXYInfo",
-                           "orvel::StructuringElementXYZ",
-                           "orvel::StructuringElementXYZInfo",
-                           "orvel::TypedOwnBuffer"})
-    EXPECT_EQ(names.count(name), 1U) << name;
-  for (const char* type : {"ipBool", "ipInt8", "ipUInt8", "ipInt16", "ipUInt16", "ipInt32", "ipUInt32",
-                           "ipInt64", "ipUInt64", "ipReal32", "ipReal64"})
-  {
-    EXPECT_EQ(names.count(std::string("orvel::TOwnBuffer<orvel::") + type + ">"), 1U) << type;
-    EXPECT_EQ(names.count(std::string("orvel::DataItemLeaf<") + type + ">"), 1U) << type;
-    EXPECT_EQ(names.count(std::string("orvel::DataItemLeafColl<") + type + ">"), 1U) << type;
-  }
-  for (const char* type : {"std::string", "boost::filesystem::path"})
-  {
-    EXPECT_EQ(names.count(std::string("orvel::DataItemLeaf<") + type + ">"), 1U) << type;
-    EXPECT_EQ(names.count(std::string("orvel::DataItemLeafColl<") + type + ">"), 1U) << type;
-  }
-}
-
-TEST(AllClassesAreKnown, AndNoOthers)
-{
-  EXPECT_EQ(namesOfTheLibrary().size(), 59U);
-}
-
 // Creation
 
 TEST_P(AllClasses, AreCreatedByNameBothWays)

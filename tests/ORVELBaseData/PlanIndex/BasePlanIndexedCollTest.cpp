@@ -120,14 +120,14 @@ TEST(BasePlanIndexedColl, WrapsTheSizeOfTheLargestIndexToZero)
   EXPECT_FALSE(coll.isComplete(1, 1, 1));
 }
 
-TEST(BasePlanIndexedColl, WrapsTheSizeAlsoIfThereAreSmallerIndexes)
+TEST(BasePlanIndexedColl, CoversTheOtherIndexesBesideTheLargest)
 {
   PlanColl coll;
   coll.insert(PlanIndex(g_largest, g_largest, g_largest), makeElement());
   coll.insert(PlanIndex(4, 5, 6), makeElement());
-  EXPECT_EQ(coll.getMaxSizeZ(), 0U);
-  EXPECT_EQ(coll.getMaxSizeC(), 0U);
-  EXPECT_EQ(coll.getMaxSizeT(), 0U);
+  EXPECT_EQ(coll.getMaxSizeZ(), 5U);
+  EXPECT_EQ(coll.getMaxSizeC(), 6U);
+  EXPECT_EQ(coll.getMaxSizeT(), 7U);
 }
 
 TEST(BasePlanIndexedColl, HasTheLargestSizeOneBelowTheLargestIndex)
