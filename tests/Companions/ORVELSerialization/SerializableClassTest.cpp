@@ -97,7 +97,7 @@ TEST_F(SerializableClass, AssignsByTheVirtualCopyAlsoItself)
 
 TEST_F(SerializableClass, IsNotCopiedWhereItIsConstructedFromItself)
 {
-  alignas(TestBrittle) unsigned char memory[sizeof(TestBrittle)];
+  alignas(TestBrittle) unsigned char memory[sizeof(TestBrittle)] = {};
   auto* const itself = reinterpret_cast<TestBrittle*>(memory);
   EXPECT_NO_THROW(new (memory) TestBrittle(*itself)); // a copy of it would throw
   EXPECT_EQ(itself->getClassName(), "orvel::TestBrittle");

@@ -705,7 +705,7 @@ TEST(RaiseWithCause, ReportsAnAllocationThatFailed)
   const unsigned long size = 0x7FFFFFFFFFFFFF00UL;
 #endif
   const auto failure = failureOf<SampleException>(
-      [size]
+      []
       {
         if (size != 0)
           allocate(size);
