@@ -306,6 +306,33 @@ TYPED_TEST(HostileArchive, GetsNoMemoryByACount)
   }
 }
 
+TYPED_TEST(HostileArchive, CountsWhatIsLeftAndNotWhatWasRead)
+{
+  const std::string text(20000, 'x');
+  const bool isXml = std::is_same_v<TypeParam, XmlFormat>;
+  const std::string file =
+      isXml ? TypeParam::wrap("<item key=\"T\">" + text +
+                              "</item><section name=\"K\"><section name=\"vector\"><item key=\"size\">500"
+                              "</item></section></section>")
+            : TypeParam::wrap(cborHead(3, text.size()) + text + "\x9F\x9F" + cborHead(0, 500) + "\xFF\xFF");
+  for (const bool canSeek : {true, false})
+  {
+    std::istringstream seekable(file);
+    UnseekableBuffer buffer(file);
+    std::istream unseekable(&buffer);
+    typename TypeParam::IArchive archive(canSeek ? static_cast<std::istream&>(seekable) : unseekable);
+    std::string copy;
+    archive >> SerializationIItem("T", copy);
+    EXPECT_EQ(copy.size(), text.size());
+    std::vector<std::string> values;
+    const std::string message =
+        messageOf<ORVELSerializationException>([&] { archive >> SerializationIItem("K", values); });
+    EXPECT_NE(message.find(": the rest of the archive can't hold 500 elements"), std::string::npos)
+        << message;
+    EXPECT_TRUE(values.empty());
+  }
+}
+
 TEST(HostileBinaryArchive, GetsNoMemoryByALength)
 {
   for (const bool canSeek : {true, false})

@@ -235,6 +235,22 @@ TEST(XmlArchive, EscapesNames)
                        { EXPECT_EQ(archive.readInteger("a\"<&>'\t\n\xC3\xBC", 0, 9), 1); });
 }
 
+TEST(XmlArchive, ReadsAKeyThatIsSpeltLikeTheSectionAroundIt)
+{
+  const std::string file = fileBy<XmlFormat>(
+      [](BaseOArchive& archive)
+      {
+        const ArchiveSectionManager section(archive, "a<b");
+        archive << SerializationOItem("a<b", 1);
+      });
+  readWhole<XmlFormat>(file,
+                       [](BaseIArchive& archive)
+                       {
+                         const ArchiveSectionManager section(archive, "a<b");
+                         EXPECT_EQ(archive.readInteger("a<b", 0, 9), 1);
+                       });
+}
+
 TEST(XmlArchive, RefusesNamesThatXmlCanNotCarry)
 {
   for (const std::string name : {"a\rb", "\xFF", "\x01"})
