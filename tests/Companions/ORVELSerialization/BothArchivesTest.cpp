@@ -888,6 +888,30 @@ TYPED_TEST(BothArchives, ReportAStreamThatTakesNoMore)
   }
 }
 
+TYPED_TEST(BothArchives, FlushTheStreamWhenTheyAreClosed)
+{
+  struct Flushed : std::stringbuf
+  {
+    std::string flushed;
+    int answer = 0;
+    int sync() override
+    {
+      flushed = str();
+      return answer;
+    }
+  } buffer;
+  std::ostream stream(&buffer);
+  typename TypeParam::OArchive archive(stream);
+  archive.close();
+  EXPECT_EQ(buffer.flushed, TypeParam::wrap(""));
+
+  typename TypeParam::OArchive refused(stream);
+  buffer.answer = -1;
+  const std::string message = messageOf<ORVELSerializationException>([&] { refused.close(); });
+  EXPECT_NE(message.find(": write failed: the stream reports an error"), std::string::npos) << message;
+  EXPECT_FALSE(refused.isClosed());
+}
+
 TYPED_TEST(BothArchives, DoNotFinishAfterAPieceWasLost)
 {
   struct ThrowsOnce : std::stringbuf

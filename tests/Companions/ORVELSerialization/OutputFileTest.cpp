@@ -220,6 +220,20 @@ TYPED_TEST(OutputFile, StaysBehindASymbolicLink)
   EXPECT_EQ(this->_folder.countFiles(), 2U);
 }
 
+TYPED_TEST(OutputFile, StaysBehindALinkToALink)
+{
+  const boost::filesystem::path target = this->_folder / "target";
+  writeBytes(target, "old");
+  boost::filesystem::create_symlink(target, this->_folder / "first");
+  boost::filesystem::create_symlink("first", this->_folder / "second");
+  typename TypeParam::OArchive archive(this->_folder / "second");
+  archive.close();
+  EXPECT_TRUE(boost::filesystem::is_symlink(this->_folder / "first"));
+  EXPECT_TRUE(boost::filesystem::is_symlink(this->_folder / "second"));
+  EXPECT_EQ(readBytes(target), TypeParam::wrap(""));
+  EXPECT_EQ(this->_folder.countFiles(), 3U);
+}
+
 TYPED_TEST(OutputFile, IsMadeBehindALinkThatLeadsNowhereYet)
 {
   const boost::filesystem::path link = this->_folder / "link";
