@@ -51,6 +51,7 @@ if(ORVEL_SANITIZE)
   target_link_options(orvel_options INTERFACE -fsanitize=${ORVEL_SANITIZE})
 endif()
 if(ORVEL_COVERAGE)
-  target_compile_options(orvel_options INTERFACE --coverage)
+  # Several threads count; without atomic counters some counts come out negative.
+  target_compile_options(orvel_options INTERFACE --coverage -fprofile-update=atomic)
   target_link_options(orvel_options INTERFACE --coverage)
 endif()

@@ -195,6 +195,14 @@ private:                                                                        
   ORVEL_DEFINE_VERSION_MUTEX                                                                                 \
   ORVEL_DEFINE_VERSION_OF(, Class, classVersion)
 
+/// Defines getClassName of a class or, with `template <class T>` ahead, of a template.
+#define ORVEL_DEFINE_CLASS_NAME_OF(Template, Class)                                                          \
+  Template const std::string& Class::getClassName() const                                                    \
+  {                                                                                                          \
+    static const std::string& g_className = getTypeName(); /* spares the lock of every other call */         \
+    return g_className;                                                                                      \
+  }
+
 /// Defines write and read of one level of a hierarchy, of a class or, with `template <class T>` ahead, of a
 /// template. Base is the class whose operations come first; the last two arguments are what the level does
 /// with its own members.
@@ -204,8 +212,7 @@ private:                                                                        
     const ::orvel::BoolResult baseResult = Base::write(archive);                                             \
     if (!baseResult)                                                                                         \
       return ::orvel::BoolResult(false, baseResult.getMessage());                                            \
-    static const std::string& g_className = getTypeName();                                                   \
-    ::orvel::details::writeClassVersion(archive, g_className, &Class::getVersion);                           \
+    ::orvel::details::writeClassVersion(archive, Class::getClassName(), &Class::getVersion);                 \
     writeOwn;                                                                                                \
     return ::orvel::BoolResult(true);                                                                        \
   }                                                                                                          \
@@ -214,20 +221,15 @@ private:                                                                        
     const ::orvel::BoolResult baseResult = Base::read(archive);                                              \
     if (!baseResult)                                                                                         \
       return ::orvel::BoolResult(false, baseResult.getMessage());                                            \
-    static const std::string& g_className = getTypeName();                                                   \
     [[maybe_unused]] const ::orvel::ipUInt32 version =                                                       \
-        ::orvel::details::readClassVersion(archive, g_className, &Class::getVersion, ORVEL_HERE);            \
+        ::orvel::details::readClassVersion(archive, Class::getClassName(), &Class::getVersion, ORVEL_HERE);  \
     readOwn;                                                                                                 \
     return ::orvel::BoolResult(true);                                                                        \
   }
 
 /// Defines copy, write and read of one level of a hierarchy. \see ORVEL_DEFINE_ARCHIVING_OF
 #define ORVEL_DEFINE_LEVEL_OF(Template, Class, Base, copyOwn, writeOwn, readOwn)                             \
-  Template const std::string& Class::getClassName() const                                                    \
-  {                                                                                                          \
-    static const std::string& g_className = getTypeName(); /* spares the lock of every other call */         \
-    return g_className;                                                                                      \
-  }                                                                                                          \
+  ORVEL_DEFINE_CLASS_NAME_OF(Template, Class)                                                                \
   Template void Class::copy(const ::orvel::BaseDynamicObject& other)                                         \
   {                                                                                                          \
     Base::copy(other);                                                                                       \
@@ -254,10 +256,7 @@ private:                                                                        
 /// Defines what ORVEL_DECLARE_WITHOUT_COPY declares.
 #define ORVEL_DEFINE_WITHOUT_COPY(Class)                                                                     \
   ORVEL_DEFINE_TYPE_NAME(Class)                                                                              \
-  const std::string& Class::getClassName() const                                                             \
-  {                                                                                                          \
-    return getTypeName();                                                                                    \
-  }                                                                                                          \
+  ORVEL_DEFINE_CLASS_NAME_OF(, Class)                                                                        \
   bool Class::hasCopySupport() const                                                                         \
   {                                                                                                          \
     return false;                                                                                            \

@@ -4,16 +4,12 @@ namespace orvel
 {
 
 ORVEL_DEFINE_TYPE_NAME(PlanColl)
+ORVEL_DEFINE_CLASS_NAME_OF(, PlanColl)
 ORVEL_DEFINE_VERSION(PlanColl, 1)
 ORVEL_DEFINE_ARCHIVING_OF(, PlanColl, BasePlanIndexedColl, , )
 ORVEL_DEFINE_CREATION(PlanColl, BasePlanIndexedColl)
 
 PlanColl::PlanColl() = default;
-
-const std::string& PlanColl::getClassName() const
-{
-  return getTypeName();
-}
 
 // The direct base refuses to be copied: the plans are copied here, and its own base is asked instead.
 void PlanColl::copy(const BaseDynamicObject& other)

@@ -4,16 +4,12 @@ namespace orvel
 {
 
 ORVEL_DEFINE_TYPE_NAME(PreviewColl)
+ORVEL_DEFINE_CLASS_NAME_OF(, PreviewColl)
 ORVEL_DEFINE_VERSION(PreviewColl, 1)
 ORVEL_DEFINE_ARCHIVING_OF(, PreviewColl, BasePtrColl, , )
 ORVEL_DEFINE_CREATION(PreviewColl, BasePtrColl)
 
 PreviewColl::PreviewColl() = default;
-
-const std::string& PreviewColl::getClassName() const
-{
-  return getTypeName();
-}
 
 // The direct base refuses to be copied: the previews are copied here, and its own base is asked instead.
 void PreviewColl::copy(const BaseDynamicObject& other)
