@@ -4,14 +4,10 @@ namespace orvel
 {
 
 ORVEL_DEFINE_TYPE_NAME(ExternalBuffer)
+ORVEL_DEFINE_CLASS_NAME_OF(, ExternalBuffer)
 ORVEL_DEFINE_CREATION(ExternalBuffer, BaseBlockBuffer)
 
 ExternalBuffer::ExternalBuffer() = default;
-
-const std::string& ExternalBuffer::getClassName() const
-{
-  return getTypeName();
-}
 
 void ExternalBuffer::copy(const BaseDynamicObject& other)
 {

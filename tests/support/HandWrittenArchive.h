@@ -99,7 +99,7 @@ private:
   /// Three bytes after the other as four characters, padded with '=' (RFC 4648, 4).
   static std::string base64Of(const std::string& bytes)
   {
-    static const std::string digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    static const std::string g_digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     std::string text;
     for (std::size_t i = 0; i < bytes.size(); i += 3)
     {
@@ -108,7 +108,7 @@ private:
         group = group << 8 | (j < bytes.size() ? static_cast<unsigned char>(bytes[j]) : 0U);
       const std::size_t nbDigits = bytes.size() - i < 3 ? bytes.size() - i + 1 : 4;
       for (std::size_t j = 0; j < 4; ++j)
-        text += j < nbDigits ? digits[group >> (18 - 6 * j) & 63U] : '=';
+        text += j < nbDigits ? g_digits[group >> (18 - 6 * j) & 63U] : '=';
     }
     return text;
   }

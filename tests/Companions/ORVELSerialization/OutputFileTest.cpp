@@ -77,32 +77,32 @@ SystemCalls* SystemCalls::g_present = nullptr;
 // The program's own, ahead of those of the C library.
 extern "C" __attribute__((visibility("default"))) int fsync(int descriptor)
 {
-  static const auto function = reinterpret_cast<int (*)(int)>(dlsym(RTLD_NEXT, "fsync"));
+  static const auto g_function = reinterpret_cast<int (*)(int)>(dlsym(RTLD_NEXT, "fsync"));
   struct stat status = {};
   const bool isFolder = ::fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode);
-  return SystemCalls::note(isFolder ? "fsync the folder" : "fsync the file") ? function(descriptor) : -1;
+  return SystemCalls::note(isFolder ? "fsync the folder" : "fsync the file") ? g_function(descriptor) : -1;
 }
 
 extern "C" __attribute__((visibility("default"))) ssize_t write(int descriptor, const void* data,
                                                                 std::size_t size)
 {
-  static const auto function =
+  static const auto g_function =
       reinterpret_cast<ssize_t (*)(int, const void*, std::size_t)>(dlsym(RTLD_NEXT, "write"));
-  return SystemCalls::note("write") ? function(descriptor, data, SystemCalls::cut(size)) : -1;
+  return SystemCalls::note("write") ? g_function(descriptor, data, SystemCalls::cut(size)) : -1;
 }
 
 extern "C" __attribute__((visibility("default"))) ssize_t read(int descriptor, void* data, std::size_t size)
 {
-  static const auto function =
+  static const auto g_function =
       reinterpret_cast<ssize_t (*)(int, void*, std::size_t)>(dlsym(RTLD_NEXT, "read"));
-  return SystemCalls::note("read") ? function(descriptor, data, SystemCalls::cut(size)) : -1;
+  return SystemCalls::note("read") ? g_function(descriptor, data, SystemCalls::cut(size)) : -1;
 }
 
 extern "C" __attribute__((visibility("default"))) int rename(const char* from, const char* to) noexcept
 {
-  static const auto function =
+  static const auto g_function =
       reinterpret_cast<int (*)(const char*, const char*)>(dlsym(RTLD_NEXT, "rename"));
-  return SystemCalls::note("rename") ? function(from, to) : -1;
+  return SystemCalls::note("rename") ? g_function(from, to) : -1;
 }
 
 namespace

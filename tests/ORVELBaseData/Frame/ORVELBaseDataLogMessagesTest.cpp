@@ -9,7 +9,6 @@
 
 #include <ORVELBaseData/Pattern/Kernel/KernelLogMessages.h>
 #include <ORVELSerialization/ORVELSerializationLogMessages.h>
-#include <ORVELUtil/LogMessageFormater.h>
 #include <ORVELUtil/LogMessageManager.h>
 #include <ORVELUtil/ORVELUtilLogMessages.h>
 
@@ -20,7 +19,6 @@ namespace
 
 using M = orvel::eORVELBaseDataMessage;
 using orvel::ipUInt64;
-using orvel::LogMessageFormater;
 using orvel::LogMessageManager;
 using orvel::ORVELBaseDataException;
 using orvel::test::failureOf;

@@ -252,7 +252,7 @@ template <class T>
 std::string bytesOf(const DataItemLeaf<T>& leaf)
 {
   std::string bytes(sizeof(T), '\0');
-  std::memcpy(&bytes[0], &leaf.getValue(), sizeof(T));
+  std::memcpy(bytes.data(), &leaf.getValue(), sizeof(T));
   return bytes;
 }
 

@@ -118,7 +118,7 @@ void putColl(HandWritten& archive, const std::vector<T>& values)
   {
     std::string bytes(values.size() * sizeof(T), '\0');
     if (!values.empty())
-      std::memcpy(&bytes[0], values.data(), bytes.size());
+      std::memcpy(bytes.data(), values.data(), bytes.size());
     archive.block(bytes);
   }
   else

@@ -208,6 +208,7 @@ ExpectedKernelXYZ expectedInterpolatedLine(const DirectionXYZ& d, const Real32Ve
 int roundedByHand(float coordinate)
 {
   const double exact = static_cast<double>(coordinate);
+  // Written out, as the library calls a rounding function. NOLINTNEXTLINE(bugprone-incorrect-roundings)
   return exact > 0 ? static_cast<int>(exact + 0.5) : static_cast<int>(exact - 0.5);
 }
 

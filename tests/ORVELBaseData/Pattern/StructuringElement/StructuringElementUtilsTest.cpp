@@ -419,8 +419,9 @@ TEST(DiscsAndBalls, GrowWithTheirRadius)
 {
   StructuringElementXYPtr disc = circularSEXY(0);
   StructuringElementXYZPtr ball = sphericalSEXYZ(0);
-  for (double radius = 0.25; radius <= 7; radius += 0.25)
+  for (int quarters = 1; quarters <= 28; ++quarters)
   {
+    const double radius = quarters / 4.0;
     const StructuringElementXYPtr largerDisc = circularSEXY(radius);
     const StructuringElementXYZPtr largerBall = sphericalSEXYZ(radius);
     const auto& discOffsets = largerDisc->getDataColl();
@@ -550,12 +551,12 @@ TEST(Segments, AreTheOriginForAnAngleThatIsNoFiniteNumber)
     {
       expectOriginAlone(halfLinearSEXY(angle, radius));
       expectOriginAlone(linearSEXY(angle, radius));
-      for (const double other : {0.0, 0.5, g_nan})
+      for (const double second : {0.0, 0.5, g_nan})
       {
-        expectOriginAlone(halfLinearSEXYZ(angle, other, radius));
-        expectOriginAlone(halfLinearSEXYZ(other, angle, radius));
-        expectOriginAlone(linearSEXYZ(angle, other, radius));
-        expectOriginAlone(linearSEXYZ(other, angle, radius));
+        expectOriginAlone(halfLinearSEXYZ(angle, second, radius));
+        expectOriginAlone(halfLinearSEXYZ(second, angle, radius));
+        expectOriginAlone(linearSEXYZ(angle, second, radius));
+        expectOriginAlone(linearSEXYZ(second, angle, radius));
       }
     }
 }
