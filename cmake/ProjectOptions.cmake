@@ -51,7 +51,6 @@ if(ORVEL_SANITIZE)
   target_link_options(orvel_options INTERFACE -fsanitize=${ORVEL_SANITIZE})
 endif()
 if(ORVEL_COVERAGE)
-  # Several threads count; without atomic counters some counts come out negative.
-  target_compile_options(orvel_options INTERFACE --coverage -fprofile-update=atomic)
+  target_compile_options(orvel_options INTERFACE --coverage)
   target_link_options(orvel_options INTERFACE --coverage)
 endif()
