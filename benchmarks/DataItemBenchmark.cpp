@@ -383,7 +383,7 @@ namespace boost::serialization
 template <class Archive>
 void save(Archive& archive, const boost::filesystem::path& path, unsigned)
 {
-  const std::string text = path.string();
+  const std::string& text = path.string();
   archive << make_nvp("text", text);
 }
 

@@ -37,7 +37,7 @@ std::string BenchmarkBorderLeaf::getEnumNameStr() const
 
 bool BenchmarkBorderLeaf::fromString(const std::string& text, ipUInt32& value) const
 {
-  const auto found = std::find(std::begin(g_borders), std::end(g_borders), text);
+  const auto* const found = std::find(std::begin(g_borders), std::end(g_borders), text);
   if (found == std::end(g_borders))
     return false;
   value = static_cast<ipUInt32>(found - g_borders);

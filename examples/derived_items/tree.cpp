@@ -51,7 +51,7 @@ public:
     : _handle(dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL))
   {
     if (_handle == nullptr)
-      throw std::runtime_error(dlerror()); // NOLINT(concurrency-mt-unsafe): there is one thread
+      throw std::runtime_error(dlerror());
   }
   ~Library() { dlclose(_handle); }
   Library(const Library&) = delete;

@@ -171,7 +171,7 @@ struct Frame
 std::string format(const char* pattern, double value)
 {
   char text[64];
-  std::snprintf(text, sizeof text, pattern, value);
+  static_cast<void>(std::snprintf(text, sizeof text, pattern, value));
   return text;
 }
 
@@ -223,8 +223,9 @@ std::string colourOf(double value, double largest)
   const double part = largest == 0 ? 0 : std::clamp(value / largest, -1.0, 1.0);
   const int faded = static_cast<int>(std::lround(255 * (1 - std::abs(part))));
   char text[16];
-  std::snprintf(text, sizeof text, "#%02x%02x%02x", static_cast<unsigned>(part < 0 ? faded : 255),
-                static_cast<unsigned>(faded), static_cast<unsigned>(part < 0 ? 255 : faded));
+  static_cast<void>(std::snprintf(text, sizeof text, "#%02x%02x%02x",
+                                  static_cast<unsigned>(part < 0 ? faded : 255), static_cast<unsigned>(faded),
+                                  static_cast<unsigned>(part < 0 ? 255 : faded)));
   return text;
 }
 

@@ -40,7 +40,7 @@ PlanPtr PreviewColl::getPreview(std::size_t channel) const
 
 void PreviewColl::push_back(const PlanPtr& preview)
 {
-  _coll.push_back(preview);
+  _coll.emplace_back(preview);
 }
 
 } // namespace orvel

@@ -5,7 +5,7 @@
 #include <limits>
 #include <utility>
 
-#include <math.h>
+#include <math.h> // NOLINT(modernize-deprecated-headers): for sincos
 
 #include <boost/make_shared.hpp>
 
@@ -21,7 +21,7 @@ namespace
 {
 
 template <class Element, class Offsets>
-boost::shared_ptr<Element> makeElement(Offsets&& offsets)
+boost::shared_ptr<Element> makeElement(Offsets offsets)
 {
   auto element = boost::make_shared<Element>();
   details::StructuringElementOperations<Element>::setOffsets(*element, std::move(offsets));
@@ -106,7 +106,7 @@ using Vector = std::array<ipReal64, NB_AXES>;
 Vector<2> stepTowards(ipReal64 theta)
 {
   Vector<2> step;
-  sincos(theta, &step[1], &step[0]);
+  sincos(theta, &step[1], step.data());
   return step;
 }
 

@@ -461,7 +461,7 @@ TEST(BinaryArchive, RefusesAnEndMarkThatIsNone)
 
 TEST(BinaryArchive, TellsWhereItIsCutShort)
 {
-  const std::string file = BinaryFormat::wrap("\x19\x01\x00");
+  const std::string file = BinaryFormat::wrap(std::string("\x19\x01\x00", 3));
   EXPECT_EQ(messageOf<ORVELSerializationException>(
                 [&]
                 {

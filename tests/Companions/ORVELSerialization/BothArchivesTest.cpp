@@ -168,7 +168,7 @@ TYPED_TEST(BothArchives, KeepContainers)
   expectKept<F>(std::vector<double>{0.1, -1e300});
   expectKept<F>(std::vector<bool>{true, false, true});
   expectKept<F>(std::vector<bool>{});
-  expectKept<F>(std::vector<std::vector<std::string>>{{"a", ""}, {}, {"\0"}});
+  expectKept<F>(std::vector<std::vector<std::string>>{{"a", ""}, {}, {std::string(1, '\0')}});
   expectKept<F>(std::set<TestPoint>{TestPoint(1, 2), TestPoint(3, 4)});
   expectKept<F>(std::map<std::string, std::vector<float>>{{"", {}}, {"a", {1.5F}}});
   expectKept<F>(std::map<TestPoint, bool>{{TestPoint(1, 2), true}});
@@ -192,7 +192,7 @@ TYPED_TEST(BothArchives, KeepABlockOfAnySize)
     readWhole<TypeParam>(file,
                          [&](BaseIArchive& archive)
                          {
-                           archive.readBlock(&copy[0], copy.size());
+                           archive.readBlock(copy.data(), copy.size());
                            EXPECT_TRUE(archive.readBool("K"));
                          });
     EXPECT_TRUE(copy == bytes) << size;

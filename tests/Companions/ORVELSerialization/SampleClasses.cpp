@@ -299,8 +299,8 @@ void TestWithMode::readMembers(BaseIArchive& /*archive*/, ipUInt32 /*version*/)
 
 const std::string& TestNotSerializable::getClassName() const
 {
-  static const std::string name = "orvel::TestNotSerializable";
-  return name;
+  static const std::string g_name = "orvel::TestNotSerializable";
+  return g_name;
 }
 
 namespace

@@ -41,8 +41,8 @@ class PaintedStack
 {
 public:
   PaintedStack()
+    : _pageSize(static_cast<std::size_t>(sysconf(_SC_PAGESIZE)))
   {
-    _pageSize = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
     void* const memory = mmap(nullptr, _pageSize + g_stackSize, PROT_READ | PROT_WRITE,
                               MAP_PRIVATE | MAP_ANONYMOUS | MAP_STACK, -1, 0);
     if (memory == MAP_FAILED)

@@ -21,7 +21,7 @@ struct Explained : BaseToolTip
   explicit Explained(bool& isAlive)
     : _isAlive(isAlive)
   {
-    _isAlive = true;
+    _isAlive = true; // NOLINT(cppcoreguidelines-prefer-member-initializer): the caller's
   }
   ~Explained() override { _isAlive = false; }
   const std::string& getToolTip() const override { return _line; }
