@@ -305,13 +305,6 @@ void XmlDocument::readAttributes(XmlElement element)
   }
 }
 
-const XmlAttributes& XmlDocument::take(XmlElement element, const std::string* key)
-{
-  enter(element, key);
-  leave();
-  return _attributes;
-}
-
 /// The text of an element that also holds comments or CDATA sections.
 ///
 /// The parser drops a text that is nothing but blanks beside those. It still stands in memory: where a kept

@@ -89,11 +89,8 @@ public:
   /// Parses, and enters the root. \throw XmlFailure
   const XmlAttributes& open();
 
-  // The next three take an element that must be of the kind and, unless that is null, have the key that are
+  // The next two take an element that must be of the kind and, unless that is null, have the key that are
   // asked for; the attributes stay valid until the next element is asked for.
-
-  /// Takes an element without content. \throw XmlFailure
-  const XmlAttributes& take(XmlElement element, const std::string* key);
 
   /// Takes an element with a text in it. \throw XmlFailure
   /// \param text stays valid until the next one is asked for

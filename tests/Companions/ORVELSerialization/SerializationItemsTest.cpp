@@ -527,6 +527,22 @@ TEST(SerializationItems, FileASharedObjectUnderTheNameOfItsType)
   }
 }
 
+struct LongNamed : TestPoint
+{
+  static const std::string& getTypeName()
+  {
+    static const std::string g_typeName = "orvel::" + std::string(500, 'a');
+    return g_typeName;
+  }
+};
+
+TEST(SerializationItems, FileASharedObjectUnderANameOfAnyLength)
+{
+  EXPECT_EQ(written(boost::shared_ptr<LongNamed>(), Kind::elementWise),
+            (Calls{"section K {", "section shared_ptr<orvel::" + std::string(500, 'a') + "> {",
+                   "pointer pObject null", "}", "}"}));
+}
+
 TEST(SerializationItems, ReadASharedObjectUnderTheNameOfNoType)
 {
   for (const Kind kind : g_kinds)
