@@ -64,21 +64,40 @@ void writeObjectColl(BaseOArchive& archive, const Owner& owner, const char* key,
   archive << SerializationOItem(key, coll);
 }
 
-/// \brief Let go of the objects without a skeleton, which would be taken for such as have one.
-/// \throw ORVELSerializationException if there are any; null pointers stand in their places
+/// \brief Let go of the objects without a skeleton, which would be taken for such as have one. Null pointers
+/// stand in their places.
+/// \return the class of the first of them; empty if there are none
 template <class Coll>
-void refusePlainObjects(BaseIArchive& archive, Coll& coll)
+std::string dropPlainObjects(Coll& coll)
 {
-  std::string refused;
+  std::string className;
   for (auto& element : coll)
   {
     SerializationObjectPtr& object = objectOf(element);
     if (!object || dynamic_cast<const BaseObjectWithSkeleton*>(object.get()) != nullptr)
       continue;
-    if (refused.empty())
-      refused = object->getClassName();
+    if (className.empty())
+      className = object->getClassName();
     object.reset();
   }
+  return className;
+}
+
+/// \brief Read a collection of objects with a skeleton from an archive that is not trusted.
+/// \throw ORVELSerializationException also if an object has no skeleton
+template <class Coll>
+void readUntrustedColl(BaseIArchive& archive, const char* key, Coll& coll)
+{
+  try
+  {
+    archive >> SerializationIItem(key, coll);
+  }
+  catch (...)
+  {
+    dropPlainObjects(coll); // what was read so far stays
+    throw;
+  }
+  const std::string refused = dropPlainObjects(coll);
   if (!refused.empty())
     archive.raiseWrongClass(refused, BaseObjectWithSkeleton::getTypeName());
 }
@@ -98,9 +117,10 @@ void readObjectColl(BaseIArchive& archive, const Owner& owner, const char* key, 
     }
     return;
   }
-  archive >> SerializationIItem(key, coll);
   if (hasSkeletonElements && archive.isUntrusted())
-    refusePlainObjects(archive, coll);
+    readUntrustedColl(archive, key, coll);
+  else
+    archive >> SerializationIItem(key, coll);
 }
 
 } // namespace orvel::details

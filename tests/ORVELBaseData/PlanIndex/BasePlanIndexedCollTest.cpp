@@ -1444,6 +1444,23 @@ TYPED_TEST(BasePlanIndexedCollArchive, WithObjectsThatHaveNoSkeletonIsRefusedWhe
   EXPECT_EQ(plain.getStorage(PlanIndex(0, 0, 0))->getClassName(), "orvel::ElementsRange");
 }
 
+TYPED_TEST(BasePlanIndexedCollArchive, HoldsNoObjectWithoutASkeletonWhereAnUntrustedReadFails)
+{
+  TypeParam archive = this->beginMap(3);
+  this->putKey(archive, true, PlanIndex(0, 0, 0));
+  this->putPlainObject(archive);
+  this->putKey(archive, false, PlanIndex(1, 0, 0));
+  this->putElement(archive, true, g_full, 11, 12);
+  this->putKey(archive, false, PlanIndex(2, 0, 0));
+  this->putUnknownObject(archive);
+  const std::string file = this->finishMap(archive);
+  PlanColl coll(true);
+  EXPECT_THROW(this->readUntrusted(coll, file), ORVELSerializationException);
+  EXPECT_EQ(coll.getNbPlans(), 2U);
+  EXPECT_EQ(coll.getStorage(PlanIndex(0, 0, 0)), nullptr);
+  EXPECT_EQ(elementOf(coll, PlanIndex(1, 0, 0)).data, 12);
+}
+
 TYPED_TEST(BasePlanIndexedCollArchive, CutAnywhereIsRefusedWithWholePlansOnly)
 {
   PlanColl written;
