@@ -66,6 +66,29 @@ void* operator new[](std::size_t size)
   ++g_nbArraysAllocated;
   return allocate(size);
 }
+// Left to the sanitizers, these would hand out memory that the operators below do not know.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+  try
+  {
+    return operator new(size);
+  }
+  catch (const std::bad_alloc&)
+  {
+    return nullptr;
+  }
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
+{
+  try
+  {
+    return operator new[](size);
+  }
+  catch (const std::bad_alloc&)
+  {
+    return nullptr;
+  }
+}
 void operator delete(void* memory) noexcept
 {
   release(memory);
