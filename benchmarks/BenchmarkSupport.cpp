@@ -91,7 +91,7 @@ ScratchFile::~ScratchFile()
 
 void ScratchFile::remove() const
 {
-  std::remove(_path.c_str());
+  static_cast<void>(std::remove(_path.c_str()));
 }
 
 void syncFile(const std::string& path)

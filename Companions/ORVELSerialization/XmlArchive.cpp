@@ -212,8 +212,8 @@ void XmlOArchive::putName(std::string_view name)
 void XmlOArchive::putEscapedName(std::string_view name)
 {
   const std::size_t mixed =
-      name.size() + 7U * static_cast<unsigned char>(name[name.size() / 2]) +
-      31U * static_cast<unsigned char>(name[name.size() - std::min<std::size_t>(name.size(), 3)]);
+      name.size() + std::size_t{7} * static_cast<unsigned char>(name[name.size() / 2]) +
+      std::size_t{31} * static_cast<unsigned char>(name[name.size() - std::min<std::size_t>(name.size(), 3)]);
   Impl::EscapedName& cached = _impl->escapedNames[mixed % _impl->escapedNames.size()];
   if (name != cached.name)
   {

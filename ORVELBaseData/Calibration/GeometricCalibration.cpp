@@ -181,7 +181,7 @@ GeometricCalibrationPtr createGeometricCalibration2d(ipReal32 xScale, ipReal32 y
                                                      const std::string& unitStr, ipReal32 xOrigin,
                                                      ipReal32 yOrigin, ipReal32 qr, ipReal32 qi, ipReal32 qj)
 {
-  const GeometricCalibrationPtr calibration = boost::make_shared<GeometricCalibration>();
+  GeometricCalibrationPtr calibration = boost::make_shared<GeometricCalibration>();
   calibration->init2d(xScale, yScale, unitStr, xOrigin, yOrigin, qr, qi, qj);
   return calibration;
 }
@@ -212,7 +212,7 @@ GeometricCalibrationPtr createGeometricCalibration3d(ipReal32 xScale, ipReal32 y
                                                      ipReal32 yOrigin, ipReal32 zOrigin, ipReal32 qr,
                                                      ipReal32 qi, ipReal32 qj, ipReal32 qk)
 {
-  const GeometricCalibrationPtr calibration = boost::make_shared<GeometricCalibration>();
+  GeometricCalibrationPtr calibration = boost::make_shared<GeometricCalibration>();
   calibration->init3d(xScale, yScale, zScale, unitStr, xOrigin, yOrigin, zOrigin, qr, qi, qj, qk);
   return calibration;
 }

@@ -61,14 +61,14 @@ int callAndRecord(MutexFunction function, pthread_mutex_t* mutex, bool isLocked)
 // The program's own, ahead of those of the C library.
 extern "C" __attribute__((visibility("default"))) int pthread_mutex_lock(pthread_mutex_t* mutex) noexcept
 {
-  static const auto function = reinterpret_cast<MutexFunction>(dlsym(RTLD_NEXT, "pthread_mutex_lock"));
-  return callAndRecord(function, mutex, true);
+  static const auto g_function = reinterpret_cast<MutexFunction>(dlsym(RTLD_NEXT, "pthread_mutex_lock"));
+  return callAndRecord(g_function, mutex, true);
 }
 
 extern "C" __attribute__((visibility("default"))) int pthread_mutex_unlock(pthread_mutex_t* mutex) noexcept
 {
-  static const auto function = reinterpret_cast<MutexFunction>(dlsym(RTLD_NEXT, "pthread_mutex_unlock"));
-  return callAndRecord(function, mutex, false);
+  static const auto g_function = reinterpret_cast<MutexFunction>(dlsym(RTLD_NEXT, "pthread_mutex_unlock"));
+  return callAndRecord(g_function, mutex, false);
 }
 
 #endif

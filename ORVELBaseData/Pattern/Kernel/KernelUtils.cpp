@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-#include <math.h>
+#include <math.h> // NOLINT(modernize-deprecated-headers): for sincosf
 
 #include <boost/make_shared.hpp>
 
@@ -297,6 +297,7 @@ KernelXYZPtr linearInterpolatedKernelXYZ(ipReal32 polarAngle, ipReal32 azimuthAn
   return kernel;
 }
 
+// The pointer by value is the interface. NOLINTNEXTLINE(performance-unnecessary-value-param)
 KernelXYPtr rotate2dKernel(ipReal32 angle, boost::shared_ptr<const KernelXY> pKernel)
 {
   const SinCos turn = sinCosOf(angle);

@@ -152,10 +152,10 @@ TEST(NamedEnumeration, IsCopiedAndAssigned)
 
 TEST(FindEnumerationText, GivesNullFromTheSizeOn)
 {
-  static const char* const texts[] = {"a", "b"};
-  EXPECT_STREQ(orvel::findEnumerationText(texts, 1), "b");
-  EXPECT_EQ(orvel::findEnumerationText(texts, 2), nullptr);
-  EXPECT_EQ(orvel::findEnumerationText(texts, 0xFFFFFFFF), nullptr);
+  static const char* const g_texts[] = {"a", "b"};
+  EXPECT_STREQ(orvel::findEnumerationText(g_texts, 1), "b");
+  EXPECT_EQ(orvel::findEnumerationText(g_texts, 2), nullptr);
+  EXPECT_EQ(orvel::findEnumerationText(g_texts, 0xFFFFFFFF), nullptr);
 }
 
 } // namespace

@@ -137,13 +137,14 @@ TEST(PlanIndex, HasAllComparisonsInOneOrder)
 
 TEST(PlanIndex, ComparesToBool)
 {
-  const PlanIndex index(1, 2, 3);
-  static_assert(std::is_same_v<decltype(index == index), bool>);
-  static_assert(std::is_same_v<decltype(index != index), bool>);
-  static_assert(std::is_same_v<decltype(index < index), bool>);
-  static_assert(std::is_same_v<decltype(index <= index), bool>);
-  static_assert(std::is_same_v<decltype(index > index), bool>);
-  static_assert(std::is_same_v<decltype(index >= index), bool>);
+  const PlanIndex left(1, 2, 3);
+  const PlanIndex right(1, 2, 3);
+  static_assert(std::is_same_v<decltype(left == right), bool>);
+  static_assert(std::is_same_v<decltype(left != right), bool>);
+  static_assert(std::is_same_v<decltype(left < right), bool>);
+  static_assert(std::is_same_v<decltype(left <= right), bool>);
+  static_assert(std::is_same_v<decltype(left > right), bool>);
+  static_assert(std::is_same_v<decltype(left >= right), bool>);
 }
 
 struct NamedPlanIndex : PlanIndex
