@@ -3,6 +3,7 @@
 /// \file
 /// \brief What the fuzzers do with an archive, whichever its format is.
 
+#include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELBaseData/Pattern/OffsetXY.h>
 #include <ORVELBaseData/Range/ElementsRange.h>
 #include <ORVELSerialization/BaseIArchive.h>
@@ -101,7 +102,8 @@ inline void readByScript(BaseIArchive& archive, const std::uint8_t* script, std:
   archive.close();
 }
 
-/// \brief Run an operation; the one way in which it may fail is the archives' own exception.
+/// \brief Run an operation; it may fail by the archives' own exception, or by that of the library whose object
+/// refuses what it reads, such as a buffer of no type.
 template <class Operation>
 void attempt(Operation operation)
 {
@@ -110,6 +112,9 @@ void attempt(Operation operation)
     operation();
   }
   catch (const ORVELSerializationException&)
+  {
+  }
+  catch (const ORVELBaseDataException&)
   {
   }
 }
