@@ -1,4 +1,4 @@
-#include <ORVELBaseData/ORVELBaseDataException.h>
+#include "ORVELBaseData/ORVELBaseDataException.h"
 
 namespace orvel
 {

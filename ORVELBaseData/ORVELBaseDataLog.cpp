@@ -1,4 +1,4 @@
-#include <ORVELBaseData/ORVELBaseDataLog.h>
+#include "ORVELBaseData/ORVELBaseDataLog.h"
 
 #include <ORVELUtil/LateLogger.h>
 #include <ORVELUtil/LogMessageManager.h>

@@ -3,9 +3,9 @@
 /// \file
 /// \brief Logger and message table of ORVELBaseData.
 
-#include <ORVELBaseData/ORVELBaseDataExport.h>
-
 #include <string>
+
+#include <ORVELBaseData/ORVELBaseDataExport.h>
 
 namespace log4cplus
 {

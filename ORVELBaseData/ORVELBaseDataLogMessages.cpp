@@ -1,4 +1,4 @@
-#include <ORVELBaseData/ORVELBaseDataLogMessages.h>
+#include "ORVELBaseData/ORVELBaseDataLogMessages.h"
 
 namespace orvel
 {

@@ -3,8 +3,6 @@
 // The peers file plain structs that hold the same data. Each side reads what it wrote itself; the result is
 // compared with the sample outside the timed region.
 
-#include "BenchmarkSupport.h"
-
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -24,6 +22,8 @@
 #include <boost/filesystem/path.hpp>
 #include <boost/make_shared.hpp>
 #include <boost/shared_ptr.hpp>
+
+#include "BenchmarkSupport.h"
 
 #ifdef ORVEL_BENCHMARK_BOOST
 #include <boost/archive/binary_iarchive.hpp>

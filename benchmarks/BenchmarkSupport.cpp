@@ -1,14 +1,13 @@
 #include "BenchmarkSupport.h"
 
-#include <fcntl.h>
-#include <sys/statvfs.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <atomic>
 #include <cstdint>
 #include <cstdio>
+#include <fcntl.h>
 #include <stdexcept>
+#include <sys/statvfs.h>
+#include <unistd.h>
 
 namespace orvel::benchmarks
 {

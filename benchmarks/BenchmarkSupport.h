@@ -3,12 +3,12 @@
 /// \file
 /// \brief What the benchmarks share: where files go, how they reach the disk, how a case is entered.
 
-#include <benchmark/benchmark.h>
-
 #include <cstddef>
 #include <functional>
 #include <string>
 #include <vector>
+
+#include <benchmark/benchmark.h>
 
 namespace orvel::benchmarks
 {

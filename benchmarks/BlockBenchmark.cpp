@@ -4,8 +4,6 @@
 // "disk_sync" write through the archive's own file with its fsync, the peers with an fsync as well; the group
 // "disk" writes without on all sides, the archive through a stream.
 
-#include "BenchmarkSupport.h"
-
 #include <cstdint>
 #include <cstring>
 #include <fstream>
@@ -13,6 +11,8 @@
 #include <random>
 
 #include <boost/filesystem/path.hpp>
+
+#include "BenchmarkSupport.h"
 
 #ifdef ORVEL_BENCHMARK_BOOST
 #include <boost/archive/binary_iarchive.hpp>

@@ -3,9 +3,6 @@
 // All sides work on the same two new[] blocks. The functions of the library are
 // called with the element type told at run time; their peers are built with -O2.
 
-#include "BenchmarkSupport.h"
-#include "BufferPeers.h"
-
 #include <cstdint>
 #include <cstring>
 #include <map>
@@ -14,6 +11,8 @@
 
 #include <boost/filesystem/path.hpp>
 
+#include "BenchmarkSupport.h"
+#include "BufferPeers.h"
 #include <ORVELBaseData/Buffer/BufferUtils.h>
 #include <ORVELBaseData/Buffer/TypedOwnBuffer.h>
 #include <ORVELSerialization/BinaryArchive.h>

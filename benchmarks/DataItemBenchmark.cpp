@@ -5,9 +5,6 @@
 // pointers to their base, registered under their names, a version per class. Their base holds nothing, so it
 // is not filed. Each side reads what it wrote itself; the result is compared outside the timed region.
 
-#include "BenchmarkSupport.h"
-#include "ParameterTree.h"
-
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -21,6 +18,9 @@
 
 #include <boost/make_shared.hpp>
 #include <boost/shared_ptr.hpp>
+
+#include "BenchmarkSupport.h"
+#include "ParameterTree.h"
 
 #ifdef ORVEL_BENCHMARK_BOOST
 #include <boost/archive/binary_iarchive.hpp>

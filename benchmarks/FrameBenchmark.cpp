@@ -1,7 +1,5 @@
 // The frame's small costs: creation by class name, the class-name text, the version.
 
-#include "BenchmarkSupport.h"
-
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -10,6 +8,7 @@
 #include <boost/thread/lock_guard.hpp>
 #include <boost/thread/mutex.hpp>
 
+#include "BenchmarkSupport.h"
 #include <ORVELBaseData/Pattern/Kernel/KernelXY.h>
 #include <ORVELBaseData/Range/ElementsRange.h>
 #include <ORVELUtil/DynamicObjectFactory.h>

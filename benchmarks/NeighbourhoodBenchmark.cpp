@@ -3,8 +3,6 @@
 // Where they are installed, OpenCV and ITK make the same shapes. Theirs are masks, a byte or a truth value
 // for each place of the box, ours are sets of offsets: what takes longer to make is shorter to walk.
 
-#include "BenchmarkSupport.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -13,6 +11,8 @@
 #include <string>
 
 #include <boost/make_shared.hpp>
+
+#include "BenchmarkSupport.h"
 
 #ifdef ORVEL_BENCHMARK_ITK
 #include <itkFlatStructuringElement.h>

@@ -3,15 +3,6 @@
 /// \file
 /// \brief The tree of parameters that is measured, for the library and its peers alike.
 
-#include <ORVELBaseData/DataItem/Leaf/BaseDataItemEnumLeaf.h>
-#include <ORVELBaseData/DataItem/Leaf/DataItemLeaf.h>
-#include <ORVELBaseData/DataItem/LeafColl/DataItemLeafColl.h>
-#include <ORVELBaseData/DataItem/Map/DataItemMap.h>
-#include <ORVELBaseData/DataItem/NodeColl/BaseDataItemNodeColl.h>
-
-#include <boost/make_shared.hpp>
-#include <boost/shared_ptr.hpp>
-
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -20,6 +11,15 @@
 #include <type_traits>
 #include <utility>
 #include <vector>
+
+#include <boost/make_shared.hpp>
+#include <boost/shared_ptr.hpp>
+
+#include <ORVELBaseData/DataItem/Leaf/BaseDataItemEnumLeaf.h>
+#include <ORVELBaseData/DataItem/Leaf/DataItemLeaf.h>
+#include <ORVELBaseData/DataItem/LeafColl/DataItemLeafColl.h>
+#include <ORVELBaseData/DataItem/Map/DataItemMap.h>
+#include <ORVELBaseData/DataItem/NodeColl/BaseDataItemNodeColl.h>
 
 namespace orvel
 {

@@ -1,7 +1,5 @@
 // Collections of plans beside a plain map with a tuple as its key: making, finding, walking.
 
-#include "BenchmarkSupport.h"
-
 #include <algorithm>
 #include <map>
 #include <random>
@@ -10,6 +8,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include "BenchmarkSupport.h"
 #include <ORVELBaseData/PlanIndex/BasePlanIndexedColl.h>
 #include <ORVELBaseData/Range/ElementsRange.h>
 

@@ -4,11 +4,10 @@
 //
 // The environment variable ORVEL_BENCHMARK_DISK names the folder for files on a disk.
 
-#include "BenchmarkSupport.h"
-
 #include <cstdlib>
-
 #include <malloc.h>
+
+#include "BenchmarkSupport.h"
 
 int main(int argc, char** argv)
 {

@@ -3,14 +3,6 @@
 /// \file
 /// \brief What the fuzzers do with an archive, whichever its format is.
 
-#include <ORVELBaseData/ORVELBaseDataException.h>
-#include <ORVELBaseData/Pattern/OffsetXY.h>
-#include <ORVELBaseData/Range/ElementsRange.h>
-#include <ORVELSerialization/BaseIArchive.h>
-#include <ORVELSerialization/DataType.h>
-#include <ORVELSerialization/ORVELSerializationException.h>
-#include <ORVELSerialization/SerializationItems.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <iostream>
@@ -19,6 +11,14 @@
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include <ORVELBaseData/ORVELBaseDataException.h>
+#include <ORVELBaseData/Pattern/OffsetXY.h>
+#include <ORVELBaseData/Range/ElementsRange.h>
+#include <ORVELSerialization/BaseIArchive.h>
+#include <ORVELSerialization/DataType.h>
+#include <ORVELSerialization/ORVELSerializationException.h>
+#include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel::fuzz
 {

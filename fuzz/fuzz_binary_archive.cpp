@@ -1,7 +1,6 @@
 // Feeds the binary reader with anything.
 
 #include "ArchiveFuzzing.h"
-
 #include <ORVELSerialization/BinaryArchive.h>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)

@@ -1,7 +1,6 @@
 // Feeds the XML reader with anything.
 
 #include "ArchiveFuzzing.h"
-
 #include <ORVELSerialization/XmlArchive.h>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)

@@ -1,4 +1,4 @@
-#include <ORVELMath/NormalDistribution.h>
+#include "ORVELMath/NormalDistribution.h"
 
 #include <cmath>
 

@@ -1,4 +1,4 @@
-#include <ORVELMath/RelativeComparison.h>
+#include "ORVELMath/RelativeComparison.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include <ORVELSerialization/BaseArchive.h>
+#include "ORVELSerialization/BaseArchive.h"
 
 #include <stdexcept>
 #include <utility>

@@ -3,17 +3,17 @@
 /// \file
 /// \brief Common base of both archive directions, and the guard of its sections.
 
-#include <ORVELSerialization/ArchiveLimits.h>
-#include <ORVELSerialization/NameTable.h>
-#include <ORVELSerialization/ORVELSerializationExport.h>
-#include <ORVELUtil/ScalarTypes.h>
-
 #include <algorithm>
 #include <exception>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
+
+#include <ORVELSerialization/ArchiveLimits.h>
+#include <ORVELSerialization/NameTable.h>
+#include <ORVELSerialization/ORVELSerializationExport.h>
+#include <ORVELUtil/ScalarTypes.h>
 
 namespace orvel
 {

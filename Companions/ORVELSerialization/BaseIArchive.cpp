@@ -1,4 +1,4 @@
-#include <ORVELSerialization/BaseIArchive.h>
+#include "ORVELSerialization/BaseIArchive.h"
 
 #include <algorithm>
 #include <limits>

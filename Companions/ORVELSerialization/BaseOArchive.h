@@ -3,13 +3,13 @@
 /// \file
 /// \brief Archive that objects are written to.
 
+#include <string>
+#include <string_view>
+
 #include <ORVELSerialization/BaseArchive.h>
 #include <ORVELSerialization/ORVELSerializationExport.h>
 #include <ORVELSerialization/SerializationItem.h>
 #include <ORVELUtil/ScalarTypes.h>
-
-#include <string>
-#include <string_view>
 
 namespace orvel
 {

@@ -1,4 +1,4 @@
-#include <ORVELSerialization/BaseObjectWithSkeleton.h>
+#include "ORVELSerialization/BaseObjectWithSkeleton.h"
 
 #include <ORVELSerialization/SerializableClass.h>
 

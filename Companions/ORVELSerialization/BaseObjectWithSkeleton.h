@@ -3,11 +3,11 @@
 /// \file
 /// \brief Root of the objects whose structure and data can be archived apart.
 
+#include <string>
+
 #include <ORVELSerialization/BaseSerializationObject.h>
 #include <ORVELSerialization/ORVELSerializationExport.h>
 #include <ORVELSerialization/SklSrzMode.h>
-
-#include <string>
 
 namespace orvel
 {

@@ -1,4 +1,4 @@
-#include <ORVELSerialization/BaseSerializationObject.h>
+#include "ORVELSerialization/BaseSerializationObject.h"
 
 #include <ORVELSerialization/SerializableClass.h>
 

@@ -3,12 +3,12 @@
 /// \file
 /// \brief Root of every class that can be filed in an archive.
 
+#include <string>
+
 #include <ORVELSerialization/ORVELSerializationExport.h>
 #include <ORVELSerialization/SerializationItem.h>
 #include <ORVELUtil/BaseDynamicObject.h>
 #include <ORVELUtil/ProcessingResult.h>
-
-#include <string>
 
 namespace orvel
 {

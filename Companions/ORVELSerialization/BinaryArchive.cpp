@@ -1,4 +1,4 @@
-#include <ORVELSerialization/BinaryArchive.h>
+#include "ORVELSerialization/BinaryArchive.h"
 
 #include <cstring>
 #include <limits>

@@ -1,4 +1,4 @@
-#include <ORVELSerialization/DataType.h>
+#include "ORVELSerialization/DataType.h"
 
 namespace orvel
 {

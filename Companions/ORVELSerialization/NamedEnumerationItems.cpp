@@ -1,4 +1,4 @@
-#include <ORVELSerialization/NamedEnumerationItems.h>
+#include "ORVELSerialization/NamedEnumerationItems.h"
 
 #include <limits>
 #include <stdexcept>

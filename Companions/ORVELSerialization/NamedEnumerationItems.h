@@ -6,14 +6,14 @@
 /// An archive that files every element under its own key holds the text of the enumerator, any other
 /// archive its number. Neither texts nor numbers may change.
 
+#include <string>
+
 #include <ORVELSerialization/BaseIArchive.h>
 #include <ORVELSerialization/BaseOArchive.h>
 #include <ORVELSerialization/ORVELSerializationExport.h>
 #include <ORVELSerialization/SerializationItem.h>
 #include <ORVELUtil/Raise.h>
 #include <ORVELUtil/ScalarTypes.h>
-
-#include <string>
 
 namespace orvel::details
 {

@@ -1,4 +1,4 @@
-#include <ORVELSerialization/ORVELSerializationException.h>
+#include "ORVELSerialization/ORVELSerializationException.h"
 
 namespace orvel
 {

@@ -1,4 +1,4 @@
-#include <ORVELSerialization/ORVELSerializationLog.h>
+#include "ORVELSerialization/ORVELSerializationLog.h"
 
 #include <ORVELUtil/LateLogger.h>
 #include <ORVELUtil/LogMessageManager.h>

@@ -1,4 +1,4 @@
-#include <ORVELSerialization/ORVELSerializationLogMessages.h>
+#include "ORVELSerialization/ORVELSerializationLogMessages.h"
 
 namespace orvel
 {

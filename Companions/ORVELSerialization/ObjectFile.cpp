@@ -1,4 +1,4 @@
-#include <ORVELSerialization/ObjectFile.h>
+#include "ORVELSerialization/ObjectFile.h"
 
 #include <memory>
 

@@ -3,11 +3,11 @@
 /// \file
 /// \brief One object, one file.
 
-#include <ORVELSerialization/BaseSerializationObject.h>
-#include <ORVELSerialization/ORVELSerializationExport.h>
-
 #include <boost/filesystem/path.hpp>
 #include <boost/shared_ptr.hpp>
+
+#include <ORVELSerialization/BaseSerializationObject.h>
+#include <ORVELSerialization/ORVELSerializationExport.h>
 
 namespace orvel
 {

@@ -23,6 +23,11 @@
 /// \endcode
 /// The functions are those of the class itself, so that failures name them by their own signatures.
 
+#include <memory>
+#include <string>
+
+#include <boost/make_shared.hpp>
+
 #include <ORVELSerialization/BaseIArchive.h>
 #include <ORVELSerialization/BaseOArchive.h>
 #include <ORVELSerialization/BaseSerializationObject.h>
@@ -32,11 +37,6 @@
 #include <ORVELUtil/Raise.h>
 #include <ORVELUtil/ScalarTypes.h>
 #include <ORVELUtil/UnitMutex.h>
-
-#include <boost/make_shared.hpp>
-
-#include <memory>
-#include <string>
 
 namespace orvel::details
 {

@@ -3,11 +3,11 @@
 /// \file
 /// \brief A key and a reference to a value: what is filed in an archive or read from one.
 
-#include <boost/shared_ptr.hpp>
-
 #include <cstddef>
 #include <string>
 #include <utility>
+
+#include <boost/shared_ptr.hpp>
 
 namespace orvel
 {

@@ -1,4 +1,4 @@
-#include <ORVELSerialization/SerializationItems.h>
+#include "ORVELSerialization/SerializationItems.h"
 
 #include <ORVELSerialization/DataType.h>
 #include <ORVELSerialization/NamedEnumerationItems.h>

@@ -28,12 +28,13 @@
 /// maps are emptied, and each entry is entered as it is read: a repeated map key keeps the last value, a
 /// repeated set element the first. After a failure a container holds what had been read.
 
-#include <ORVELSerialization/BaseIArchive.h>
-#include <ORVELSerialization/BaseOArchive.h>
-#include <ORVELSerialization/BaseSerializationObject.h>
-#include <ORVELSerialization/ORVELSerializationExport.h>
-#include <ORVELSerialization/SerializationItem.h>
-#include <ORVELUtil/ScalarTypes.h>
+#include <limits>
+#include <map>
+#include <set>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
 
 #include <boost/filesystem/path.hpp>
 #include <boost/shared_ptr.hpp>
@@ -42,13 +43,12 @@
 #include <boost/type_traits/is_same.hpp>
 #include <boost/utility/enable_if.hpp>
 
-#include <limits>
-#include <map>
-#include <set>
-#include <string>
-#include <type_traits>
-#include <utility>
-#include <vector>
+#include <ORVELSerialization/BaseIArchive.h>
+#include <ORVELSerialization/BaseOArchive.h>
+#include <ORVELSerialization/BaseSerializationObject.h>
+#include <ORVELSerialization/ORVELSerializationExport.h>
+#include <ORVELSerialization/SerializationItem.h>
+#include <ORVELUtil/ScalarTypes.h>
 
 namespace orvel
 {

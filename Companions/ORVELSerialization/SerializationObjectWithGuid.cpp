@@ -1,4 +1,4 @@
-#include <ORVELSerialization/SerializationObjectWithGuid.h>
+#include "ORVELSerialization/SerializationObjectWithGuid.h"
 
 #include <boost/uuid/random_generator.hpp>
 #include <boost/uuid/string_generator.hpp>

@@ -3,12 +3,12 @@
 /// \file
 /// \brief Root of the objects that carry a globally unique identifier.
 
-#include <ORVELSerialization/BaseSerializationObject.h>
-#include <ORVELSerialization/ORVELSerializationExport.h>
+#include <string>
 
 #include <boost/uuid/uuid.hpp>
 
-#include <string>
+#include <ORVELSerialization/BaseSerializationObject.h>
+#include <ORVELSerialization/ORVELSerializationExport.h>
 
 namespace orvel
 {

@@ -1,4 +1,4 @@
-#include <ORVELSerialization/SklSrzMode.h>
+#include "ORVELSerialization/SklSrzMode.h"
 
 namespace orvel
 {

@@ -1,4 +1,4 @@
-#include <ORVELSerialization/XmlArchive.h>
+#include "ORVELSerialization/XmlArchive.h"
 
 #include <algorithm>
 #include <array>

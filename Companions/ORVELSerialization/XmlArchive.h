@@ -3,16 +3,16 @@
 /// \file
 /// \brief Archives in the XML format: made to be read, compared and edited by people.
 
-#include <ORVELSerialization/BaseIArchive.h>
-#include <ORVELSerialization/BaseOArchive.h>
-#include <ORVELSerialization/ORVELSerializationExport.h>
-
-#include <boost/filesystem/path.hpp>
-
 #include <iosfwd>
 #include <memory>
 #include <string>
 #include <string_view>
+
+#include <boost/filesystem/path.hpp>
+
+#include <ORVELSerialization/BaseIArchive.h>
+#include <ORVELSerialization/BaseOArchive.h>
+#include <ORVELSerialization/ORVELSerializationExport.h>
 
 namespace orvel
 {

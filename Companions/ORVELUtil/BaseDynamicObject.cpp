@@ -1,4 +1,4 @@
-#include <ORVELUtil/BaseDynamicObject.h>
+#include "ORVELUtil/BaseDynamicObject.h"
 
 namespace orvel
 {

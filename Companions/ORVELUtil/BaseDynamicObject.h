@@ -3,11 +3,11 @@
 /// \file
 /// \brief Root of every class that can be created by its class name.
 
-#include <ORVELUtil/ORVELUtilExport.h>
+#include <string>
 
 #include <boost/shared_ptr.hpp>
 
-#include <string>
+#include <ORVELUtil/ORVELUtilExport.h>
 
 namespace orvel
 {

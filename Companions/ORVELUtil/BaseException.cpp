@@ -1,4 +1,4 @@
-#include <ORVELUtil/BaseException.h>
+#include "ORVELUtil/BaseException.h"
 
 #include <new>
 #include <typeinfo>

@@ -3,13 +3,13 @@
 /// \file
 /// \brief Root of the kit's exceptions.
 
-#include <ORVELUtil/ORVELUtilExport.h>
-
-#include <boost/exception/exception.hpp>
-
 #include <exception>
 #include <memory>
 #include <string>
+
+#include <boost/exception/exception.hpp>
+
+#include <ORVELUtil/ORVELUtilExport.h>
 
 namespace orvel
 {

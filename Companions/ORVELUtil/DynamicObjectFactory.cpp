@@ -1,4 +1,4 @@
-#include <ORVELUtil/DynamicObjectFactory.h>
+#include "ORVELUtil/DynamicObjectFactory.h"
 
 #include <algorithm>
 #include <map>

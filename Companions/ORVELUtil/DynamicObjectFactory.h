@@ -3,14 +3,14 @@
 /// \file
 /// \brief Process-wide registry from class names to creators.
 
-#include <ORVELUtil/BaseDynamicObject.h>
-#include <ORVELUtil/ORVELUtilExport.h>
-
-#include <boost/shared_ptr.hpp>
-
 #include <mutex>
 #include <set>
 #include <string>
+
+#include <boost/shared_ptr.hpp>
+
+#include <ORVELUtil/BaseDynamicObject.h>
+#include <ORVELUtil/ORVELUtilExport.h>
 
 namespace orvel
 {

@@ -3,10 +3,10 @@
 /// \file
 /// \brief A logger that is made at load and got from log4cplus on first use.
 
-#include <log4cplus/logger.h>
-
 #include <mutex>
 #include <string>
+
+#include <log4cplus/logger.h>
 
 namespace orvel::details
 {

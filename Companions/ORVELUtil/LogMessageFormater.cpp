@@ -1,4 +1,4 @@
-#include <ORVELUtil/LogMessageFormater.h>
+#include "ORVELUtil/LogMessageFormater.h"
 
 #include <locale>
 #include <sstream>

@@ -3,12 +3,12 @@
 /// \file
 /// \brief Makes a text from a message id and its arguments.
 
-#include <ORVELUtil/ORVELUtilExport.h>
-
 #include <cstddef>
 #include <memory>
 #include <string>
 #include <typeinfo>
+
+#include <ORVELUtil/ORVELUtilExport.h>
 
 namespace orvel
 {

@@ -1,4 +1,4 @@
-#include <ORVELUtil/LogMessageManager.h>
+#include "ORVELUtil/LogMessageManager.h"
 
 #include <memory>
 #include <stdexcept>

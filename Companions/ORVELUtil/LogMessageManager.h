@@ -3,12 +3,12 @@
 /// \file
 /// \brief Process-wide tables of message texts.
 
-#include <ORVELUtil/ORVELUtilExport.h>
-
 #include <map>
 #include <mutex>
 #include <string>
 #include <utility>
+
+#include <ORVELUtil/ORVELUtilExport.h>
 
 namespace orvel
 {

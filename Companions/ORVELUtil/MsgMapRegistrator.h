@@ -3,11 +3,11 @@
 /// \file
 /// \brief Enters the message table of a domain into its manager, once.
 
-#include <ORVELUtil/LogMessageManager.h>
-#include <ORVELUtil/ScalarTypes.h>
-
 #include <cstddef>
 #include <typeinfo>
+
+#include <ORVELUtil/LogMessageManager.h>
+#include <ORVELUtil/ScalarTypes.h>
 
 namespace orvel
 {

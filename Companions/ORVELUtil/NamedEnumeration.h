@@ -3,9 +3,9 @@
 /// \file
 /// \brief Common form of the enumerations whose enumerators have a text.
 
-#include <ORVELUtil/ScalarTypes.h>
-
 #include <cstddef>
+
+#include <ORVELUtil/ScalarTypes.h>
 
 namespace orvel
 {

@@ -1,4 +1,4 @@
-#include <ORVELUtil/ORVELUtilException.h>
+#include "ORVELUtil/ORVELUtilException.h"
 
 namespace orvel
 {

@@ -1,4 +1,4 @@
-#include <ORVELUtil/ORVELUtilLog.h>
+#include "ORVELUtil/ORVELUtilLog.h"
 
 #include <log4cplus/logger.h>
 #include <log4cplus/nullappender.h>

@@ -6,9 +6,9 @@
 /// The application owns log4cplus: it sets levels, appenders and layouts. Until it does, nothing is
 /// printed. The libraries log failures when they raise them and never at load or unload.
 
-#include <ORVELUtil/ORVELUtilExport.h>
-
 #include <string>
+
+#include <ORVELUtil/ORVELUtilExport.h>
 
 namespace log4cplus
 {

@@ -1,4 +1,4 @@
-#include <ORVELUtil/ORVELUtilLogMessages.h>
+#include "ORVELUtil/ORVELUtilLogMessages.h"
 
 namespace orvel
 {

@@ -1,4 +1,4 @@
-#include <ORVELUtil/Raise.h>
+#include "ORVELUtil/Raise.h"
 
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>

@@ -9,12 +9,12 @@
 /// looks the text up, binds the arguments, logs the text at error level and throws the exception of the
 /// library that owns the domain. Nothing is formatted or looked up before that.
 
-#include <ORVELUtil/LogMessageFormater.h>
-#include <ORVELUtil/ORVELUtilExport.h>
-
 #include <exception>
 #include <string>
 #include <typeinfo>
+
+#include <ORVELUtil/LogMessageFormater.h>
+#include <ORVELUtil/ORVELUtilExport.h>
 
 namespace log4cplus
 {

@@ -1,4 +1,4 @@
-#include <ORVELUtil/UnHandleException.h>
+#include "ORVELUtil/UnHandleException.h"
 
 namespace orvel
 {

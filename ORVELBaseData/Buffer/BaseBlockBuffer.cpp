@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Buffer/BaseBlockBuffer.h>
+#include "ORVELBaseData/Buffer/BaseBlockBuffer.h"
 
 #include <ORVELBaseData/Buffer/Private/Addresses.h>
 #include <ORVELBaseData/ORVELBaseDataLogMessages.h>

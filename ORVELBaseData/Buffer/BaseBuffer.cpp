@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Buffer/BaseBuffer.h>
+#include "ORVELBaseData/Buffer/BaseBuffer.h"
 
 #include <ORVELBaseData/Buffer/BufferUtils.h>
 #include <ORVELBaseData/ORVELBaseDataLogMessages.h>

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Buffer/BaseFragBuffer.h>
+#include "ORVELBaseData/Buffer/BaseFragBuffer.h"
 
 #include <algorithm>
 #include <new>

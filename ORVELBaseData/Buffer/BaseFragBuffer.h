@@ -3,9 +3,9 @@
 /// \file
 /// \brief Root of the buffers whose elements lie in fragments.
 
-#include <ORVELBaseData/Buffer/BaseBuffer.h>
-
 #include <vector>
+
+#include <ORVELBaseData/Buffer/BaseBuffer.h>
 
 namespace orvel
 {

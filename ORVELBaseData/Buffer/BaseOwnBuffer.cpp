@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Buffer/BaseOwnBuffer.h>
+#include "ORVELBaseData/Buffer/BaseOwnBuffer.h"
 
 #include <ORVELBaseData/Buffer/BufferUtils.h>
 #include <ORVELBaseData/Buffer/Private/BlockItems.h>

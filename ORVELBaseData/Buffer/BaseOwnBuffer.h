@@ -3,9 +3,9 @@
 /// \file
 /// \brief What the buffers that own their block share.
 
-#include <ORVELBaseData/Buffer/BaseBlockBuffer.h>
-
 #include <memory>
+
+#include <ORVELBaseData/Buffer/BaseBlockBuffer.h>
 
 namespace orvel
 {

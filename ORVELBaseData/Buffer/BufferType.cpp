@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Buffer/BufferType.h>
+#include "ORVELBaseData/Buffer/BufferType.h"
 
 namespace orvel
 {

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Buffer/BufferUtils.h>
+#include "ORVELBaseData/Buffer/BufferUtils.h"
 
 #include <cmath>
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Buffer/ExternalBuffer.h>
+#include "ORVELBaseData/Buffer/ExternalBuffer.h"
 
 namespace orvel
 {

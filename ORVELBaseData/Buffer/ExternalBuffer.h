@@ -3,10 +3,10 @@
 /// \file
 /// \brief View on somebody else's block.
 
+#include <boost/shared_ptr.hpp>
+
 #include <ORVELBaseData/Buffer/BaseBlockBuffer.h>
 #include <ORVELBaseData/Buffer/ElementTypes.h>
-
-#include <boost/shared_ptr.hpp>
 
 namespace orvel
 {

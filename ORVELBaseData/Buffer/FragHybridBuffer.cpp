@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Buffer/FragHybridBuffer.h>
+#include "ORVELBaseData/Buffer/FragHybridBuffer.h"
 
 #include <algorithm>
 #include <cstring>

@@ -3,11 +3,11 @@
 /// \file
 /// \brief Fragments of one block that is owned, or somebody else's.
 
-#include <ORVELBaseData/Buffer/BaseFragBuffer.h>
+#include <memory>
 
 #include <boost/shared_ptr.hpp>
 
-#include <memory>
+#include <ORVELBaseData/Buffer/BaseFragBuffer.h>
 
 namespace orvel
 {

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Buffer/HybridBuffer.h>
+#include "ORVELBaseData/Buffer/HybridBuffer.h"
 
 #include <utility>
 

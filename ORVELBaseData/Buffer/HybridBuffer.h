@@ -3,12 +3,12 @@
 /// \file
 /// \brief One block, owned or looked at.
 
-#include <ORVELBaseData/Buffer/BaseBlockBuffer.h>
-#include <ORVELBaseData/Buffer/ElementTypes.h>
+#include <memory>
 
 #include <boost/shared_ptr.hpp>
 
-#include <memory>
+#include <ORVELBaseData/Buffer/BaseBlockBuffer.h>
+#include <ORVELBaseData/Buffer/ElementTypes.h>
 
 namespace orvel
 {

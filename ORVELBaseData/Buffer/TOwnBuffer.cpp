@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Buffer/TOwnBuffer.h>
+#include "ORVELBaseData/Buffer/TOwnBuffer.h"
 
 namespace orvel
 {

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Buffer/TypedOwnBuffer.h>
+#include "ORVELBaseData/Buffer/TypedOwnBuffer.h"
 
 namespace orvel
 {

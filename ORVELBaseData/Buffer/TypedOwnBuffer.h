@@ -3,9 +3,9 @@
 /// \file
 /// \brief Owning buffer of an element type that is known at run time.
 
-#include <ORVELBaseData/Buffer/BaseOwnBuffer.h>
-
 #include <boost/shared_ptr.hpp>
+
+#include <ORVELBaseData/Buffer/BaseOwnBuffer.h>
 
 namespace orvel
 {

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Calibration/GeometricCalibration.h>
+#include "ORVELBaseData/Calibration/GeometricCalibration.h"
 
 #include <initializer_list>
 

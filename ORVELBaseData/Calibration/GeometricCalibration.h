@@ -3,13 +3,13 @@
 /// \file
 /// \brief Scale, unit, origin and rotation of the pixel grid of an image.
 
-#include <ORVELBaseData/ORVELBaseDataExport.h>
-#include <ORVELSerialization/SerializableClass.h>
-#include <ORVELUtil/ScalarTypes.h>
+#include <string>
 
 #include <boost/shared_ptr.hpp>
 
-#include <string>
+#include <ORVELBaseData/ORVELBaseDataExport.h>
+#include <ORVELSerialization/SerializableClass.h>
+#include <ORVELUtil/ScalarTypes.h>
 
 namespace orvel
 {

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/DataItem/BaseDataItem.h>
+#include "ORVELBaseData/DataItem/BaseDataItem.h"
 
 namespace orvel
 {

@@ -3,14 +3,14 @@
 /// \file
 /// \brief Root of the data items.
 
-#include <ORVELBaseData/DataItem/DataItemType.h>
-#include <ORVELBaseData/ORVELBaseDataExport.h>
-#include <ORVELSerialization/SerializableClass.h>
+#include <set>
+#include <string>
 
 #include <boost/shared_ptr.hpp>
 
-#include <set>
-#include <string>
+#include <ORVELBaseData/DataItem/DataItemType.h>
+#include <ORVELBaseData/ORVELBaseDataExport.h>
+#include <ORVELSerialization/SerializableClass.h>
 
 namespace orvel
 {

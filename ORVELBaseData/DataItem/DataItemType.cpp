@@ -1,4 +1,4 @@
-#include <ORVELBaseData/DataItem/DataItemType.h>
+#include "ORVELBaseData/DataItem/DataItemType.h"
 
 namespace orvel
 {

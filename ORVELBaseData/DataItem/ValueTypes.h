@@ -3,12 +3,12 @@
 /// \file
 /// \brief The C++ types of the values of leaves and leaf collections.
 
-#include <ORVELBaseData/DataItem/DataItemValueType.h>
-#include <ORVELUtil/ScalarTypes.h>
+#include <string>
 
 #include <boost/filesystem/path.hpp>
 
-#include <string>
+#include <ORVELBaseData/DataItem/DataItemValueType.h>
+#include <ORVELUtil/ScalarTypes.h>
 
 /// Calls apply(Type, Name, text) for each type of value, in the order of eDataItemValueType: the enumerator
 /// is `eDIVT_##Name`, the text stands in class names.

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/DiscreteOrientation/DiscreteOrientation2d.h>
+#include "ORVELBaseData/DiscreteOrientation/DiscreteOrientation2d.h"
 
 namespace orvel
 {

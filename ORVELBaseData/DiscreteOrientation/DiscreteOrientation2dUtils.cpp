@@ -1,4 +1,4 @@
-#include <ORVELBaseData/DiscreteOrientation/DiscreteOrientation2dUtils.h>
+#include "ORVELBaseData/DiscreteOrientation/DiscreteOrientation2dUtils.h"
 
 #include <ORVELSerialization/NamedEnumerationItems.h>
 

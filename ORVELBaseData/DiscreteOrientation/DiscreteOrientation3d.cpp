@@ -1,4 +1,4 @@
-#include <ORVELBaseData/DiscreteOrientation/DiscreteOrientation3d.h>
+#include "ORVELBaseData/DiscreteOrientation/DiscreteOrientation3d.h"
 
 namespace orvel
 {

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/DiscreteOrientation/DiscreteOrientation3dUtils.h>
+#include "ORVELBaseData/DiscreteOrientation/DiscreteOrientation3dUtils.h"
 
 #include <ORVELSerialization/NamedEnumerationItems.h>
 

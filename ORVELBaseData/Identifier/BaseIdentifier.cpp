@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Identifier/BaseIdentifier.h>
+#include "ORVELBaseData/Identifier/BaseIdentifier.h"
 
 namespace orvel
 {

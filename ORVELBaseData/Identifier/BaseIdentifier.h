@@ -3,10 +3,10 @@
 /// \file
 /// \brief Root of the identifiers.
 
+#include <boost/shared_ptr.hpp>
+
 #include <ORVELBaseData/ORVELBaseDataExport.h>
 #include <ORVELSerialization/SerializableClass.h>
-
-#include <boost/shared_ptr.hpp>
 
 namespace orvel
 {

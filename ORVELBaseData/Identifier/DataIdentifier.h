@@ -3,13 +3,13 @@
 /// \file
 /// \brief Globally unique identifier with a name.
 
-#include <ORVELBaseData/ORVELBaseDataExport.h>
-#include <ORVELSerialization/SerializableClass.h>
-#include <ORVELSerialization/SerializationObjectWithGuid.h>
+#include <string>
 
 #include <boost/shared_ptr.hpp>
 
-#include <string>
+#include <ORVELBaseData/ORVELBaseDataExport.h>
+#include <ORVELSerialization/SerializableClass.h>
+#include <ORVELSerialization/SerializationObjectWithGuid.h>
 
 namespace orvel
 {

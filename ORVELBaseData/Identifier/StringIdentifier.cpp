@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Identifier/StringIdentifier.h>
+#include "ORVELBaseData/Identifier/StringIdentifier.h"
 
 #include <ORVELSerialization/SerializationItems.h>
 

@@ -3,9 +3,9 @@
 /// \file
 /// \brief Identifier of a string.
 
-#include <ORVELBaseData/Identifier/BaseIdentifier.h>
-
 #include <string>
+
+#include <ORVELBaseData/Identifier/BaseIdentifier.h>
 
 namespace orvel
 {

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Neighborhood/Neighborhood2dType.h>
+#include "ORVELBaseData/Neighborhood/Neighborhood2dType.h"
 
 namespace orvel
 {

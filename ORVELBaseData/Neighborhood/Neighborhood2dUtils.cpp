@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Neighborhood/Neighborhood2dUtils.h>
+#include "ORVELBaseData/Neighborhood/Neighborhood2dUtils.h"
 
 #include <ORVELSerialization/NamedEnumerationItems.h>
 

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Neighborhood/Neighborhood3dType.h>
+#include "ORVELBaseData/Neighborhood/Neighborhood3dType.h"
 
 namespace orvel
 {

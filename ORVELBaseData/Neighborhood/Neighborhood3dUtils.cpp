@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Neighborhood/Neighborhood3dUtils.h>
+#include "ORVELBaseData/Neighborhood/Neighborhood3dUtils.h"
 
 #include <ORVELSerialization/NamedEnumerationItems.h>
 

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Pattern/OffsetXY.h>
+#include "ORVELBaseData/Pattern/OffsetXY.h"
 
 #include <ORVELSerialization/SerializationItems.h>
 

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Pattern/OffsetXYZ.h>
+#include "ORVELBaseData/Pattern/OffsetXYZ.h"
 
 #include <ORVELSerialization/SerializationItems.h>
 

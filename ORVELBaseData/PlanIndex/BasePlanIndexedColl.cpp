@@ -1,4 +1,4 @@
-#include <ORVELBaseData/PlanIndex/BasePlanIndexedColl.h>
+#include "ORVELBaseData/PlanIndex/BasePlanIndexedColl.h"
 
 #include <algorithm>
 #include <iterator>

@@ -3,16 +3,16 @@
 /// \file
 /// \brief Root of the collections of an object per plan.
 
+#include <map>
+#include <string>
+
+#include <boost/shared_ptr.hpp>
+
 #include <ORVELBaseData/ORVELBaseDataExport.h>
 #include <ORVELBaseData/PlanIndex/PlanIndex.h>
 #include <ORVELSerialization/BaseObjectWithSkeleton.h>
 #include <ORVELSerialization/SerializableClass.h>
 #include <ORVELUtil/ScalarTypes.h>
-
-#include <boost/shared_ptr.hpp>
-
-#include <map>
-#include <string>
 
 namespace orvel
 {

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/PlanIndex/PlanIndex.h>
+#include "ORVELBaseData/PlanIndex/PlanIndex.h"
 
 #include <ORVELSerialization/SerializationItems.h>
 

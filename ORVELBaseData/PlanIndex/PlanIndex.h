@@ -3,11 +3,11 @@
 /// \file
 /// \brief Names of plans.
 
+#include <boost/shared_ptr.hpp>
+
 #include <ORVELBaseData/ORVELBaseDataExport.h>
 #include <ORVELSerialization/SerializableClass.h>
 #include <ORVELUtil/ScalarTypes.h>
-
-#include <boost/shared_ptr.hpp>
 
 namespace orvel
 {

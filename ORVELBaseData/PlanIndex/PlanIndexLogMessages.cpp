@@ -1,4 +1,4 @@
-#include <ORVELBaseData/PlanIndex/PlanIndexLogMessages.h>
+#include "ORVELBaseData/PlanIndex/PlanIndexLogMessages.h"
 
 namespace orvel
 {

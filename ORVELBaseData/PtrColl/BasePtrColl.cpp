@@ -1,4 +1,4 @@
-#include <ORVELBaseData/PtrColl/BasePtrColl.h>
+#include "ORVELBaseData/PtrColl/BasePtrColl.h"
 
 #include <ORVELBaseData/PtrColl/Private/ObjectColl.h>
 

@@ -3,14 +3,14 @@
 /// \file
 /// \brief Root of the ordered collections of shared objects.
 
-#include <ORVELBaseData/ORVELBaseDataExport.h>
-#include <ORVELSerialization/BaseObjectWithSkeleton.h>
-#include <ORVELSerialization/SerializableClass.h>
+#include <string>
+#include <vector>
 
 #include <boost/shared_ptr.hpp>
 
-#include <string>
-#include <vector>
+#include <ORVELBaseData/ORVELBaseDataExport.h>
+#include <ORVELSerialization/BaseObjectWithSkeleton.h>
+#include <ORVELSerialization/SerializableClass.h>
 
 namespace orvel
 {

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Range/ElementsRange.h>
+#include "ORVELBaseData/Range/ElementsRange.h"
 
 #include <tuple>
 

@@ -1,8 +1,8 @@
 #include "RegionNode.h"
 
-#include <ORVELSerialization/SerializationItems.h>
-
 #include <boost/make_shared.hpp>
+
+#include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel
 {

@@ -1,9 +1,9 @@
 #include "SmoothingNode.h"
 
+#include <boost/make_shared.hpp>
+
 #include <ORVELBaseData/DataItem/Node/DataItemNodeFactory.h>
 #include <ORVELSerialization/SerializationItems.h>
-
-#include <boost/make_shared.hpp>
 
 namespace orvel
 {

@@ -2,7 +2,6 @@
 
 #include "RegionNode.h"
 #include "SmoothingMethodLeaf.h"
-
 #include <ORVELBaseData/DataItem/LeafColl/DataItemLeafColl.h>
 
 namespace orvel

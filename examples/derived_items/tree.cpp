@@ -12,6 +12,7 @@
 // but only its class can change them.
 
 #include <cstdlib>
+#include <dlfcn.h>
 #include <iomanip>
 #include <iostream>
 #include <limits>
@@ -25,8 +26,6 @@
 
 #include <boost/filesystem/path.hpp>
 #include <boost/make_shared.hpp>
-
-#include <dlfcn.h>
 
 #include <ORVELBaseData/DataItem/DataItemUtils.h>
 #include <ORVELBaseData/DataItem/Leaf/BaseDataItemEnumLeaf.h>

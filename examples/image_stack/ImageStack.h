@@ -2,7 +2,6 @@
 
 #include "PlanColl.h"
 #include "PreviewColl.h"
-
 #include <ORVELBaseData/Calibration/GeometricCalibration.h>
 
 namespace orvel

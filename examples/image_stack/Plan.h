@@ -1,7 +1,6 @@
 #pragma once
 
 #include "ImageStackExport.h"
-
 #include <ORVELBaseData/Buffer/TypedOwnBuffer.h>
 
 namespace orvel

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Plan.h"
-
 #include <ORVELBaseData/PlanIndex/BasePlanIndexedColl.h>
 
 namespace orvel

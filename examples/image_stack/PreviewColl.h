@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Plan.h"
-
 #include <ORVELBaseData/PtrColl/BasePtrColl.h>
 
 namespace orvel

@@ -21,11 +21,10 @@
 #include <boost/filesystem/path.hpp>
 #include <boost/make_shared.hpp>
 
+#include "ImageStack.h"
 #include <ORVELSerialization/BinaryArchive.h>
 #include <ORVELSerialization/ObjectFile.h>
 #include <ORVELUtil/BaseException.h>
-
-#include "ImageStack.h"
 
 namespace
 {

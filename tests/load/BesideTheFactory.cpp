@@ -1,10 +1,9 @@
 // A program that has the factory, and nothing else of the kit, loads, uses and unloads a plug-in on all of
 // it.
-#include "Check.h"
-
 #include <set>
 #include <string>
 
+#include "Check.h"
 #include <ORVELUtil/DynamicObjectFactory.h>
 #include <ORVELUtil/LogMessageManager.h>
 

@@ -3,12 +3,11 @@
 /// \file
 /// \brief What the programs share that load and unload the libraries.
 
-#include <dlfcn.h>
-#include <malloc.h>
-
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
+#include <dlfcn.h>
+#include <malloc.h>
 
 #if defined(__has_feature)
 #if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)

@@ -1,14 +1,12 @@
 // The factory serves the very first initialiser of a process and the very last clean-up.
-#include "Check.h"
-
+#include <cstring>
+#include <memory>
+#include <string>
 #include <unistd.h>
 
 #include <boost/make_shared.hpp>
 
-#include <cstring>
-#include <memory>
-#include <string>
-
+#include "Check.h"
 #include <ORVELUtil/DynamicObjectFactory.h>
 
 extern "C" void cleanUpLast(void (*cleanUp)());

@@ -1,9 +1,9 @@
 // A plug-in on all four libraries. It has a class of its own and one that the kit has, too.
-#include <boost/make_shared.hpp>
-
 #include <memory>
 #include <sstream>
 #include <string>
+
+#include <boost/make_shared.hpp>
 
 #include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELBaseData/Pattern/Kernel/Instances/GaussianKernel.h>

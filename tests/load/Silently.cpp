@@ -1,12 +1,11 @@
 // An application that never sets log4cplus up: failures arrive, nothing is printed, no logger is made at
 // load.
-#include "Check.h"
-
-#include <log4cplus/logger.h>
-
 #include <string>
 #include <vector>
 
+#include <log4cplus/logger.h>
+
+#include "Check.h"
 #include <ORVELBaseData/ORVELBaseDataLogMessages.h>
 #include <ORVELBaseData/Pattern/Kernel/KernelXY.h>
 #include <ORVELSerialization/BinaryArchive.h>

@@ -1,7 +1,7 @@
 // One of two plug-ins that register a class under one name, each its own.
-#include <boost/make_shared.hpp>
-
 #include <string>
+
+#include <boost/make_shared.hpp>
 
 #include <ORVELUtil/DynamicRegistrator.h>
 

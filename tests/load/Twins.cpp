@@ -1,10 +1,9 @@
 // Two plug-ins register a class under one name. Whoever goes first leaves the other's.
-#include "Check.h"
-
 #include <memory>
 #include <optional>
 #include <string>
 
+#include "Check.h"
 #include <ORVELUtil/DynamicObjectFactory.h>
 
 namespace

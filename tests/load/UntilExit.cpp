@@ -1,13 +1,12 @@
 // A static object of the application creates by name and raises in its destructor, after the end of main.
-#include "Check.h"
-
-#include <log4cplus/initializer.h>
-#include <log4cplus/logger.h>
-
 #include <cstdio>
 #include <memory>
 #include <string>
 
+#include <log4cplus/initializer.h>
+#include <log4cplus/logger.h>
+
+#include "Check.h"
 #include <ORVELBaseData/ORVELBaseDataLog.h>
 #include <ORVELUtil/DynamicObjectFactory.h>
 #include <ORVELUtil/ORVELUtilException.h>

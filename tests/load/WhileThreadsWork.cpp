@@ -1,13 +1,6 @@
 // Eight threads create by name, ask for type names, raise and log while a ninth loads and unloads plug-ins.
 //
 // No thread creates an object of a plug-in's own class: its code may go while the object is in use.
-#include "Check.h"
-
-#include <log4cplus/appender.h>
-#include <log4cplus/initializer.h>
-#include <log4cplus/logger.h>
-#include <log4cplus/spi/loggingevent.h>
-
 #include <atomic>
 #include <memory>
 #include <set>
@@ -15,6 +8,12 @@
 #include <thread>
 #include <vector>
 
+#include <log4cplus/appender.h>
+#include <log4cplus/initializer.h>
+#include <log4cplus/logger.h>
+#include <log4cplus/spi/loggingevent.h>
+
+#include "Check.h"
 #include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELBaseData/Pattern/Kernel/KernelXY.h>
 #include <ORVELBaseData/Pattern/OffsetXYZ.h>

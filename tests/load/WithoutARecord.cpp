@@ -1,13 +1,13 @@
 // The application has set log4cplus up to take every record: loading and unloading the kit makes none.
-#include "Check.h"
+#include <string>
+#include <vector>
 
 #include <log4cplus/appender.h>
 #include <log4cplus/initializer.h>
 #include <log4cplus/logger.h>
 #include <log4cplus/spi/loggingevent.h>
 
-#include <string>
-#include <vector>
+#include "Check.h"
 
 namespace
 {

@@ -9,11 +9,11 @@
 ///  - `reader`, the signature of its `operator>>`, and `source`, the file that defines it, both for
 ///    EnumerationItemChecks.h.
 
-#include <ORVELUtil/ScalarTypes.h>
+#include <vector>
 
 #include <gtest/gtest.h>
 
-#include <vector>
+#include <ORVELUtil/ScalarTypes.h>
 
 namespace orvel::test
 {

@@ -3,15 +3,6 @@
 /// \file
 /// \brief What the archive operators of every named enumeration have to pass, given its table.
 
-#include <ORVELSerialization/ORVELSerializationException.h>
-#include <ORVELSerialization/ORVELSerializationLog.h>
-#include <ORVELSerialization/SerializationItems.h>
-#include <support/EnumerationChecks.h>
-#include <support/HandWrittenArchive.h>
-#include <support/RaisedFailure.h>
-
-#include <gtest/gtest.h>
-
 #include <cstdint>
 #include <limits>
 #include <sstream>
@@ -19,6 +10,15 @@
 #include <string>
 #include <utility>
 #include <vector>
+
+#include <gtest/gtest.h>
+
+#include <ORVELSerialization/ORVELSerializationException.h>
+#include <ORVELSerialization/ORVELSerializationLog.h>
+#include <ORVELSerialization/SerializationItems.h>
+#include <support/EnumerationChecks.h>
+#include <support/HandWrittenArchive.h>
+#include <support/RaisedFailure.h>
 
 namespace orvel::test
 {

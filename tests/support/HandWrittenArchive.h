@@ -11,8 +11,6 @@
 #include <ORVELSerialization/XmlArchive.h>
 
 #define XXH_INLINE_ALL
-#include <xxhash.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -20,6 +18,8 @@
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include <xxhash.h>
 
 namespace orvel::test
 {

@@ -5,12 +5,11 @@
 
 #include <cstddef>
 #include <cstring>
-#include <stdexcept>
-#include <type_traits>
-
 #include <dlfcn.h>
 #include <elf.h>
 #include <link.h>
+#include <stdexcept>
+#include <type_traits>
 
 namespace orvel::test
 {

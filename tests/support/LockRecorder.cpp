@@ -1,10 +1,9 @@
 #include "LockRecorder.h"
 
-#include <stdexcept>
-#include <string>
-
 #include <dlfcn.h>
 #include <pthread.h>
+#include <stdexcept>
+#include <string>
 
 namespace
 {

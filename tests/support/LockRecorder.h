@@ -7,10 +7,10 @@
 /// pthread_mutex_unlock become those of the program and of the libraries. The sanitizers have their own: look
 /// at canRecordLocks first.
 
-#include <support/Sanitizers.h>
-
 #include <functional>
 #include <vector>
+
+#include <support/Sanitizers.h>
 
 namespace orvel::test
 {

@@ -3,15 +3,15 @@
 /// \file
 /// \brief How archives of collections of SkeletonElements are put together by hand, written and read.
 
-#include <ORVELSerialization/BaseObjectWithSkeleton.h>
-#include <ORVELSerialization/ORVELSerializationException.h>
-#include <support/HandWrittenArchive.h>
-#include <support/SkeletonElement.h>
+#include <string>
 
 #include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
-#include <string>
+#include <ORVELSerialization/BaseObjectWithSkeleton.h>
+#include <ORVELSerialization/ORVELSerializationException.h>
+#include <support/HandWrittenArchive.h>
+#include <support/SkeletonElement.h>
 
 namespace orvel::test
 {

@@ -3,15 +3,15 @@
 /// \file
 /// \brief Catches what a raised failure leaves: the exception, the log record, the raising line.
 
-#include <log4cplus/appender.h>
-#include <log4cplus/logger.h>
-#include <log4cplus/spi/loggingevent.h>
-
 #include <fstream>
 #include <stdexcept>
 #include <string>
 #include <typeinfo>
 #include <vector>
+
+#include <log4cplus/appender.h>
+#include <log4cplus/logger.h>
+#include <log4cplus/spi/loggingevent.h>
 
 namespace orvel::test
 {

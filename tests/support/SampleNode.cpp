@@ -1,8 +1,8 @@
 #include "SampleNode.h"
 
-#include <ORVELSerialization/SerializationItems.h>
-
 #include <boost/make_shared.hpp>
+
+#include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel
 {

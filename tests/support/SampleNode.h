@@ -5,12 +5,12 @@
 ///
 /// A program that uses it lists SampleNode.cpp among its sources.
 
-#include <ORVELBaseData/DataItem/Leaf/DataItemLeaf.h>
-#include <ORVELBaseData/DataItem/Node/BaseDataItemNode.h>
+#include <string>
 
 #include <boost/shared_ptr.hpp>
 
-#include <string>
+#include <ORVELBaseData/DataItem/Leaf/DataItemLeaf.h>
+#include <ORVELBaseData/DataItem/Node/BaseDataItemNode.h>
 
 namespace orvel
 {

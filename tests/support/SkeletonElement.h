@@ -5,13 +5,13 @@
 ///
 /// A program that uses it lists SkeletonElement.cpp among its sources.
 
-#include <ORVELSerialization/BaseObjectWithSkeleton.h>
-#include <ORVELSerialization/SerializableClass.h>
+#include <functional>
+#include <vector>
 
 #include <boost/shared_ptr.hpp>
 
-#include <functional>
-#include <vector>
+#include <ORVELSerialization/BaseObjectWithSkeleton.h>
+#include <ORVELSerialization/SerializableClass.h>
 
 namespace orvel
 {

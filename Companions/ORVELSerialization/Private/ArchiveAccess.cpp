@@ -1,4 +1,4 @@
-#include <ORVELSerialization/Private/ArchiveAccess.h>
+#include "ORVELSerialization/Private/ArchiveAccess.h"
 
 #include <ORVELSerialization/BinaryArchive.h>
 #include <ORVELSerialization/Private/OpenArchive.h>

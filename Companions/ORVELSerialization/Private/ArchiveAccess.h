@@ -2,6 +2,11 @@
 
 // What the archives of both formats do alike.
 
+#include <memory>
+#include <string>
+
+#include <boost/filesystem/path.hpp>
+
 #include <ORVELSerialization/BaseArchive.h>
 #include <ORVELSerialization/BaseIArchive.h>
 #include <ORVELSerialization/BaseOArchive.h>
@@ -9,11 +14,6 @@
 #include <ORVELSerialization/ORVELSerializationLogMessages.h>
 #include <ORVELSerialization/Private/ObjectTables.h>
 #include <ORVELSerialization/Private/Text.h>
-
-#include <boost/filesystem/path.hpp>
-
-#include <memory>
-#include <string>
 
 namespace orvel::details
 {

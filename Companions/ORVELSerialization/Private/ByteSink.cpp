@@ -1,19 +1,18 @@
-#include <ORVELSerialization/Private/ByteSink.h>
+#include "ORVELSerialization/Private/ByteSink.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <exception>
+#include <fcntl.h>
 #include <ostream>
 #include <random>
+#include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
 #include <utility>
 
 #include <boost/filesystem/operations.hpp>
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <ORVELSerialization/Private/FileDescriptor.h>
 

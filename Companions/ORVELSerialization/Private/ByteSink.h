@@ -2,10 +2,6 @@
 
 // Where an output archive puts its bytes: a buffer before a file or a stream.
 
-#include <ORVELUtil/ScalarTypes.h>
-
-#include <boost/filesystem/path.hpp>
-
 #include <cstring>
 #include <iosfwd>
 #include <memory>
@@ -13,6 +9,10 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <boost/filesystem/path.hpp>
+
+#include <ORVELUtil/ScalarTypes.h>
 
 namespace orvel::details
 {

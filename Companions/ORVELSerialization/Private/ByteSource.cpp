@@ -1,16 +1,15 @@
-#include <ORVELSerialization/Private/ByteSource.h>
+#include "ORVELSerialization/Private/ByteSource.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <exception>
+#include <fcntl.h>
 #include <istream>
 #include <limits>
 #include <new>
-#include <utility>
-
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 #include <ORVELSerialization/Private/FileDescriptor.h>
 

@@ -2,14 +2,14 @@
 
 // Where an input archive takes its bytes from: a window over a file or a stream.
 
-#include <ORVELSerialization/Private/ByteSink.h>
-#include <ORVELUtil/ScalarTypes.h>
-
-#include <boost/filesystem/path.hpp>
-
 #include <cstdlib>
 #include <iosfwd>
 #include <memory>
+
+#include <boost/filesystem/path.hpp>
+
+#include <ORVELSerialization/Private/ByteSink.h>
+#include <ORVELUtil/ScalarTypes.h>
 
 namespace orvel::details
 {

@@ -2,10 +2,10 @@
 
 // The part of CBOR (RFC 8949) that the binary archives use.
 
-#include <ORVELUtil/ScalarTypes.h>
-
 #include <cstddef>
 #include <string>
+
+#include <ORVELUtil/ScalarTypes.h>
 
 namespace orvel::details::cbor
 {

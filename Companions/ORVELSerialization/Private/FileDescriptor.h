@@ -2,9 +2,8 @@
 
 // A file descriptor that closes itself.
 
-#include <utility>
-
 #include <unistd.h>
+#include <utility>
 
 namespace orvel::details
 {

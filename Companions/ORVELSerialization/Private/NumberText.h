@@ -2,10 +2,10 @@
 
 // Numbers in text, independent of the locale.
 
-#include <ORVELUtil/ScalarTypes.h>
-
 #include <array>
 #include <string_view>
+
+#include <ORVELUtil/ScalarTypes.h>
 
 namespace orvel::details
 {

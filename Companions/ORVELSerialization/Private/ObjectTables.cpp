@@ -1,4 +1,4 @@
-#include <ORVELSerialization/Private/ObjectTables.h>
+#include "ORVELSerialization/Private/ObjectTables.h"
 
 #include <utility>
 

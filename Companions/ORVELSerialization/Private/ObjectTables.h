@@ -2,16 +2,16 @@
 
 // Identity of shared objects within an archive.
 
-#include <ORVELSerialization/SerializationItem.h>
-#include <ORVELUtil/DynamicObjectFactory.h>
-#include <ORVELUtil/ScalarTypes.h>
-
 #include <cstdint>
 #include <limits>
 #include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include <ORVELSerialization/SerializationItem.h>
+#include <ORVELUtil/DynamicObjectFactory.h>
+#include <ORVELUtil/ScalarTypes.h>
 
 namespace orvel::details
 {

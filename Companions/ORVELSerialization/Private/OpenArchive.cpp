@@ -1,4 +1,4 @@
-#include <ORVELSerialization/Private/OpenArchive.h>
+#include "ORVELSerialization/Private/OpenArchive.h"
 
 #include <ORVELSerialization/ORVELSerializationLogMessages.h>
 

@@ -2,13 +2,13 @@
 
 // Opening what an archive writes to or reads from, with the failures of an archive.
 
-#include <ORVELSerialization/Private/ByteSink.h>
-#include <ORVELSerialization/Private/ByteSource.h>
+#include <iosfwd>
+#include <memory>
 
 #include <boost/filesystem/path.hpp>
 
-#include <iosfwd>
-#include <memory>
+#include <ORVELSerialization/Private/ByteSink.h>
+#include <ORVELSerialization/Private/ByteSource.h>
 
 namespace orvel::details
 {

@@ -1,4 +1,4 @@
-#include <ORVELSerialization/Private/Text.h>
+#include "ORVELSerialization/Private/Text.h"
 
 #include <cstring>
 

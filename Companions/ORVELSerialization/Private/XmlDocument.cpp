@@ -1,4 +1,4 @@
-#include <ORVELSerialization/Private/XmlDocument.h>
+#include "ORVELSerialization/Private/XmlDocument.h"
 
 #include <algorithm>
 #include <array>

@@ -2,9 +2,6 @@
 
 // The XML of an archive in memory, and the place in it that a reader has come to.
 
-#include <ORVELSerialization/Private/ByteSource.h>
-#include <ORVELUtil/ScalarTypes.h>
-
 #include <cstdlib>
 #include <memory>
 #include <string>
@@ -12,6 +9,9 @@
 #include <vector>
 
 #include <pugixml.hpp>
+
+#include <ORVELSerialization/Private/ByteSource.h>
+#include <ORVELUtil/ScalarTypes.h>
 
 namespace orvel::details
 {

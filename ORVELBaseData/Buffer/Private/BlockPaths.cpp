@@ -1,9 +1,8 @@
-#include <ORVELBaseData/Buffer/Private/BlockPaths.h>
+#include "ORVELBaseData/Buffer/Private/BlockPaths.h"
 
 #include <algorithm>
 #include <atomic>
 #include <cstring>
-
 #include <unistd.h>
 #if defined(__x86_64__)
 #include <emmintrin.h>

@@ -3,9 +3,9 @@
 /// \file
 /// \brief The fast ways to mirror and to fill memory, one per instruction set, and the choice among them.
 
-#include <ORVELUtil/ScalarTypes.h>
-
 #include <vector>
+
+#include <ORVELUtil/ScalarTypes.h>
 
 namespace orvel::details
 {

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Buffer/Private/OwnedBlock.h>
+#include "ORVELBaseData/Buffer/Private/OwnedBlock.h"
 
 #include <new>
 

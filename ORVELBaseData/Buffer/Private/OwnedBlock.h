@@ -3,12 +3,12 @@
 /// \file
 /// \brief The memory that buffers own.
 
+#include <limits>
+#include <memory>
+
 #include <ORVELBaseData/Buffer/BaseBuffer.h>
 #include <ORVELUtil/Raise.h>
 #include <ORVELUtil/ScalarTypes.h>
-
-#include <limits>
-#include <memory>
 
 namespace orvel::details
 {

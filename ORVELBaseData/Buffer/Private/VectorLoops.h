@@ -3,9 +3,9 @@
 /// \file
 /// \brief The loops that the instruction sets of x86-64 share.
 
-#include <ORVELUtil/ScalarTypes.h>
-
 #include <cstdint>
+
+#include <ORVELUtil/ScalarTypes.h>
 
 namespace orvel::details
 {

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/DataItem/Leaf/BaseDataItemEnumLeaf.h>
+#include "ORVELBaseData/DataItem/Leaf/BaseDataItemEnumLeaf.h"
 
 #include <ORVELBaseData/DataItem/DataItemLogMessages.h>
 #include <ORVELSerialization/SerializationItems.h>

@@ -3,10 +3,10 @@
 /// \file
 /// \brief Leaf of an enumerate.
 
+#include <string>
+
 #include <ORVELBaseData/DataItem/Leaf/BaseDataItemLeaf.h>
 #include <ORVELUtil/ScalarTypes.h>
-
-#include <string>
 
 namespace orvel
 {

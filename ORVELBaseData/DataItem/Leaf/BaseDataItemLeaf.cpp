@@ -1,4 +1,4 @@
-#include <ORVELBaseData/DataItem/Leaf/BaseDataItemLeaf.h>
+#include "ORVELBaseData/DataItem/Leaf/BaseDataItemLeaf.h"
 
 namespace orvel
 {

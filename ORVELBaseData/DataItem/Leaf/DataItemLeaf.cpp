@@ -1,4 +1,4 @@
-#include <ORVELBaseData/DataItem/Leaf/DataItemLeaf.h>
+#include "ORVELBaseData/DataItem/Leaf/DataItemLeaf.h"
 
 #include <ORVELSerialization/SerializationItems.h>
 

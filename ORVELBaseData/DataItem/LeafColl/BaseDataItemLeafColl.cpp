@@ -1,4 +1,4 @@
-#include <ORVELBaseData/DataItem/LeafColl/BaseDataItemLeafColl.h>
+#include "ORVELBaseData/DataItem/LeafColl/BaseDataItemLeafColl.h"
 
 namespace orvel
 {

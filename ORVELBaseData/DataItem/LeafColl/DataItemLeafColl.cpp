@@ -1,4 +1,4 @@
-#include <ORVELBaseData/DataItem/LeafColl/DataItemLeafColl.h>
+#include "ORVELBaseData/DataItem/LeafColl/DataItemLeafColl.h"
 
 #include <ORVELSerialization/SerializationItems.h>
 

@@ -3,10 +3,10 @@
 /// \file
 /// \brief Leaf collections of the thirteen types of values.
 
+#include <vector>
+
 #include <ORVELBaseData/DataItem/LeafColl/BaseDataItemLeafColl.h>
 #include <ORVELBaseData/DataItem/ValueTypes.h>
-
-#include <vector>
 
 namespace orvel
 {

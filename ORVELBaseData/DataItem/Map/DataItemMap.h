@@ -3,13 +3,13 @@
 /// \file
 /// \brief Items of any kind by name.
 
-#include <ORVELBaseData/DataItem/BaseDataItem.h>
-#include <ORVELUtil/ScalarTypes.h>
+#include <map>
+#include <string>
 
 #include <boost/shared_ptr.hpp>
 
-#include <map>
-#include <string>
+#include <ORVELBaseData/DataItem/BaseDataItem.h>
+#include <ORVELUtil/ScalarTypes.h>
 
 namespace orvel
 {

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/DataItem/Node/BaseDataItemNode.h>
+#include "ORVELBaseData/DataItem/Node/BaseDataItemNode.h"
 
 #include <ORVELBaseData/DataItem/DataItemLogMessages.h>
 

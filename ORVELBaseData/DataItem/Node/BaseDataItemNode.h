@@ -3,13 +3,13 @@
 /// \file
 /// \brief Root of the nodes.
 
-#include <ORVELBaseData/DataItem/BaseDataItem.h>
-#include <ORVELBaseData/DataItem/Node/BaseToolTip.h>
-#include <ORVELBaseData/DataItem/Node/ItemInfo.h>
+#include <string>
 
 #include <boost/shared_ptr.hpp>
 
-#include <string>
+#include <ORVELBaseData/DataItem/BaseDataItem.h>
+#include <ORVELBaseData/DataItem/Node/BaseToolTip.h>
+#include <ORVELBaseData/DataItem/Node/ItemInfo.h>
 
 namespace orvel
 {

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/DataItem/Node/BaseToolTip.h>
+#include "ORVELBaseData/DataItem/Node/BaseToolTip.h"
 
 namespace orvel
 {

@@ -3,9 +3,9 @@
 /// \file
 /// \brief What tells a user about something.
 
-#include <ORVELBaseData/ORVELBaseDataExport.h>
-
 #include <string>
+
+#include <ORVELBaseData/ORVELBaseDataExport.h>
 
 namespace orvel
 {

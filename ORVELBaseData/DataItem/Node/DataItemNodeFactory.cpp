@@ -1,4 +1,4 @@
-#include <ORVELBaseData/DataItem/Node/DataItemNodeFactory.h>
+#include "ORVELBaseData/DataItem/Node/DataItemNodeFactory.h"
 
 #include <ORVELBaseData/DataItem/DataItemLogMessages.h>
 #include <ORVELUtil/UnitMutex.h>

@@ -3,13 +3,13 @@
 /// \file
 /// \brief The catalogue of node classes.
 
-#include <ORVELBaseData/DataItem/Node/BaseDataItemNode.h>
-#include <ORVELBaseData/ORVELBaseDataExport.h>
+#include <map>
+#include <string>
 
 #include <boost/filesystem/path.hpp>
 
-#include <map>
-#include <string>
+#include <ORVELBaseData/DataItem/Node/BaseDataItemNode.h>
+#include <ORVELBaseData/ORVELBaseDataExport.h>
 
 namespace orvel
 {

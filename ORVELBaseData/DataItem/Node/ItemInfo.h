@@ -3,9 +3,9 @@
 /// \file
 /// \brief What a node tells of one of its items.
 
-#include <boost/shared_ptr.hpp>
-
 #include <string>
+
+#include <boost/shared_ptr.hpp>
 
 namespace orvel
 {

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/DataItem/NodeColl/BaseDataItemNodeColl.h>
+#include "ORVELBaseData/DataItem/NodeColl/BaseDataItemNodeColl.h"
 
 #include <ORVELBaseData/DataItem/DataItemLogMessages.h>
 #include <ORVELBaseData/DataItem/Private/Duplication.h>

@@ -3,12 +3,12 @@
 /// \file
 /// \brief Sequences of nodes.
 
-#include <ORVELBaseData/DataItem/Node/BaseDataItemNode.h>
-#include <ORVELUtil/ScalarTypes.h>
+#include <vector>
 
 #include <boost/shared_ptr.hpp>
 
-#include <vector>
+#include <ORVELBaseData/DataItem/Node/BaseDataItemNode.h>
+#include <ORVELUtil/ScalarTypes.h>
 
 namespace orvel
 {

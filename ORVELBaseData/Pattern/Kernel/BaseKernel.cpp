@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Pattern/Kernel/BaseKernel.h>
+#include "ORVELBaseData/Pattern/Kernel/BaseKernel.h"
 
 namespace orvel
 {

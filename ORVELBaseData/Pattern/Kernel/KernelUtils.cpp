@@ -1,9 +1,8 @@
-#include <ORVELBaseData/Pattern/Kernel/KernelUtils.h>
+#include "ORVELBaseData/Pattern/Kernel/KernelUtils.h"
 
 #include <array>
 #include <cmath>
 #include <limits>
-
 #include <math.h> // NOLINT(modernize-deprecated-headers): for sincosf
 
 #include <boost/make_shared.hpp>

@@ -36,12 +36,12 @@
 ///
 /// Complexity: linear for boxes, n log n for lines.
 
+#include <boost/shared_ptr.hpp>
+
 #include <ORVELBaseData/ORVELBaseDataExport.h>
 #include <ORVELBaseData/Pattern/Kernel/KernelXY.h>
 #include <ORVELBaseData/Pattern/Kernel/KernelXYZ.h>
 #include <ORVELUtil/ScalarTypes.h>
-
-#include <boost/shared_ptr.hpp>
 
 namespace orvel
 {

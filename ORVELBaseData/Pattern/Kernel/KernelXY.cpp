@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Pattern/Kernel/KernelXY.h>
+#include "ORVELBaseData/Pattern/Kernel/KernelXY.h"
 
 #include <ORVELBaseData/Pattern/Kernel/KernelLogMessages.h>
 #include <ORVELBaseData/Pattern/Kernel/Private/KernelOperations.h>

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Pattern/Kernel/SobelKernelType.h>
+#include "ORVELBaseData/Pattern/Kernel/SobelKernelType.h"
 
 namespace orvel
 {

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Pattern/StructuringElement/BaseStructuringElement.h>
+#include "ORVELBaseData/Pattern/StructuringElement/BaseStructuringElement.h"
 
 namespace orvel
 {

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Pattern/StructuringElement/BaseStructuringElementInfo.h>
+#include "ORVELBaseData/Pattern/StructuringElement/BaseStructuringElementInfo.h"
 
 #include <ORVELSerialization/SerializationItems.h>
 

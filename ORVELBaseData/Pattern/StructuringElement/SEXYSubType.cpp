@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Pattern/StructuringElement/SEXYSubType.h>
+#include "ORVELBaseData/Pattern/StructuringElement/SEXYSubType.h"
 
 namespace orvel
 {

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Pattern/StructuringElement/SEXYZSubType.h>
+#include "ORVELBaseData/Pattern/StructuringElement/SEXYZSubType.h"
 
 namespace orvel
 {

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Pattern/StructuringElement/StructuringElementLogMessages.h>
+#include "ORVELBaseData/Pattern/StructuringElement/StructuringElementLogMessages.h"
 
 namespace orvel
 {

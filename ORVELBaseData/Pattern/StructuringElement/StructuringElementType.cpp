@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Pattern/StructuringElement/StructuringElementType.h>
+#include "ORVELBaseData/Pattern/StructuringElement/StructuringElementType.h"
 
 namespace orvel
 {

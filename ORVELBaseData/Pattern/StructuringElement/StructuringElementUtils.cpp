@@ -1,11 +1,10 @@
-#include <ORVELBaseData/Pattern/StructuringElement/StructuringElementUtils.h>
+#include "ORVELBaseData/Pattern/StructuringElement/StructuringElementUtils.h"
 
 #include <array>
 #include <cstddef>
 #include <limits>
-#include <utility>
-
 #include <math.h> // NOLINT(modernize-deprecated-headers): for sincos
+#include <utility>
 
 #include <boost/make_shared.hpp>
 

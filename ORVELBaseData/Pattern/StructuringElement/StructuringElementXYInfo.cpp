@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Pattern/StructuringElement/StructuringElementXYInfo.h>
+#include "ORVELBaseData/Pattern/StructuringElement/StructuringElementXYInfo.h"
 
 #include <utility>
 

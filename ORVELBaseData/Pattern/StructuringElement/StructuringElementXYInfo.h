@@ -3,13 +3,13 @@
 /// \file
 /// \brief Descriptions of structuring elements of planar images.
 
+#include <boost/make_shared.hpp>
+#include <boost/shared_ptr.hpp>
+
 #include <ORVELBaseData/Pattern/StructuringElement/BaseStructuringElementInfo.h>
 #include <ORVELBaseData/Pattern/StructuringElement/SEXYSubType.h>
 #include <ORVELBaseData/Pattern/StructuringElement/StructuringElementXY.h>
 #include <ORVELUtil/ScalarTypes.h>
-
-#include <boost/make_shared.hpp>
-#include <boost/shared_ptr.hpp>
 
 namespace orvel
 {

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Pattern/StructuringElement/StructuringElementXYZ.h>
+#include "ORVELBaseData/Pattern/StructuringElement/StructuringElementXYZ.h"
 
 #include <ORVELBaseData/Pattern/StructuringElement/Private/StructuringElementOperations.h>
 #include <ORVELBaseData/Pattern/StructuringElement/StructuringElementLogMessages.h>

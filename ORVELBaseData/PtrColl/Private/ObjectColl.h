@@ -3,11 +3,11 @@
 /// \file
 /// \brief How collections of shared objects are archived: whole, or as the contents of objects in place.
 
-#include <ORVELSerialization/BaseObjectWithSkeleton.h>
-#include <ORVELSerialization/SerializationItems.h>
-
 #include <string>
 #include <utility>
+
+#include <ORVELSerialization/BaseObjectWithSkeleton.h>
+#include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel::details
 {

@@ -1,4 +1,4 @@
-#include <ORVELMath/NumericLimits.h>
+#include "ORVELMath/NumericLimits.h"
 
 #include <limits>
 

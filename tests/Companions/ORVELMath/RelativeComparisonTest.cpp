@@ -1,4 +1,4 @@
-#include <ORVELMath/RelativeComparison.h>
+#include "ORVELMath/RelativeComparison.h"
 
 #include <limits>
 #include <type_traits>

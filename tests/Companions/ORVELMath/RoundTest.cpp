@@ -1,4 +1,4 @@
-#include <ORVELMath/Round.h>
+#include "ORVELMath/Round.h"
 
 #include <cfenv>
 #include <cmath>

@@ -1,13 +1,13 @@
 // Puts the whole program under the locale that ORVEL_TEST_LOCALE names, for C and for C++ streams.
 
-#include <gtest/gtest.h>
-
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <locale>
 #include <sstream>
 #include <string>
+
+#include <gtest/gtest.h>
 
 namespace
 {

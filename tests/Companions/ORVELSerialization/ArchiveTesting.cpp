@@ -1,10 +1,10 @@
 #include "ArchiveTesting.h"
 
 #define XXH_INLINE_ALL
-#include <xxhash.h>
-
 #include <fstream>
 #include <iterator>
+
+#include <xxhash.h>
 
 namespace orvel::test
 {

@@ -3,20 +3,20 @@
 /// \file
 /// \brief What the tests of both concrete archives share: the two formats as types, odd streams, folders.
 
-#include <ORVELSerialization/BinaryArchive.h>
-#include <ORVELSerialization/ORVELSerializationException.h>
-#include <ORVELSerialization/SerializationItems.h>
-#include <ORVELSerialization/XmlArchive.h>
-
-#include <boost/filesystem/operations.hpp>
-#include <boost/filesystem/path.hpp>
-
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <sstream>
 #include <streambuf>
 #include <string>
+
+#include <boost/filesystem/operations.hpp>
+#include <boost/filesystem/path.hpp>
+
+#include <ORVELSerialization/BinaryArchive.h>
+#include <ORVELSerialization/ORVELSerializationException.h>
+#include <ORVELSerialization/SerializationItems.h>
+#include <ORVELSerialization/XmlArchive.h>
 
 namespace orvel::test
 {

@@ -1,17 +1,16 @@
-#include <ORVELSerialization/BaseArchive.h>
+#include "ORVELSerialization/BaseArchive.h"
+
+#include <memory>
+#include <stdexcept>
 
 #include <gtest/gtest.h>
 
+#include "RecordingArchive.h"
 #include <ORVELSerialization/ORVELSerializationException.h>
 #include <ORVELSerialization/SerializationItems.h>
 #include <support/FailingAllocation.h>
 #include <support/LayoutChecks.h>
 #include <support/RaisedFailure.h>
-
-#include "RecordingArchive.h"
-
-#include <memory>
-#include <stdexcept>
 
 namespace
 {

@@ -1,13 +1,12 @@
-#include <ORVELSerialization/BaseIArchive.h>
+#include "ORVELSerialization/BaseIArchive.h"
+
+#include <limits>
 
 #include <gtest/gtest.h>
 
+#include "RecordingArchive.h"
 #include <ORVELSerialization/ORVELSerializationException.h>
 #include <support/RaisedFailure.h>
-
-#include "RecordingArchive.h"
-
-#include <limits>
 
 namespace
 {

@@ -1,13 +1,12 @@
-#include <ORVELSerialization/BaseObjectWithSkeleton.h>
+#include "ORVELSerialization/BaseObjectWithSkeleton.h"
+
+#include <type_traits>
 
 #include <gtest/gtest.h>
 
-#include <support/LayoutChecks.h>
-
 #include "RecordingArchive.h"
 #include "SampleClasses.h"
-
-#include <type_traits>
+#include <support/LayoutChecks.h>
 
 ORVEL_TEST_EXPOSE(SerializationMode, &orvel::BaseObjectWithSkeleton::_serializationMode)
 

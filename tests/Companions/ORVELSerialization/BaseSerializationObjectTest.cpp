@@ -1,11 +1,10 @@
-#include <ORVELSerialization/BaseSerializationObject.h>
+#include "ORVELSerialization/BaseSerializationObject.h"
 
 #include <gtest/gtest.h>
 
-#include <support/LayoutChecks.h>
-
 #include "RecordingArchive.h"
 #include "SampleClasses.h"
+#include <support/LayoutChecks.h>
 
 namespace
 {

@@ -1,14 +1,13 @@
-#include <ORVELSerialization/BinaryArchive.h>
-
-#include <gtest/gtest.h>
-
-#include <support/RaisedFailure.h>
-
-#include "ArchiveTesting.h"
-#include "SampleClasses.h"
+#include "ORVELSerialization/BinaryArchive.h"
 
 #include <limits>
 #include <stdexcept>
+
+#include <gtest/gtest.h>
+
+#include "ArchiveTesting.h"
+#include "SampleClasses.h"
+#include <support/RaisedFailure.h>
 
 namespace
 {

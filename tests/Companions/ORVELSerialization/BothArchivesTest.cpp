@@ -1,20 +1,18 @@
 // What both concrete archives do alike: values, identity, limits, and what follows a failure.
 
-#include "ArchiveTesting.h"
-
-#include <gtest/gtest.h>
-
-#include <support/RaisedFailure.h>
-#include <support/Sanitizers.h>
-
-#include "SampleClasses.h"
-
 #include <cmath>
 #include <cstring>
 #include <limits>
 #include <memory>
 #include <random>
 #include <stdexcept>
+
+#include <gtest/gtest.h>
+
+#include "ArchiveTesting.h"
+#include "SampleClasses.h"
+#include <support/RaisedFailure.h>
+#include <support/Sanitizers.h>
 
 namespace
 {

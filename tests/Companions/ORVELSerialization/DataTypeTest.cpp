@@ -1,12 +1,11 @@
-#include <ORVELSerialization/DataType.h>
+#include "ORVELSerialization/DataType.h"
 
 #include <gtest/gtest.h>
 
+#include "RecordingArchive.h"
 #include <ORVELSerialization/ORVELSerializationException.h>
 #include <ORVELSerialization/SerializationItems.h>
 #include <support/RaisedFailure.h>
-
-#include "RecordingArchive.h"
 
 namespace
 {

@@ -1,16 +1,14 @@
 // Damaged and hostile archives: every cut, every bit, counts beyond all bounds.
 
-#include "ArchiveTesting.h"
+#include <new>
+#include <random>
 
 #include <gtest/gtest.h>
 
+#include "ArchiveTesting.h"
+#include "SampleClasses.h"
 #include <support/FailingAllocation.h>
 #include <support/RaisedFailure.h>
-
-#include "SampleClasses.h"
-
-#include <new>
-#include <random>
 
 namespace
 {

@@ -1,8 +1,8 @@
-#include <ORVELSerialization/NameTable.h>
-
-#include <gtest/gtest.h>
+#include "ORVELSerialization/NameTable.h"
 
 #include <memory>
+
+#include <gtest/gtest.h>
 
 namespace
 {

@@ -1,15 +1,14 @@
-#include <ORVELSerialization/NamedEnumerationItems.h>
+#include "ORVELSerialization/NamedEnumerationItems.h"
+
+#include <stdexcept>
 
 #include <gtest/gtest.h>
 
+#include "RecordingArchive.h"
 #include <ORVELSerialization/ORVELSerializationException.h>
 #include <ORVELSerialization/ORVELSerializationLog.h>
 #include <ORVELUtil/NamedEnumeration.h>
 #include <support/RaisedFailure.h>
-
-#include "RecordingArchive.h"
-
-#include <stdexcept>
 
 namespace orvel
 {

@@ -1,4 +1,8 @@
-#include <ORVELSerialization/ORVELSerializationLogMessages.h>
+#include "ORVELSerialization/ORVELSerializationLogMessages.h"
+
+#include <stdexcept>
+#include <string>
+#include <type_traits>
 
 #include <gtest/gtest.h>
 
@@ -7,10 +11,6 @@
 #include <ORVELUtil/ORVELUtilLog.h>
 #include <support/LayoutChecks.h>
 #include <support/RaisedFailure.h>
-
-#include <stdexcept>
-#include <string>
-#include <type_traits>
 
 namespace
 {

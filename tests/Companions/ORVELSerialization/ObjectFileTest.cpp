@@ -1,17 +1,15 @@
-#include <ORVELSerialization/ObjectFile.h>
+#include "ORVELSerialization/ObjectFile.h"
+
+#include <cerrno>
+#include <sys/stat.h>
+#include <thread>
 
 #include <gtest/gtest.h>
 
-#include <support/RaisedFailure.h>
-#include <support/Sanitizers.h>
-
 #include "ArchiveTesting.h"
 #include "SampleClasses.h"
-
-#include <cerrno>
-#include <thread>
-
-#include <sys/stat.h>
+#include <support/RaisedFailure.h>
+#include <support/Sanitizers.h>
 
 namespace
 {

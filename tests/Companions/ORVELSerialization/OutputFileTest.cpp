@@ -1,27 +1,24 @@
 // How an output archive replaces a file, and what it leaves behind where it can't.
 
-#include "ArchiveTesting.h"
-
-#include <gtest/gtest.h>
-
-#include <support/RaisedFailure.h>
-
-#include "SampleClasses.h"
-
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <dlfcn.h>
 #include <stdexcept>
 #include <string>
+#include <sys/resource.h>
+#include <sys/stat.h>
 #include <thread>
 #include <type_traits>
+#include <unistd.h>
 #include <utility>
 #include <vector>
 
-#include <dlfcn.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <gtest/gtest.h>
+
+#include "ArchiveTesting.h"
+#include "SampleClasses.h"
+#include <support/RaisedFailure.h>
 
 namespace
 {

@@ -4,10 +4,6 @@
 /// \brief Archives that write down what is asked of them: what a class or an item operator does, call by
 /// call.
 
-#include <ORVELSerialization/BaseIArchive.h>
-#include <ORVELSerialization/BaseOArchive.h>
-#include <ORVELSerialization/BaseSerializationObject.h>
-
 #include <deque>
 #include <stdexcept>
 #include <string>
@@ -15,6 +11,10 @@
 #include <utility>
 #include <variant>
 #include <vector>
+
+#include <ORVELSerialization/BaseIArchive.h>
+#include <ORVELSerialization/BaseOArchive.h>
+#include <ORVELSerialization/BaseSerializationObject.h>
 
 namespace orvel::test
 {

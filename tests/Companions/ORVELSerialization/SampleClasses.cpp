@@ -1,9 +1,9 @@
 #include "SampleClasses.h"
 
-#include <ORVELSerialization/SerializationItems.h>
-
 #include <stdexcept>
 #include <tuple>
+
+#include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel::test
 {

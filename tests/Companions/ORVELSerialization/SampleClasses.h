@@ -3,17 +3,17 @@
 /// \file
 /// \brief Classes of the frame that exist for the tests only.
 
-#include <ORVELSerialization/BaseObjectWithSkeleton.h>
-#include <ORVELSerialization/DataType.h>
-#include <ORVELSerialization/SerializableClass.h>
-#include <ORVELSerialization/SerializationObjectWithGuid.h>
-
-#include <boost/filesystem/path.hpp>
-
 #include <map>
 #include <set>
 #include <string>
 #include <vector>
+
+#include <boost/filesystem/path.hpp>
+
+#include <ORVELSerialization/BaseObjectWithSkeleton.h>
+#include <ORVELSerialization/DataType.h>
+#include <ORVELSerialization/SerializableClass.h>
+#include <ORVELSerialization/SerializationObjectWithGuid.h>
 
 namespace orvel::test
 {

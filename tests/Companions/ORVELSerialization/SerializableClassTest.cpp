@@ -1,19 +1,18 @@
-#include <ORVELSerialization/SerializableClass.h>
+#include "ORVELSerialization/SerializableClass.h"
+
+#include <memory>
+#include <new>
+#include <stdexcept>
 
 #include <gtest/gtest.h>
 
+#include "RecordingArchive.h"
+#include "SampleClasses.h"
 #include <ORVELSerialization/ORVELSerializationException.h>
 #include <ORVELSerialization/ORVELSerializationLog.h>
 #include <ORVELSerialization/SerializationItems.h>
 #include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/RaisedFailure.h>
-
-#include "RecordingArchive.h"
-#include "SampleClasses.h"
-
-#include <memory>
-#include <new>
-#include <stdexcept>
 
 namespace
 {

@@ -1,18 +1,16 @@
-#include <ORVELSerialization/SerializationItems.h>
-
-#include <gtest/gtest.h>
-
-#include <ORVELSerialization/ORVELSerializationException.h>
-#include <support/RaisedFailure.h>
-#include <support/Sanitizers.h>
-
-#include "RecordingArchive.h"
-#include "SampleClasses.h"
+#include "ORVELSerialization/SerializationItems.h"
 
 #include <limits>
 #include <new>
-
 #include <sys/mman.h>
+
+#include <gtest/gtest.h>
+
+#include "RecordingArchive.h"
+#include "SampleClasses.h"
+#include <ORVELSerialization/ORVELSerializationException.h>
+#include <support/RaisedFailure.h>
+#include <support/Sanitizers.h>
 
 namespace
 {

@@ -1,16 +1,14 @@
-#include <ORVELSerialization/SerializationObjectWithGuid.h>
-
-#include <gtest/gtest.h>
-
-#include <ORVELSerialization/ORVELSerializationException.h>
-#include <support/LayoutChecks.h>
-#include <support/RaisedFailure.h>
-
-#include "RecordingArchive.h"
-#include "SampleClasses.h"
+#include "ORVELSerialization/SerializationObjectWithGuid.h"
 
 #include <boost/uuid/uuid_generators.hpp>
 #include <boost/uuid/uuid_io.hpp>
+#include <gtest/gtest.h>
+
+#include "RecordingArchive.h"
+#include "SampleClasses.h"
+#include <ORVELSerialization/ORVELSerializationException.h>
+#include <support/LayoutChecks.h>
+#include <support/RaisedFailure.h>
 
 ORVEL_TEST_EXPOSE(Guid, &orvel::SerializationObjectWithGuid::_guid)
 

@@ -1,14 +1,13 @@
-#include <ORVELSerialization/XmlArchive.h>
-
-#include <gtest/gtest.h>
-
-#include <support/RaisedFailure.h>
-
-#include "ArchiveTesting.h"
-#include "SampleClasses.h"
+#include "ORVELSerialization/XmlArchive.h"
 
 #include <cstring>
 #include <limits>
+
+#include <gtest/gtest.h>
+
+#include "ArchiveTesting.h"
+#include "SampleClasses.h"
+#include <support/RaisedFailure.h>
 
 namespace
 {

@@ -1,15 +1,13 @@
-#include <ORVELUtil/BaseDynamicObject.h>
-
-#include <gtest/gtest.h>
+#include "ORVELUtil/BaseDynamicObject.h"
 
 #include <dlfcn.h>
 #include <link.h>
-
-#include <boost/make_shared.hpp>
-
 #include <memory>
 #include <string>
 #include <type_traits>
+
+#include <boost/make_shared.hpp>
+#include <gtest/gtest.h>
 
 #include <support/LayoutChecks.h>
 

@@ -1,8 +1,4 @@
-#include <ORVELUtil/BaseException.h>
-
-#include <gtest/gtest.h>
-
-#include <boost/exception/all.hpp>
+#include "ORVELUtil/BaseException.h"
 
 #include <exception>
 #include <memory>
@@ -11,9 +7,11 @@
 #include <string>
 #include <type_traits>
 
+#include <boost/exception/all.hpp>
+#include <gtest/gtest.h>
+
 #include <ORVELUtil/ORVELUtilException.h>
 #include <ORVELUtil/UnHandleException.h>
-
 #include <support/LayoutChecks.h>
 
 namespace

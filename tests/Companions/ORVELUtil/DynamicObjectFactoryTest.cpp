@@ -1,12 +1,4 @@
-#include <ORVELUtil/DynamicObjectFactory.h>
-
-#include <gtest/gtest.h>
-
-#include <log4cplus/appender.h>
-#include <log4cplus/logger.h>
-#include <log4cplus/spi/loggingevent.h>
-
-#include <boost/make_shared.hpp>
+#include "ORVELUtil/DynamicObjectFactory.h"
 
 #include <atomic>
 #include <memory>
@@ -17,9 +9,14 @@
 #include <type_traits>
 #include <vector>
 
+#include <boost/make_shared.hpp>
+#include <gtest/gtest.h>
+#include <log4cplus/appender.h>
+#include <log4cplus/logger.h>
+#include <log4cplus/spi/loggingevent.h>
+
 #include <ORVELUtil/ORVELUtilException.h>
 #include <ORVELUtil/ORVELUtilLog.h>
-
 #include <support/FailingAllocation.h>
 #include <support/RaisedFailure.h>
 

@@ -1,13 +1,12 @@
-#include <ORVELUtil/DynamicRegistrator.h>
-
-#include <gtest/gtest.h>
-
-#include <boost/make_shared.hpp>
+#include "ORVELUtil/DynamicRegistrator.h"
 
 #include <memory>
 #include <optional>
 #include <string>
 #include <type_traits>
+
+#include <boost/make_shared.hpp>
+#include <gtest/gtest.h>
 
 namespace
 {

@@ -1,8 +1,4 @@
-#include <ORVELUtil/LogMessageFormater.h>
-
-#include <gtest/gtest.h>
-
-#include <boost/format/exceptions.hpp>
+#include "ORVELUtil/LogMessageFormater.h"
 
 #include <climits>
 #include <limits>
@@ -12,9 +8,11 @@
 #include <string>
 #include <type_traits>
 
+#include <boost/format/exceptions.hpp>
+#include <gtest/gtest.h>
+
 #include <ORVELUtil/LogMessageManager.h>
 #include <ORVELUtil/ScalarTypes.h>
-
 #include <support/CommaLocale.h>
 #include <support/RaisedFailure.h>
 

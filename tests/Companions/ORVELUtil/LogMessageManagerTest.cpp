@@ -1,6 +1,4 @@
-#include <ORVELUtil/LogMessageManager.h>
-
-#include <gtest/gtest.h>
+#include "ORVELUtil/LogMessageManager.h"
 
 #include <climits>
 #include <stdexcept>
@@ -8,6 +6,8 @@
 #include <thread>
 #include <type_traits>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include <support/FailingAllocation.h>
 #include <support/RaisedFailure.h>

@@ -1,10 +1,10 @@
-#include <ORVELUtil/MsgMapRegistrator.h>
-
-#include <gtest/gtest.h>
+#include "ORVELUtil/MsgMapRegistrator.h"
 
 #include <stdexcept>
 #include <string>
 #include <type_traits>
+
+#include <gtest/gtest.h>
 
 namespace sample
 {

@@ -1,8 +1,8 @@
-#include <ORVELUtil/NamedEnumeration.h>
-
-#include <gtest/gtest.h>
+#include "ORVELUtil/NamedEnumeration.h"
 
 #include <type_traits>
+
+#include <gtest/gtest.h>
 
 namespace
 {

@@ -1,10 +1,10 @@
-#include <ORVELUtil/ORVELUtilException.h>
-
-#include <gtest/gtest.h>
+#include "ORVELUtil/ORVELUtilException.h"
 
 #include <exception>
 #include <stdexcept>
 #include <type_traits>
+
+#include <gtest/gtest.h>
 
 namespace
 {

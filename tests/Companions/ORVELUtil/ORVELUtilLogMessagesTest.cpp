@@ -1,15 +1,14 @@
-#include <ORVELUtil/ORVELUtilLogMessages.h>
-
-#include <gtest/gtest.h>
+#include "ORVELUtil/ORVELUtilLogMessages.h"
 
 #include <stdexcept>
 #include <string>
 #include <type_traits>
 #include <typeinfo>
 
+#include <gtest/gtest.h>
+
 #include <ORVELUtil/LogMessageFormater.h>
 #include <ORVELUtil/LogMessageManager.h>
-
 #include <support/RaisedFailure.h>
 
 namespace

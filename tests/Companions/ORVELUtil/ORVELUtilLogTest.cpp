@@ -1,17 +1,15 @@
-#include <ORVELUtil/ORVELUtilLog.h>
-
-#include <gtest/gtest.h>
-
-#include <log4cplus/logger.h>
-#include <log4cplus/nullappender.h>
+#include "ORVELUtil/ORVELUtilLog.h"
 
 #include <set>
 #include <string>
 #include <thread>
 #include <vector>
 
-#include <ORVELUtil/LogMessageManager.h>
+#include <gtest/gtest.h>
+#include <log4cplus/logger.h>
+#include <log4cplus/nullappender.h>
 
+#include <ORVELUtil/LogMessageManager.h>
 #include <support/RaisedFailure.h>
 
 namespace

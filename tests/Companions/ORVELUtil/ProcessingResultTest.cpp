@@ -1,9 +1,9 @@
-#include <ORVELUtil/ProcessingResult.h>
-
-#include <gtest/gtest.h>
+#include "ORVELUtil/ProcessingResult.h"
 
 #include <string>
 #include <type_traits>
+
+#include <gtest/gtest.h>
 
 namespace
 {

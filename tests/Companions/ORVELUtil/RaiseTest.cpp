@@ -1,11 +1,4 @@
-#include <ORVELUtil/Raise.h>
-
-#include <gtest/gtest.h>
-
-#include <boost/format/exceptions.hpp>
-#include <log4cplus/appender.h>
-#include <log4cplus/logger.h>
-#include <log4cplus/spi/loggingevent.h>
+#include "ORVELUtil/Raise.h"
 
 #include <algorithm>
 #include <functional>
@@ -15,11 +8,16 @@
 #include <string>
 #include <vector>
 
+#include <boost/format/exceptions.hpp>
+#include <gtest/gtest.h>
+#include <log4cplus/appender.h>
+#include <log4cplus/logger.h>
+#include <log4cplus/spi/loggingevent.h>
+
 #include <ORVELUtil/BaseException.h>
 #include <ORVELUtil/LogMessageManager.h>
 #include <ORVELUtil/ORVELUtilLog.h>
 #include <ORVELUtil/UnHandleException.h>
-
 #include <support/CommaLocale.h>
 #include <support/FailingAllocation.h>
 #include <support/RaisedFailure.h>

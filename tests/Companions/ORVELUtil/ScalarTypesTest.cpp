@@ -1,10 +1,10 @@
-#include <ORVELUtil/ScalarTypes.h>
-
-#include <gtest/gtest.h>
+#include "ORVELUtil/ScalarTypes.h"
 
 #include <limits>
 #include <type_traits>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace
 {

@@ -1,9 +1,9 @@
-#include <ORVELUtil/UnHandleException.h>
-
-#include <gtest/gtest.h>
+#include "ORVELUtil/UnHandleException.h"
 
 #include <string>
 #include <type_traits>
+
+#include <gtest/gtest.h>
 
 namespace
 {

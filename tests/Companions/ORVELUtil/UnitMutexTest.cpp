@@ -1,9 +1,9 @@
-#include <ORVELUtil/UnitMutex.h>
-
-#include <gtest/gtest.h>
+#include "ORVELUtil/UnitMutex.h"
 
 #include <thread>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace
 {

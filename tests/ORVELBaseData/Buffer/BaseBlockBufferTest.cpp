@@ -1,4 +1,11 @@
-#include <ORVELBaseData/Buffer/BaseBlockBuffer.h>
+#include "ORVELBaseData/Buffer/BaseBlockBuffer.h"
+
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <string>
+#include <type_traits>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -8,13 +15,6 @@
 #include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
 #include <support/RaisedFailure.h>
-
-#include <cstdint>
-#include <functional>
-#include <limits>
-#include <string>
-#include <type_traits>
-#include <utility>
 
 ORVEL_TEST_EXPOSE(DataPtr, &orvel::BaseBlockBuffer::_dataPtr)
 

@@ -1,4 +1,10 @@
-#include <ORVELBaseData/Buffer/BaseBuffer.h>
+#include "ORVELBaseData/Buffer/BaseBuffer.h"
+
+#include <functional>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -10,12 +16,6 @@
 #include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
 #include <support/RaisedFailure.h>
-
-#include <functional>
-#include <string>
-#include <type_traits>
-#include <utility>
-#include <vector>
 
 ORVEL_TEST_EXPOSE(Size, &orvel::BaseBuffer::_size)
 ORVEL_TEST_EXPOSE(DataType, &orvel::BaseBuffer::_dataType)

@@ -1,11 +1,4 @@
-#include <ORVELBaseData/Buffer/BaseFragBuffer.h>
-
-#include <gtest/gtest.h>
-
-#include <ORVELUtil/ORVELUtilException.h>
-#include <support/LayoutChecks.h>
-
-#include "BufferTesting.h"
+#include "ORVELBaseData/Buffer/BaseFragBuffer.h"
 
 #include <cstdint>
 #include <functional>
@@ -13,6 +6,12 @@
 #include <string>
 #include <type_traits>
 #include <utility>
+
+#include <gtest/gtest.h>
+
+#include "BufferTesting.h"
+#include <ORVELUtil/ORVELUtilException.h>
+#include <support/LayoutChecks.h>
 
 ORVEL_TEST_EXPOSE(Fragments, &orvel::BaseFragBuffer::_fragments)
 ORVEL_TEST_EXPOSE(FragmentsSize, &orvel::BaseFragBuffer::_fragmentsSize)

@@ -1,18 +1,4 @@
-#include <ORVELBaseData/Buffer/BaseOwnBuffer.h>
-
-#include <gtest/gtest.h>
-
-#include <ORVELBaseData/ORVELBaseDataException.h>
-#include <ORVELBaseData/ORVELBaseDataLog.h>
-#include <ORVELSerialization/ORVELSerializationException.h>
-#include <ORVELSerialization/ORVELSerializationLog.h>
-#include <ORVELUtil/ORVELUtilException.h>
-#include <support/FailingAllocation.h>
-#include <support/HandWrittenArchive.h>
-#include <support/LayoutChecks.h>
-#include <support/RaisedFailure.h>
-
-#include "OwnedBlockTesting.h"
+#include "ORVELBaseData/Buffer/BaseOwnBuffer.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -23,6 +9,19 @@
 #include <type_traits>
 #include <utility>
 #include <vector>
+
+#include <gtest/gtest.h>
+
+#include "OwnedBlockTesting.h"
+#include <ORVELBaseData/ORVELBaseDataException.h>
+#include <ORVELBaseData/ORVELBaseDataLog.h>
+#include <ORVELSerialization/ORVELSerializationException.h>
+#include <ORVELSerialization/ORVELSerializationLog.h>
+#include <ORVELUtil/ORVELUtilException.h>
+#include <support/FailingAllocation.h>
+#include <support/HandWrittenArchive.h>
+#include <support/LayoutChecks.h>
+#include <support/RaisedFailure.h>
 
 ORVEL_TEST_EXPOSE(Block, &orvel::BaseOwnBuffer::_block)
 

@@ -1,18 +1,5 @@
 // What every accessor of every buffer answers in every state, as tables.
 
-#include <gtest/gtest.h>
-
-#include <ORVELBaseData/Buffer/ExternalBuffer.h>
-#include <ORVELBaseData/Buffer/FragHybridBuffer.h>
-#include <ORVELBaseData/Buffer/HybridBuffer.h>
-#include <ORVELBaseData/Buffer/TOwnBuffer.h>
-#include <ORVELBaseData/Buffer/TypedOwnBuffer.h>
-#include <ORVELBaseData/ORVELBaseDataException.h>
-#include <support/FailingAllocation.h>
-#include <support/LayoutChecks.h>
-
-#include "OwnedBlockTesting.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -22,6 +9,18 @@
 #include <string>
 #include <utility>
 #include <vector>
+
+#include <gtest/gtest.h>
+
+#include "OwnedBlockTesting.h"
+#include <ORVELBaseData/Buffer/ExternalBuffer.h>
+#include <ORVELBaseData/Buffer/FragHybridBuffer.h>
+#include <ORVELBaseData/Buffer/HybridBuffer.h>
+#include <ORVELBaseData/Buffer/TOwnBuffer.h>
+#include <ORVELBaseData/Buffer/TypedOwnBuffer.h>
+#include <ORVELBaseData/ORVELBaseDataException.h>
+#include <support/FailingAllocation.h>
+#include <support/LayoutChecks.h>
 
 namespace
 {

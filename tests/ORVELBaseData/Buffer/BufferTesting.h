@@ -3,19 +3,18 @@
 /// \file
 /// \brief What the tests of buffers do alike: move them through archives, look at what they raise.
 
+#include <cstddef>
+#include <string>
+
 #include <gtest/gtest.h>
 
+#include "OwnedBlockTesting.h"
 #include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELBaseData/ORVELBaseDataLog.h>
 #include <ORVELSerialization/BaseObjectWithSkeleton.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
 #include <support/HandWrittenArchive.h>
 #include <support/RaisedFailure.h>
-
-#include "OwnedBlockTesting.h"
-
-#include <cstddef>
-#include <string>
 
 namespace orvel::test
 {

@@ -1,18 +1,17 @@
-#include <ORVELBaseData/Buffer/ExternalBuffer.h>
-
-#include <gtest/gtest.h>
-
-#include <ORVELSerialization/SerializationItems.h>
-#include <ORVELUtil/DynamicObjectFactory.h>
-#include <support/LayoutChecks.h>
-#include <support/Sanitizers.h>
-
-#include "BufferTesting.h"
+#include "ORVELBaseData/Buffer/ExternalBuffer.h"
 
 #include <memory>
 #include <string>
 #include <type_traits>
 #include <utility>
+
+#include <gtest/gtest.h>
+
+#include "BufferTesting.h"
+#include <ORVELSerialization/SerializationItems.h>
+#include <ORVELUtil/DynamicObjectFactory.h>
+#include <support/LayoutChecks.h>
+#include <support/Sanitizers.h>
 
 ORVEL_TEST_EXPOSE(ClearDerived, &orvel::ExternalBuffer::clearDerived)
 

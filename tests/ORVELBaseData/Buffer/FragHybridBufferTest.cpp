@@ -1,14 +1,4 @@
-#include <ORVELBaseData/Buffer/FragHybridBuffer.h>
-
-#include <gtest/gtest.h>
-
-#include <ORVELSerialization/ORVELSerializationException.h>
-#include <ORVELSerialization/SerializationItems.h>
-#include <ORVELUtil/DynamicObjectFactory.h>
-#include <support/LayoutChecks.h>
-#include <support/Sanitizers.h>
-
-#include "BufferTesting.h"
+#include "ORVELBaseData/Buffer/FragHybridBuffer.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -18,6 +8,15 @@
 #include <string>
 #include <type_traits>
 #include <vector>
+
+#include <gtest/gtest.h>
+
+#include "BufferTesting.h"
+#include <ORVELSerialization/ORVELSerializationException.h>
+#include <ORVELSerialization/SerializationItems.h>
+#include <ORVELUtil/DynamicObjectFactory.h>
+#include <support/LayoutChecks.h>
+#include <support/Sanitizers.h>
 
 ORVEL_TEST_EXPOSE(Block, &orvel::FragHybridBuffer::_block)
 ORVEL_TEST_EXPOSE(Fragments, &orvel::BaseFragBuffer::_fragments)

@@ -1,14 +1,4 @@
-#include <ORVELBaseData/Buffer/HybridBuffer.h>
-
-#include <gtest/gtest.h>
-
-#include <ORVELSerialization/ORVELSerializationException.h>
-#include <ORVELSerialization/SerializationItems.h>
-#include <ORVELUtil/DynamicObjectFactory.h>
-#include <support/LayoutChecks.h>
-#include <support/Sanitizers.h>
-
-#include "BufferTesting.h"
+#include "ORVELBaseData/Buffer/HybridBuffer.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -16,6 +6,15 @@
 #include <memory>
 #include <string>
 #include <type_traits>
+
+#include <gtest/gtest.h>
+
+#include "BufferTesting.h"
+#include <ORVELSerialization/ORVELSerializationException.h>
+#include <ORVELSerialization/SerializationItems.h>
+#include <ORVELUtil/DynamicObjectFactory.h>
+#include <support/LayoutChecks.h>
+#include <support/Sanitizers.h>
 
 ORVEL_TEST_EXPOSE(Block, &orvel::HybridBuffer::_block)
 ORVEL_TEST_EXPOSE(ClearDerived, &orvel::HybridBuffer::clearDerived)

@@ -3,10 +3,6 @@
 /// \file
 /// \brief What the tests of owned blocks share.
 
-#include <ORVELBaseData/Buffer/BaseBlockBuffer.h>
-#include <ORVELBaseData/ORVELBaseDataException.h>
-#include <support/FailingAllocation.h>
-
 #include <cstddef>
 #include <cstring>
 #include <exception>
@@ -14,6 +10,10 @@
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include <ORVELBaseData/Buffer/BaseBlockBuffer.h>
+#include <ORVELBaseData/ORVELBaseDataException.h>
+#include <support/FailingAllocation.h>
 
 namespace orvel::test
 {

@@ -1,7 +1,14 @@
-#include <ORVELBaseData/Buffer/TOwnBuffer.h>
+#include "ORVELBaseData/Buffer/TOwnBuffer.h"
+
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
+#include "OwnedBlockTesting.h"
 #include <ORVELBaseData/Buffer/TypedOwnBuffer.h>
 #include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
@@ -11,14 +18,6 @@
 #include <support/LayoutChecks.h>
 #include <support/RaisedFailure.h>
 #include <support/Sanitizers.h>
-
-#include "OwnedBlockTesting.h"
-
-#include <cstdint>
-#include <limits>
-#include <memory>
-#include <string>
-#include <vector>
 
 namespace
 {

@@ -1,7 +1,13 @@
-#include <ORVELBaseData/Buffer/TypedOwnBuffer.h>
+#include "ORVELBaseData/Buffer/TypedOwnBuffer.h"
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <type_traits>
 
 #include <gtest/gtest.h>
 
+#include "BufferTesting.h"
 #include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
 #include <ORVELSerialization/SerializationItems.h>
@@ -11,13 +17,6 @@
 #include <support/LayoutChecks.h>
 #include <support/RaisedFailure.h>
 #include <support/Sanitizers.h>
-
-#include "BufferTesting.h"
-
-#include <cstddef>
-#include <memory>
-#include <string>
-#include <type_traits>
 
 namespace
 {

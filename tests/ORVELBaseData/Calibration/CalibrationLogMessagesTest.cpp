@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Calibration/CalibrationLogMessages.h>
+#include "ORVELBaseData/Calibration/CalibrationLogMessages.h"
 
 #include <limits>
 #include <string>

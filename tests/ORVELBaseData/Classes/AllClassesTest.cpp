@@ -1,9 +1,19 @@
 // What holds for every class that the factory knows, whichever it is.
 
-#include "Samples.h"
+#include <cctype>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <set>
+#include <sstream>
 
+#include <boost/filesystem/operations.hpp>
+#include <boost/filesystem/path.hpp>
 #include <gtest/gtest.h>
 
+#include "Samples.h"
+#include "VersionChanger.h"
 #include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELSerialization/BaseObjectWithSkeleton.h>
 #include <ORVELSerialization/BinaryArchive.h>
@@ -12,19 +22,6 @@
 #include <ORVELSerialization/XmlArchive.h>
 #include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/RaisedFailure.h>
-
-#include "VersionChanger.h"
-
-#include <boost/filesystem/operations.hpp>
-#include <boost/filesystem/path.hpp>
-
-#include <cctype>
-#include <cstdlib>
-#include <fstream>
-#include <iterator>
-#include <memory>
-#include <set>
-#include <sstream>
 
 namespace
 {

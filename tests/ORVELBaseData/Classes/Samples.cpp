@@ -1,5 +1,14 @@
 #include "Samples.h"
 
+#include <cstring>
+#include <limits>
+#include <map>
+#include <sstream>
+#include <tuple>
+#include <utility>
+
+#include <boost/make_shared.hpp>
+
 #include <ORVELBaseData/Buffer/BufferUtils.h>
 #include <ORVELBaseData/Buffer/ExternalBuffer.h>
 #include <ORVELBaseData/Buffer/FragHybridBuffer.h>
@@ -28,15 +37,6 @@
 #include <ORVELSerialization/SerializationItems.h>
 #include <ORVELSerialization/XmlArchive.h>
 #include <support/SampleNode.h>
-
-#include <boost/make_shared.hpp>
-
-#include <cstring>
-#include <limits>
-#include <map>
-#include <sstream>
-#include <tuple>
-#include <utility>
 
 namespace orvel::test
 {

@@ -6,12 +6,12 @@
 /// A new class needs an entry in Samples.cpp and, made by the test program with
 /// ORVEL_WRITE_REFERENCE_FILES=1, its reference files in tests/data. Nothing else.
 
-#include <ORVELSerialization/BaseSerializationObject.h>
-#include <ORVELUtil/ScalarTypes.h>
-
 #include <functional>
 #include <string>
 #include <vector>
+
+#include <ORVELSerialization/BaseSerializationObject.h>
+#include <ORVELUtil/ScalarTypes.h>
 
 namespace orvel::test
 {

@@ -3,17 +3,17 @@
 /// \file
 /// \brief Files an object as a program of the future would: with a higher version of one of its classes.
 
-#include <ORVELSerialization/BaseOArchive.h>
-#include <ORVELSerialization/BaseSerializationObject.h>
-
-#include <boost/make_shared.hpp>
-
 #include <map>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
+
+#include <boost/make_shared.hpp>
+
+#include <ORVELSerialization/BaseOArchive.h>
+#include <ORVELSerialization/BaseSerializationObject.h>
 
 namespace orvel::test
 {

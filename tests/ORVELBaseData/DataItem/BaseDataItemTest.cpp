@@ -1,9 +1,9 @@
-#include <ORVELBaseData/DataItem/BaseDataItem.h>
+#include "ORVELBaseData/DataItem/BaseDataItem.h"
 
 #include <cstddef>
+#include <dlfcn.h>
 #include <type_traits>
 
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <ORVELBaseData/DataItem/DataItemUtils.h>

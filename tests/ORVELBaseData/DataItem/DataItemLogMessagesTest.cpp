@@ -1,4 +1,4 @@
-#include <ORVELBaseData/DataItem/DataItemLogMessages.h>
+#include "ORVELBaseData/DataItem/DataItemLogMessages.h"
 
 #include <string>
 #include <typeinfo>

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/DataItem/DataItemUtils.h>
+#include "ORVELBaseData/DataItem/DataItemUtils.h"
 
 #include <cmath>
 #include <limits>

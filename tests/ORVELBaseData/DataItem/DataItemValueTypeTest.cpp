@@ -1,4 +1,4 @@
-#include <ORVELBaseData/DataItem/DataItemValueType.h>
+#include "ORVELBaseData/DataItem/DataItemValueType.h"
 
 #include <gtest/gtest.h>
 

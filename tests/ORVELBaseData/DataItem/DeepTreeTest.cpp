@@ -1,21 +1,20 @@
-#include <ORVELBaseData/DataItem/BaseDataItem.h>
-
 #include <cstddef>
 #include <cstring>
 #include <functional>
+#include <pthread.h>
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <sys/mman.h>
 #include <system_error>
+#include <unistd.h>
 #include <vector>
 
 #include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
-#include <pthread.h>
-#include <sys/mman.h>
-#include <unistd.h>
 
 #include "TestNodes.h"
+#include <ORVELBaseData/DataItem/BaseDataItem.h>
 #include <ORVELBaseData/DataItem/DataItemUtils.h>
 #include <ORVELBaseData/DataItem/Map/DataItemMap.h>
 #include <ORVELBaseData/DataItem/NodeColl/BaseDataItemNodeColl.h>

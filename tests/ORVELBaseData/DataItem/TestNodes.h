@@ -3,15 +3,15 @@
 /// \file
 /// \brief Node classes that are filled at run time, for trees of any shape.
 
-#include <ORVELBaseData/DataItem/Leaf/DataItemLeaf.h>
-#include <ORVELBaseData/DataItem/Node/BaseDataItemNode.h>
+#include <atomic>
+#include <map>
+#include <string>
 
 #include <boost/make_shared.hpp>
 #include <boost/shared_ptr.hpp>
 
-#include <atomic>
-#include <map>
-#include <string>
+#include <ORVELBaseData/DataItem/Leaf/DataItemLeaf.h>
+#include <ORVELBaseData/DataItem/Node/BaseDataItemNode.h>
 
 namespace orvel
 {

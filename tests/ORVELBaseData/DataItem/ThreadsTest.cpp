@@ -1,5 +1,3 @@
-#include <ORVELBaseData/DataItem/BaseDataItem.h>
-
 #include <atomic>
 #include <sstream>
 #include <string>
@@ -10,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "TestNodes.h"
+#include <ORVELBaseData/DataItem/BaseDataItem.h>
 #include <ORVELBaseData/DataItem/DataItemUtils.h>
 #include <ORVELBaseData/DataItem/Leaf/BaseDataItemEnumLeaf.h>
 #include <ORVELBaseData/DataItem/LeafColl/DataItemLeafColl.h>

@@ -3,18 +3,18 @@
 /// \file
 /// \brief What the tests of leaves and leaf collections know of the types of values.
 
-#include <ORVELBaseData/DataItem/BaseDataItem.h>
-#include <ORVELBaseData/DataItem/DataItemValueType.h>
-#include <ORVELUtil/ScalarTypes.h>
+#include <cstdint>
+#include <string>
+#include <type_traits>
+#include <vector>
 
 #include <boost/filesystem/path.hpp>
 #include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
-#include <cstdint>
-#include <string>
-#include <type_traits>
-#include <vector>
+#include <ORVELBaseData/DataItem/BaseDataItem.h>
+#include <ORVELBaseData/DataItem/DataItemValueType.h>
+#include <ORVELUtil/ScalarTypes.h>
 
 namespace orvel::test
 {

@@ -1,13 +1,12 @@
-#include <ORVELBaseData/DiscreteOrientation/DiscreteOrientation3d.h>
-
-#include <gtest/gtest.h>
-
-#include <support/EnumerationChecks.h>
-
-#include "DiscreteOrientationTables.h"
+#include "ORVELBaseData/DiscreteOrientation/DiscreteOrientation3d.h"
 
 #include <cstddef>
 #include <string>
+
+#include <gtest/gtest.h>
+
+#include "DiscreteOrientationTables.h"
+#include <support/EnumerationChecks.h>
 
 namespace
 {

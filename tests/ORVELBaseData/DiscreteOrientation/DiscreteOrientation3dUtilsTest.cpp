@@ -1,10 +1,9 @@
-#include <ORVELBaseData/DiscreteOrientation/DiscreteOrientation3dUtils.h>
+#include "ORVELBaseData/DiscreteOrientation/DiscreteOrientation3dUtils.h"
 
 #include <gtest/gtest.h>
 
-#include <support/EnumerationItemChecks.h>
-
 #include "DiscreteOrientationTables.h"
+#include <support/EnumerationItemChecks.h>
 
 namespace
 {

@@ -3,11 +3,11 @@
 /// \file
 /// \brief The steps as archives hold them.
 
+#include <vector>
+
 #include <ORVELBaseData/DiscreteOrientation/DiscreteOrientation2d.h>
 #include <ORVELBaseData/DiscreteOrientation/DiscreteOrientation3d.h>
 #include <support/EnumerationChecks.h>
-
-#include <vector>
 
 namespace orvel::test
 {

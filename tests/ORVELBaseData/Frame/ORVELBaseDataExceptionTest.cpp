@@ -1,13 +1,13 @@
-#include <ORVELBaseData/ORVELBaseDataException.h>
-
-#include <gtest/gtest.h>
-
-#include <support/LayoutChecks.h>
+#include "ORVELBaseData/ORVELBaseDataException.h"
 
 #include <exception>
 #include <new>
 #include <stdexcept>
 #include <type_traits>
+
+#include <gtest/gtest.h>
+
+#include <support/LayoutChecks.h>
 
 namespace
 {

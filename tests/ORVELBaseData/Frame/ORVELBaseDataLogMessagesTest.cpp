@@ -1,17 +1,16 @@
-#include <ORVELBaseData/ORVELBaseDataLogMessages.h>
-
-#include <gtest/gtest.h>
+#include "ORVELBaseData/ORVELBaseDataLogMessages.h"
 
 #include <new>
 #include <stdexcept>
 #include <string>
 #include <typeinfo>
 
+#include <gtest/gtest.h>
+
 #include <ORVELBaseData/Pattern/Kernel/KernelLogMessages.h>
 #include <ORVELSerialization/ORVELSerializationLogMessages.h>
 #include <ORVELUtil/LogMessageManager.h>
 #include <ORVELUtil/ORVELUtilLogMessages.h>
-
 #include <support/RaisedFailure.h>
 
 namespace

@@ -1,17 +1,15 @@
-#include <ORVELBaseData/ORVELBaseDataLog.h>
-
-#include <gtest/gtest.h>
-
-#include <log4cplus/logger.h>
+#include "ORVELBaseData/ORVELBaseDataLog.h"
 
 #include <set>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include <gtest/gtest.h>
+#include <log4cplus/logger.h>
+
 #include <ORVELUtil/LogMessageManager.h>
 #include <ORVELUtil/ORVELUtilLog.h>
-
 #include <support/LockRecorder.h>
 #include <support/RaisedFailure.h>
 

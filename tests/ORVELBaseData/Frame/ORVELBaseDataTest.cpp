@@ -1,11 +1,11 @@
-#include <ORVELBaseData/ORVELBaseData.h>
-
-#include <gtest/gtest.h>
+#include "ORVELBaseData/ORVELBaseData.h"
 
 #include <set>
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include <ORVELUtil/DynamicObjectFactory.h>
 #include <ORVELUtil/LogMessageManager.h>

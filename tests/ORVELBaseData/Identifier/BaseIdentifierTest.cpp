@@ -1,9 +1,9 @@
-#include <ORVELBaseData/Identifier/BaseIdentifier.h>
+#include "ORVELBaseData/Identifier/BaseIdentifier.h"
 
 #include <cstddef>
+#include <dlfcn.h>
 #include <type_traits>
 
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <ORVELBaseData/Identifier/SingleIdentifier.h>

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Identifier/DataIdentifier.h>
+#include "ORVELBaseData/Identifier/DataIdentifier.h"
 
 #include <memory>
 #include <string>

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Identifier/DoubleIdentifier.h>
+#include "ORVELBaseData/Identifier/DoubleIdentifier.h"
 
 #include <memory>
 #include <type_traits>

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Identifier/SingleIdentifier.h>
+#include "ORVELBaseData/Identifier/SingleIdentifier.h"
 
 #include <memory>
 #include <type_traits>

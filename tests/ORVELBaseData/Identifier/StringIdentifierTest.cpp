@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Identifier/StringIdentifier.h>
+#include "ORVELBaseData/Identifier/StringIdentifier.h"
 
 #include <memory>
 #include <string>

@@ -1,13 +1,12 @@
-#include <ORVELBaseData/Neighborhood/Neighborhood2dUtils.h>
-
-#include <gtest/gtest.h>
-
-#include <support/EnumerationItemChecks.h>
-
-#include "NeighborhoodTables.h"
+#include "ORVELBaseData/Neighborhood/Neighborhood2dUtils.h"
 
 #include <sstream>
 #include <stdexcept>
+
+#include <gtest/gtest.h>
+
+#include "NeighborhoodTables.h"
+#include <support/EnumerationItemChecks.h>
 
 namespace
 {

@@ -1,10 +1,9 @@
-#include <ORVELBaseData/Neighborhood/Neighborhood3dType.h>
+#include "ORVELBaseData/Neighborhood/Neighborhood3dType.h"
 
 #include <gtest/gtest.h>
 
-#include <support/EnumerationChecks.h>
-
 #include "NeighborhoodTables.h"
+#include <support/EnumerationChecks.h>
 
 namespace
 {

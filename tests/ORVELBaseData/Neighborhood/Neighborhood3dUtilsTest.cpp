@@ -1,10 +1,9 @@
-#include <ORVELBaseData/Neighborhood/Neighborhood3dUtils.h>
+#include "ORVELBaseData/Neighborhood/Neighborhood3dUtils.h"
 
 #include <gtest/gtest.h>
 
-#include <support/EnumerationItemChecks.h>
-
 #include "NeighborhoodTables.h"
+#include <support/EnumerationItemChecks.h>
 
 namespace
 {

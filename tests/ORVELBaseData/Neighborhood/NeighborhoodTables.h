@@ -3,11 +3,11 @@
 /// \file
 /// \brief The neighbourhoods as archives hold them.
 
+#include <vector>
+
 #include <ORVELBaseData/Neighborhood/Neighborhood2dType.h>
 #include <ORVELBaseData/Neighborhood/Neighborhood3dType.h>
 #include <support/EnumerationChecks.h>
-
-#include <vector>
 
 namespace orvel::test
 {

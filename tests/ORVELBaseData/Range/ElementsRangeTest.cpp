@@ -1,4 +1,8 @@
-#include <ORVELBaseData/Range/ElementsRange.h>
+#include "ORVELBaseData/Range/ElementsRange.h"
+
+#include <limits>
+#include <memory>
+#include <type_traits>
 
 #include <gtest/gtest.h>
 
@@ -11,10 +15,6 @@
 #include <support/LockRecorder.h>
 #include <support/RaisedFailure.h>
 #include <support/Sanitizers.h>
-
-#include <limits>
-#include <memory>
-#include <type_traits>
 
 ORVEL_TEST_EXPOSE(StartOffset, &orvel::ElementsRange::_startOffset)
 ORVEL_TEST_EXPOSE(NbElements, &orvel::ElementsRange::_nbElements)

@@ -1,11 +1,11 @@
 // Links ORVELBaseData and uses all four libraries: the other three come with it.
+#include <iostream>
+#include <sstream>
+
 #include <ORVELBaseData/ORVELBaseData.h>
 #include <ORVELMath/ORVELMath.h>
 #include <ORVELSerialization/ORVELSerialization.h>
 #include <ORVELUtil/ORVELUtil.h>
-
-#include <iostream>
-#include <sstream>
 
 int main()
 {

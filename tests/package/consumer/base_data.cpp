@@ -1,7 +1,7 @@
 // Uses ORVELBaseData's own classes only.
-#include <ORVELBaseData/Range/ElementsRange.h>
-
 #include <iostream>
+
+#include <ORVELBaseData/Range/ElementsRange.h>
 
 int main()
 {

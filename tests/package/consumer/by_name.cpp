@@ -1,7 +1,7 @@
 // Takes no symbol from ORVELBaseData: it names a class of it in a text, no more.
-#include <ORVELUtil/DynamicObjectFactory.h>
-
 #include <iostream>
+
+#include <ORVELUtil/DynamicObjectFactory.h>
 
 int main()
 {

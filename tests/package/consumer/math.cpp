@@ -1,7 +1,7 @@
 // Uses ORVELMath alone.
-#include <ORVELMath/ORVELMath.h>
-
 #include <iostream>
+
+#include <ORVELMath/ORVELMath.h>
 
 int main()
 {

@@ -1,10 +1,10 @@
 // Uses ORVELSerialization, and ORVELUtil through it.
-#include <ORVELSerialization/BinaryArchive.h>
-#include <ORVELSerialization/SerializationItems.h>
-
 #include <iostream>
 #include <sstream>
 #include <string>
+
+#include <ORVELSerialization/BinaryArchive.h>
+#include <ORVELSerialization/SerializationItems.h>
 
 int main()
 {

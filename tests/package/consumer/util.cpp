@@ -1,8 +1,8 @@
 // Uses ORVELUtil alone.
+#include <iostream>
+
 #include <ORVELUtil/DynamicObjectFactory.h>
 #include <ORVELUtil/ORVELUtilException.h>
-
-#include <iostream>
 
 int main()
 {

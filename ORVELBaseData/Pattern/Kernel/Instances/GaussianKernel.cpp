@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Pattern/Kernel/Instances/GaussianKernel.h>
+#include "ORVELBaseData/Pattern/Kernel/Instances/GaussianKernel.h"
 
 #include <algorithm>
 #include <array>

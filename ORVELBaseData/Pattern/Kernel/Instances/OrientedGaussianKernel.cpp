@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Pattern/Kernel/Instances/OrientedGaussianKernel.h>
+#include "ORVELBaseData/Pattern/Kernel/Instances/OrientedGaussianKernel.h"
 
 #include <cmath>
 

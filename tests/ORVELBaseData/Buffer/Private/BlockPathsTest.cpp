@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Buffer/Private/BlockPaths.h>
+#include "ORVELBaseData/Buffer/Private/BlockPaths.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,9 +1,9 @@
-#include <ORVELBaseData/DataItem/Leaf/BaseDataItemLeaf.h>
+#include "ORVELBaseData/DataItem/Leaf/BaseDataItemLeaf.h"
 
 #include <cstddef>
+#include <dlfcn.h>
 #include <type_traits>
 
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <ORVELBaseData/DataItem/Leaf/DataItemLeaf.h>

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/DataItem/Leaf/DataItemLeaf.h>
+#include "ORVELBaseData/DataItem/Leaf/DataItemLeaf.h"
 
 #include <cstring>
 #include <memory>
@@ -9,7 +9,6 @@
 #include <gtest/gtest.h>
 
 #include "../ValueTesting.h"
-
 #include <ORVELBaseData/DataItem/DataItemUtils.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
 #include <ORVELSerialization/ORVELSerializationLog.h>

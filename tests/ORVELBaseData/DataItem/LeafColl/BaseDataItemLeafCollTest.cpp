@@ -1,9 +1,9 @@
-#include <ORVELBaseData/DataItem/LeafColl/BaseDataItemLeafColl.h>
+#include "ORVELBaseData/DataItem/LeafColl/BaseDataItemLeafColl.h"
 
 #include <cstddef>
+#include <dlfcn.h>
 #include <type_traits>
 
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <ORVELBaseData/DataItem/LeafColl/DataItemLeafColl.h>

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/DataItem/LeafColl/DataItemLeafColl.h>
+#include "ORVELBaseData/DataItem/LeafColl/DataItemLeafColl.h"
 
 #include <cstring>
 #include <memory>
@@ -10,7 +10,6 @@
 #include <gtest/gtest.h>
 
 #include "../ValueTesting.h"
-
 #include <ORVELBaseData/DataItem/DataItemUtils.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
 #include <ORVELUtil/DynamicObjectFactory.h>

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/DataItem/Map/DataItemMap.h>
+#include "ORVELBaseData/DataItem/Map/DataItemMap.h"
 
 #include <map>
 #include <memory>

@@ -1,13 +1,13 @@
-#include <ORVELBaseData/DataItem/Node/BaseDataItemNode.h>
+#include "ORVELBaseData/DataItem/Node/BaseDataItemNode.h"
 
 #include <cstddef>
+#include <dlfcn.h>
 #include <memory>
 #include <stdexcept>
 #include <string>
 #include <type_traits>
 
 #include <boost/weak_ptr.hpp>
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include "../TestNodes.h"

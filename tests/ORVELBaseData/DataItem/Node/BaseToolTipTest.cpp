@@ -1,9 +1,9 @@
-#include <ORVELBaseData/DataItem/Node/BaseToolTip.h>
+#include "ORVELBaseData/DataItem/Node/BaseToolTip.h"
 
+#include <dlfcn.h>
 #include <string>
 #include <type_traits>
 
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <support/LayoutChecks.h>

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/DataItem/NodeColl/BaseDataItemNodeColl.h>
+#include "ORVELBaseData/DataItem/NodeColl/BaseDataItemNodeColl.h"
 
 #include <memory>
 #include <stdexcept>

@@ -1,9 +1,9 @@
-#include <ORVELBaseData/Pattern/Kernel/BaseKernel.h>
+#include "ORVELBaseData/Pattern/Kernel/BaseKernel.h"
 
 #include <cstddef>
+#include <dlfcn.h>
 #include <type_traits>
 
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <ORVELBaseData/Pattern/Kernel/KernelXY.h>

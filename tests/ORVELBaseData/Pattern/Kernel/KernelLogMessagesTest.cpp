@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Pattern/Kernel/KernelLogMessages.h>
+#include "ORVELBaseData/Pattern/Kernel/KernelLogMessages.h"
 
 #include <string>
 #include <typeinfo>

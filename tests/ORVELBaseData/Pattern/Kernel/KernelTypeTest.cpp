@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Pattern/Kernel/KernelType.h>
+#include "ORVELBaseData/Pattern/Kernel/KernelType.h"
 
 #include <gtest/gtest.h>
 

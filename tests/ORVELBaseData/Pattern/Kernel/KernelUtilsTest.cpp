@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Pattern/Kernel/KernelUtils.h>
+#include "ORVELBaseData/Pattern/Kernel/KernelUtils.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Pattern/Kernel/KernelXYZ.h>
+#include "ORVELBaseData/Pattern/Kernel/KernelXYZ.h"
 
 #include <cmath>
 #include <limits>

@@ -1,6 +1,7 @@
-#include <ORVELBaseData/Pattern/StructuringElement/BaseStructuringElementInfo.h>
+#include "ORVELBaseData/Pattern/StructuringElement/BaseStructuringElementInfo.h"
 
 #include <cstddef>
+#include <dlfcn.h>
 #include <limits>
 #include <string>
 #include <thread>
@@ -9,7 +10,6 @@
 
 #include <boost/make_shared.hpp>
 #include <boost/scoped_ptr.hpp>
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include "InfoTesting.h"

@@ -1,9 +1,9 @@
-#include <ORVELBaseData/Pattern/StructuringElement/BaseStructuringElement.h>
+#include "ORVELBaseData/Pattern/StructuringElement/BaseStructuringElement.h"
 
 #include <cstddef>
+#include <dlfcn.h>
 #include <type_traits>
 
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <ORVELBaseData/Pattern/StructuringElement/StructuringElementXY.h>

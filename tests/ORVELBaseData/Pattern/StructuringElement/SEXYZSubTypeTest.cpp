@@ -1,10 +1,9 @@
-#include <ORVELBaseData/Pattern/StructuringElement/SEXYZSubType.h>
+#include "ORVELBaseData/Pattern/StructuringElement/SEXYZSubType.h"
 
 #include <gtest/gtest.h>
 
-#include <support/EnumerationChecks.h>
-
 #include "SubTypeTables.h"
+#include <support/EnumerationChecks.h>
 
 namespace
 {

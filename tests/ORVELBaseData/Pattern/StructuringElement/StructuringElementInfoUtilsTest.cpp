@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Pattern/StructuringElement/StructuringElementInfoUtils.h>
+#include "ORVELBaseData/Pattern/StructuringElement/StructuringElementInfoUtils.h"
 
 #include <cstddef>
 #include <limits>

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Pattern/StructuringElement/StructuringElementUtils.h>
+#include "ORVELBaseData/Pattern/StructuringElement/StructuringElementUtils.h"
 
 #include <algorithm>
 #include <array>

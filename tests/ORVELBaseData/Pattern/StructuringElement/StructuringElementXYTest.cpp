@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Pattern/StructuringElement/StructuringElementXY.h>
+#include "ORVELBaseData/Pattern/StructuringElement/StructuringElementXY.h"
 
 #include <set>
 #include <string>

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Pattern/StructuringElement/StructuringElementXYZInfo.h>
+#include "ORVELBaseData/Pattern/StructuringElement/StructuringElementXYZInfo.h"
 
 #include <algorithm>
 #include <string>

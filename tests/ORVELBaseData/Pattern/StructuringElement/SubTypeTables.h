@@ -3,11 +3,11 @@
 /// \file
 /// \brief The kinds of structuring elements as archives hold them.
 
+#include <vector>
+
 #include <ORVELBaseData/Pattern/StructuringElement/SEXYSubType.h>
 #include <ORVELBaseData/Pattern/StructuringElement/SEXYZSubType.h>
 #include <support/EnumerationChecks.h>
-
-#include <vector>
 
 namespace orvel::test
 {

@@ -1,4 +1,4 @@
-#include <ORVELBaseData/Pattern/Kernel/Instances/SobelKernel.h>
+#include "ORVELBaseData/Pattern/Kernel/Instances/SobelKernel.h"
 
 #include <cmath>
 #include <cstddef>
