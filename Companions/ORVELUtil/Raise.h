@@ -22,10 +22,14 @@ class Logger;
 }
 
 /// \brief The statement that stands here: the signature of its function, its file and its line.
-#define ORVEL_HERE                                                                                           \
+#define ORVEL_HERE ORVEL_HERE_IN(__PRETTY_FUNCTION__)
+
+/// \brief ORVEL_HERE with the signature spelled out, for a function that is no member: g++ leaves the
+/// namespaces out of its parameters.
+#define ORVEL_HERE_IN(signature)                                                                             \
   ::orvel::SourceLocation                                                                                    \
   {                                                                                                          \
-    __PRETTY_FUNCTION__, __FILE__, __LINE__                                                                  \
+    signature, __FILE__, __LINE__                                                                            \
   }
 
 namespace orvel
