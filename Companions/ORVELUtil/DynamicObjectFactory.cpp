@@ -43,6 +43,7 @@ void DynamicObjectFactory::registerClass(const std::string& className, NewFuncti
 
   if (newTable)
     _table = newTable.release();
+  ++_changeCount;
 }
 
 template <class Predicate>
@@ -59,6 +60,7 @@ void DynamicObjectFactory::removeNewest(const std::string& className, Predicate 
   const auto newest = std::find_if(entries.rbegin(), entries.rend(), predicate);
   if (newest == entries.rend())
     return;
+  ++_changeCount;
   entries.erase(std::next(newest).base());
   if (entries.empty())
     _table->entries.erase(found);

@@ -3,6 +3,7 @@
 /// \file
 /// \brief Process-wide registry from class names to creators.
 
+#include <atomic>
 #include <mutex>
 #include <set>
 #include <string>
@@ -11,6 +12,7 @@
 
 #include <ORVELUtil/BaseDynamicObject.h>
 #include <ORVELUtil/ORVELUtilExport.h>
+#include <ORVELUtil/ScalarTypes.h>
 
 namespace orvel
 {
@@ -59,6 +61,15 @@ public:
   /// \brief Return the function that creates shared objects of a class, null if the class is unknown.
   SharedFunction findSharedFunction(const std::string& className) const;
 
+  /// \brief Return how many times an entry has been added or taken out since the process began.
+  ///
+  /// Lets a caller keep what a look-up gave: ask for the count first, then look up; the answer holds, for
+  /// any name, as long as the count is the same. A name that is refused, or an unknown one that is taken
+  /// out, is not a change. Takes no lock. It sees every change that happened before the call (in this
+  /// thread, or in one that this thread has synchronised with). A change made meanwhile by another thread
+  /// may be missed, as by createShared(): a module may be unloaded only when no thread creates its objects.
+  ipUInt64 getChangeCount() const { return _changeCount; }
+
   /// \brief Tell whether a class is known.
   bool isRegistered(const std::string& className) const;
 
@@ -81,6 +92,7 @@ private:
   bool findCreators(const std::string& className, Creators& creators) const;
 
   mutable std::mutex _mutex;
+  std::atomic<ipUInt64> _changeCount = 0;
   Table* _table = nullptr; // exists while there is an entry, so that nothing is left behind at unload
 
   static DynamicObjectFactory g_instance;

@@ -1,6 +1,7 @@
 #include "ORVELUtil/DynamicObjectFactory.h"
 
 #include <atomic>
+#include <cstdint>
 #include <memory>
 #include <set>
 #include <stdexcept>
@@ -257,9 +258,15 @@ TEST(DynamicObjectFactory, StaysAsItWasIfMemoryEndsDuringARegistration)
 {
   const std::string name = "FactoryTest::ANameThatNeedsMemoryOfItsOwn";
   const std::set<std::string> before = factory().getRegisteredClassNames();
-  EXPECT_GT(orvel::test::failAtEachAllocation([&name] { enter<1>(name); }, [&before]
-                                              { EXPECT_EQ(factory().getRegisteredClassNames(), before); }),
+  const std::uint64_t nbChanges = factory().getChangeCount();
+  EXPECT_GT(orvel::test::failAtEachAllocation([&name] { enter<1>(name); },
+                                              [&before, nbChanges]
+                                              {
+                                                EXPECT_EQ(factory().getRegisteredClassNames(), before);
+                                                EXPECT_EQ(factory().getChangeCount(), nbChanges);
+                                              }),
             1U);
+  EXPECT_EQ(factory().getChangeCount(), nbChanges + 1);
   // One more entry of a name that is known.
   EXPECT_GT(orvel::test::failAtEachAllocation([&name] { enter<2>(name); }, [] {}), 0U);
   factory().unRegisterClass(name, &newSample<1>);
@@ -335,6 +342,57 @@ TEST(DynamicObjectFactory, GivesTheFunctionOfSharedObjects)
   EXPECT_EQ(factory().findSharedFunction("FactoryTest::Function"), &sharedSample<1>);
   factory().unRegisterClass("FactoryTest::Function");
   EXPECT_EQ(factory().findSharedFunction("FactoryTest::Function"), nullptr);
+}
+
+TEST(DynamicObjectFactory, CountsItsChanges)
+{
+  const std::string name = "FactoryTest::Changes";
+  const std::uint64_t before = factory().getChangeCount();
+  enter<1>(name);
+  EXPECT_EQ(factory().getChangeCount(), before + 1);
+  enter<2>(name); // a second entry of the name
+  EXPECT_EQ(factory().getChangeCount(), before + 2);
+  factory().unRegisterClass(name, &newSample<2>);
+  EXPECT_EQ(factory().getChangeCount(), before + 3);
+  factory().unRegisterClass(name);
+  EXPECT_EQ(factory().getChangeCount(), before + 4);
+}
+
+TEST(DynamicObjectFactory, CountsNothingThatChangesNothing)
+{
+  const std::string name = "FactoryTest::NoChange";
+  enter<1>(name);
+  const std::uint64_t before = factory().getChangeCount();
+  factory().unRegisterClass("FactoryTest::Unknown");
+  factory().unRegisterClass("FactoryTest::Unknown", &newSample<1>);
+  factory().unRegisterClass(name, &newSample<2>);
+  EXPECT_EQ(newMakerOf(name), 1);
+  EXPECT_EQ(sharedMakerOf(name), 101);
+  EXPECT_THROW(factory().createNew("FactoryTest::Unknown"), ORVELUtilException);
+  EXPECT_EQ(factory().getChangeCount(), before);
+  factory().unRegisterClass(name);
+}
+
+TEST(DynamicObjectFactory, CountsTheChangesOfAllThreads)
+{
+  const std::uint64_t before = factory().getChangeCount();
+  std::vector<std::thread> threads;
+  for (int thread = 0; thread < 4; ++thread)
+    threads.emplace_back(
+        [thread]
+        {
+          const std::string name = "FactoryTest::Counting" + std::to_string(thread);
+          for (int round = 0; round < 500; ++round)
+          {
+            const std::uint64_t unchanged = factory().getChangeCount();
+            enter<1>(name);
+            factory().unRegisterClass(name);
+            EXPECT_GE(factory().getChangeCount(), unchanged + 2);
+          }
+        });
+  for (std::thread& thread : threads)
+    thread.join();
+  EXPECT_EQ(factory().getChangeCount(), before + 4U * 500 * 2);
 }
 
 BaseDynamicObject* throwingNew()
