@@ -19,6 +19,7 @@
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
 #include <xxhash.h>
 
 namespace orvel::test
@@ -237,6 +238,9 @@ private:
   std::string _bytes;
   std::vector<std::string> _classNames;
 };
+
+/// \brief Both formats, for typed tests.
+using Formats = testing::Types<HandWrittenXml, HandWrittenBinary>;
 
 /// \brief Put the version record of a class into a hand-written archive.
 template <class HandWritten>

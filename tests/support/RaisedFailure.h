@@ -2,8 +2,15 @@
 
 /// \file
 /// \brief Catches what a raised failure leaves: the exception, the log record, the raising line.
+///
+/// \code
+/// expectRaised<ORVELBaseDataException>([&] { buffer.getSize(); },
+///                                      {"Buffer should be initialized before used",
+///                                       "orvel::ipUInt64 orvel::BaseBuffer::getSize() const",
+///                                       "ORVELBaseData/Buffer/BaseBuffer.cpp"});
+/// \endcode
 
-#include <fstream>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <typeinfo>
@@ -12,6 +19,15 @@
 #include <log4cplus/appender.h>
 #include <log4cplus/logger.h>
 #include <log4cplus/spi/loggingevent.h>
+
+#include <ORVELUtil/BaseException.h>
+
+namespace orvel
+{
+class ORVELBaseDataException;
+class ORVELSerializationException;
+class ORVELUtilException;
+} // namespace orvel
 
 namespace orvel::test
 {
@@ -98,15 +114,8 @@ Exception failureOf(Operation operation)
   throw std::logic_error("no failure was raised");
 }
 
-/// \brief Return a line of a source of the project.
-inline std::string sourceLine(const std::string& file, unsigned int line)
-{
-  std::ifstream source(std::string(ORVEL_TEST_SOURCE_DIR) + "/" + file);
-  std::string text;
-  for (unsigned int i = 0; i < line; ++i)
-    std::getline(source, text);
-  return source ? text : "";
-}
+/// \brief Return a line of a source of the project, "" if it has none of that number.
+std::string sourceLine(const std::string& file, unsigned int line);
 
 /// \brief Return the message of the failure of class Exception that an operation raises. \see failureOf
 template <class Exception, class Operation>
@@ -114,5 +123,44 @@ std::string messageOf(Operation operation)
 {
   return failureOf<Exception>(operation).getMessage();
 }
+
+/// \brief What is to come of an operation that raises a failure.
+struct ExpectedFailure
+{
+  std::string message;
+  std::string function;       ///< the raising function's full signature, as g++ spells it
+  std::string file;           ///< of the raising statement, from the root of the repository
+  std::string cause = {};     ///< the text of the cause; empty: there is none
+  std::string statement = {}; ///< what the raising statement holds besides its place
+};
+
+/// \brief Name of the logger on which the failures of class Exception are logged.
+template <class Exception>
+constexpr const char* g_loggerOf = nullptr;
+template <>
+inline constexpr const char* g_loggerOf<ORVELUtilException> = "ORVEL.ORVELUtil";
+template <>
+inline constexpr const char* g_loggerOf<ORVELSerializationException> = "ORVEL.ORVELSerialization";
+template <>
+inline constexpr const char* g_loggerOf<ORVELBaseDataException> = "ORVEL.ORVELBaseData";
+
+/// \brief Check all that comes of an operation that raises: an exception of that type exactly, with these
+/// texts, its place in that file, and one record of the kit's loggers, which has the same text and place.
+/// \return the failure; one without texts if the operation raised nothing of the kind
+BaseException checkRaised(const std::type_info& type, const char* loggerName,
+                          const std::function<void()>& operation, const ExpectedFailure& expected);
+
+/// \brief Check all that comes of an operation that raises a failure of class Exception. \see checkRaised
+template <class Exception>
+BaseException expectRaised(const std::function<void()>& operation, const ExpectedFailure& expected)
+{
+  static_assert(g_loggerOf<Exception> != nullptr, "this exception belongs to none of the libraries");
+  return checkRaised(typeid(Exception), g_loggerOf<Exception>, operation, expected);
+}
+
+/// \brief Check that a failure names a function.
+/// \param expected its full signature, as g++ spells it; clang++ leaves out the scopes of types and spells
+///                  the arguments of templates in another way, which is not compared there
+void expectFunction(const std::string& function, const std::string& expected);
 
 } // namespace orvel::test
