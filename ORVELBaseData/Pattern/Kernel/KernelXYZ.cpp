@@ -1,7 +1,7 @@
 #include "ORVELBaseData/Pattern/Kernel/KernelXYZ.h"
 
 #include <ORVELBaseData/Pattern/Kernel/KernelLogMessages.h>
-#include <ORVELBaseData/Pattern/Kernel/Private/KernelOperations.h>
+#include <ORVELBaseData/Pattern/Private/KernelOperations.h>
 #include <ORVELUtil/Raise.h>
 
 namespace orvel

@@ -9,7 +9,7 @@
 #include <boost/make_shared.hpp>
 
 #include <ORVELBaseData/Pattern/Private/OffsetCoordinates.h>
-#include <ORVELBaseData/Pattern/StructuringElement/Private/StructuringElementOperations.h>
+#include <ORVELBaseData/Pattern/Private/StructuringElementOperations.h>
 #include <ORVELBaseData/Pattern/StructuringElement/StructuringElementLogMessages.h>
 #include <ORVELMath/Round.h>
 

@@ -1,6 +1,6 @@
 #include "ORVELBaseData/Pattern/StructuringElement/StructuringElementXYZ.h"
 
-#include <ORVELBaseData/Pattern/StructuringElement/Private/StructuringElementOperations.h>
+#include <ORVELBaseData/Pattern/Private/StructuringElementOperations.h>
 #include <ORVELBaseData/Pattern/StructuringElement/StructuringElementLogMessages.h>
 
 namespace orvel

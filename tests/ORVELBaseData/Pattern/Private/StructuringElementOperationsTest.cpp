@@ -1,4 +1,4 @@
-#include "ORVELBaseData/Pattern/StructuringElement/Private/StructuringElementOperations.h"
+#include "ORVELBaseData/Pattern/Private/StructuringElementOperations.h"
 
 #include <algorithm>
 #include <random>
@@ -10,7 +10,7 @@
 #include <boost/scoped_ptr.hpp>
 #include <gtest/gtest.h>
 
-#include "../ElementTesting.h"
+#include "../StructuringElement/ElementTesting.h"
 #include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
 #include <support/FailingAllocation.h>

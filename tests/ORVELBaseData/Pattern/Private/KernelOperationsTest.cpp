@@ -1,4 +1,4 @@
-#include "ORVELBaseData/Pattern/Kernel/Private/KernelOperations.h"
+#include "ORVELBaseData/Pattern/Private/KernelOperations.h"
 
 #include <algorithm>
 #include <array>
