@@ -1,40 +1,79 @@
 #!/usr/bin/env python3
-"""Every entry of the page names the tests that hold it, and these tests exist.
+"""Check docs/contract.md: every entry links a header that names the member, and names tests that exist.
 
-usage: check_contract.py CTEST BUILD_FOLDER PAGE
+usage: check_contract.py ROOT
 """
 
 import pathlib
 import re
-import subprocess
 import sys
 
 
-def plain(name):
-    """Return the suite and the test that ctest runs, without what stands for types and parameters."""
-    suite, dot, test = re.sub(r"<.*", "", name).partition(".")
-    return suite.split("/")[-1] + dot + test.split("/")[0]
+def is_word_of(text, name):
+    return re.search(rf"(?<!\w){re.escape(name)}(?!\w)", text) is not None
+
+
+def find_tests(root):
+    """Return the names of all tests: "Suite.Case" of the test programs, and what the CMake files enter.
+
+    A suite that is instantiated for a class counts under the name of the instance, too.
+    """
+    cases, instances, entered = set(), set(), set()
+    for path in (root / "tests").rglob("*"):
+        if path.suffix in (".cpp", ".h"):
+            text = path.read_text(encoding="utf-8")
+            cases.update(re.findall(r"TEST(?:_[FP])?\(\s*(\w+),\s*(\w+)\)", text))
+            instances.update(re.findall(r"INSTANTIATE_TYPED_TEST_SUITE_P\(\s*(\w+),\s*(\w+),", text))
+        elif path.name == "CMakeLists.txt":
+            text = path.read_text(encoding="utf-8")
+            entered.update(re.findall(r"add_test\(\s*NAME (\S+)", text))
+            entered.update(f"Load.{name}" for name in re.findall(r"orvel_add_load_test\((\w+)", text))
+    cases.update((instance, case) for instance, of in instances for suite, case in set(cases) if suite == of)
+    if len(cases) < 1000:
+        sys.exit(f"{len(cases)} tests only: were the sources read right?")
+    return entered | {f"{suite}.{case}" for suite, case in cases}
+
+
+def find_headers(page, text):
+    """Return the contents of the linked headers by label, and the failures."""
+    headers, failures = {}, []
+    for label, link in re.findall(r"^\[([^\]]+)\]: (\S+)$", text, flags=re.MULTILINE):
+        path = page.parent / link
+        if path.is_file():
+            headers[label] = (path.name, path.read_text(encoding="utf-8"))
+        else:
+            failures.append(f"no such header: {link}")
+        if f"][{label}]" not in text:
+            failures.append(f"nothing links {label}")
+    return headers, failures
+
+
+def check_entry(entry, headers, tests):
+    """Return what is wrong with an entry: "**what surprises** [`member`][header], ..." and "Test: `Suite.Case`"."""
+    parts = re.fullmatch(r"\*\*(.+?)\*\*\s((?:\[`[^`]+`\]\[\w+\](?:,\s)?)+)\sTests?:\s(`[^`]+`(?:,\s`[^`]+`)*)", entry)
+    if not parts:
+        return [f"neither title, link and tests, nor in this order: {entry[:80]}"]
+    title, links, names = parts.groups()
+    failures = []
+    for member, label in re.findall(r"\[`([^`]+)`\]\[(\w+)\]", links):
+        name, content = headers.get(label, ("", ""))
+        if member != name and not all(is_word_of(content, word) for word in member.split("::")):
+            failures.append(f"{label} has no {member} ({title})")
+    return failures + [f"no such test: {name} ({title})" for name in re.findall(r"`([^`]+)`", names) if name not in tests]
 
 
 def main():
-    ctest, folder, page = sys.argv[1:]
-    listing = subprocess.run([ctest, "--test-dir", folder, "-N"], check=True, capture_output=True, text=True).stdout
-    tests = {plain(found) for found in re.findall(r"^ *Test +#\d+: (\S+)", listing, flags=re.MULTILINE)}
-    if len(tests) < 1000:
-        sys.exit(f"{len(tests)} tests only: was the list read right?")
-
-    entries = re.split(r"^- ", pathlib.Path(page).read_text(encoding="utf-8"), flags=re.MULTILINE)[1:]
-    if not entries:
-        sys.exit(f"{page} has no entry")
-    failures = []
+    (root,) = sys.argv[1:]
+    root = pathlib.Path(root)
+    page = root / "docs/contract.md"
+    text = page.read_text(encoding="utf-8")
+    tests = find_tests(root)
+    headers, failures = find_headers(page, text)
+    entries = [" ".join(entry.split()) for entry in re.findall(r"^- (.+(?:\n  .+)*)", text, flags=re.MULTILINE)]
+    if len(entries) < 300:
+        sys.exit(f"{len(entries)} entries only: was the page read right?")
     for entry in entries:
-        title = entry.splitlines()[0]
-        found = re.search(r"^ *Tests?:((?:\s*`[^`]+`,?)+)\s*(?=\n\n|\n#|\Z)", entry.rstrip() + "\n\n", flags=re.MULTILINE)
-        if not found:
-            failures.append(f"no test is named at the end: {title}")
-            continue
-        names = re.findall(r"`([^`]+)`", found[1])
-        failures += [f"no such test: {name} ({title})" for name in names if name not in tests]
+        failures += check_entry(entry, headers, tests)
     if failures:
         sys.exit("\n".join(failures))
     print(f"{len(entries)} entries")
