@@ -24,7 +24,8 @@ public:
   const void* getDataPtr() const; ///< \copydoc getDataPtr()
 
   /// \brief Return the place of an element. The index is not compared with the size.
-  /// \throw ORVELBaseDataException (eBufferNotInitialized) if the buffer is not initialised
+  /// \throw ORVELBaseDataException (eBufferNotInitialized) if the buffer is not initialised; it names
+  /// getBufferBaseSize()
   void* getDataPtr(ipUInt64 index);
   const void* getDataPtr(ipUInt64 index) const; ///< \copydoc getDataPtr(ipUInt64)
 

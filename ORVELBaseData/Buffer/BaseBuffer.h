@@ -51,7 +51,7 @@ public:
   const eDataType& getDataType() const;
 
   /// \brief Return the size of all elements in bytes, in 64-bit arithmetic that wraps around.
-  /// \throw ORVELBaseDataException (eBufferNotInitialized) if the buffer is not initialised
+  /// \throw ORVELBaseDataException (eBufferNotInitialized) if the buffer is not initialised; it names getSize()
   ipUInt64 getMemorySize() const;
 
   /// \brief Take the buffer back to not initialised and free what it owns. Valid in any state.
@@ -61,6 +61,9 @@ protected:
   BaseBuffer() = default;
 
   /// \brief Initialise the buffer, or give an initialised one new values.
+  ///
+  /// A dataType that is not an enumerator is accepted, with elements of 0 bytes. XML archives cannot hold
+  /// such a buffer (std::logic_error); binary ones hold it as eDT_None, which no buffer reads.
   /// \throw ORVELBaseDataException (eInvalidBufferType) if dataType is eDT_None; nothing has changed
   void initBase(ipUInt64 size, const eDataType& dataType);
 

@@ -17,7 +17,8 @@
 namespace orvel
 {
 
-/// \brief Return the size of one element in bytes; 0 for eDT_None and every value that is no enumerator.
+/// \brief Return the size of one element in bytes; 0 for eDT_None and every value that is no enumerator, of
+/// which all 64 bits count.
 ORVELBASEDATA_EXPORT ipUInt32 getBufferBaseSize(const eDataType& dataType);
 
 /// \brief Copy bytes, as memcpy does: the ranges must not overlap.
@@ -27,7 +28,8 @@ ORVELBASEDATA_EXPORT void copyBuffer(void* dst, ipUInt64 sizeInBytes, const void
 ///
 /// A value of dataType that is no enumerator has elements of 0 bytes: nothing is copied. The size in bytes is
 /// computed in 64 bits and wraps around.
-/// \throw ORVELBaseDataException (eInvalidBufferType) if dataType is eDT_None; dst is untouched
+/// \throw ORVELBaseDataException (eInvalidBufferType) if dataType is eDT_None, also without elements; dst is
+/// untouched
 ORVELBASEDATA_EXPORT void copyBuffer(void* dst, const eDataType& dataType, ipUInt64 nbElements,
                                      const void* src);
 

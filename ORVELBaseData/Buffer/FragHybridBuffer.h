@@ -28,7 +28,7 @@ namespace orvel
 /// "fragmentsSize" and one raw block per fragment in their present order, none if they are empty. The
 /// skeleton is all but the blocks, the data are the blocks alone. Reading a structure makes an owner of any
 /// buffer; data without their structure go into the fragments that are there, in their present order, also
-/// somebody else's.
+/// somebody else's; data that fail half way have filled the first fragments.
 class ORVELBASEDATA_EXPORT FragHybridBuffer : public BaseFragBuffer
 {
   ORVEL_DECLARE_SERIALIZABLE(FragHybridBuffer)
@@ -39,7 +39,8 @@ public:
   eBufferType getBufferType() const override; ///< eBT_FragHybrid
 
   /// \brief Become the owner of one block with all fragments. An owner keeps the block that it has, with its
-  /// contents, if it fits to the byte; the fragments are laid out anew.
+  /// contents, if it fits to the byte; the fragments are laid out again. Empty braces for nbFragments are the
+  /// number 0: write BufferPtrColl() for an empty list.
   ///
   /// \throw ORVELBaseDataException (eMemoryAllocationFailed) with the cause, if the block or the list of
   /// fragments finds no memory; the buffer is not initialised then and owns nothing. A size in bytes beyond
@@ -63,8 +64,8 @@ public:
   /// \brief Replace the start of one fragment of the caller's. Hides the operation of the base, which does
   /// not ask who owns the fragments.
   ///
-  /// \throw ORVELBaseDataException (eOwnFragmentDataPtr) if the buffer owns its fragments; nothing has
-  /// changed
+  /// \throw ORVELBaseDataException (eOwnFragmentDataPtr) if the buffer owns its fragments, whatever the index;
+  /// nothing has changed
   ///
   /// \throw ORVELBaseDataException as getDataPtr(ipUInt64); nothing has changed
   void setDataPtr(ipUInt64 fragment, void* dataPtr);

@@ -63,7 +63,8 @@ public:
   /// in an init() of the same size in bytes, and in a copy of the same size, which then writes through it; a
   /// copy of any other size is deep.
   ///
-  /// \throw ORVELBaseDataException (eBufferNotInitialized) if the buffer is not initialised
+  /// \throw ORVELBaseDataException (eBufferNotInitialized) if the buffer is not initialised; it names
+  /// getDataPtr()
   bool isBufferOwn() const;
 
 protected:

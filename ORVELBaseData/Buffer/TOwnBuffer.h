@@ -17,7 +17,7 @@ namespace orvel
 /// A copy and an archive bring their own element type, which nothing compares with T: the buffer then answers
 /// with the type that came.
 ///
-/// Archive version 1, without items of its own. \see BaseOwnBuffer
+/// Archive version 1, without items of its own; its version comes after the data. \see BaseOwnBuffer
 template <class T>
 class ORVELBASEDATA_EXPORT TOwnBuffer : public BaseOwnBuffer
 {

@@ -12,7 +12,7 @@ namespace orvel
 
 /// \brief Buffer that owns its block, of an element type that is given at run time.
 ///
-/// Archive version 1, without items of its own. \see BaseOwnBuffer
+/// Archive version 1, without items of its own; its version comes after the data. \see BaseOwnBuffer
 class ORVELBASEDATA_EXPORT TypedOwnBuffer : public BaseOwnBuffer
 {
   ORVEL_DECLARE_ABSTRACT_SERIALIZABLE(TypedOwnBuffer)
