@@ -18,7 +18,7 @@ class ORVELBASEDATA_EXPORT eCalibrationMessage : public NamedEnumeration<eCalibr
 public:
   enum domain
   {
-    eInvalidScale ///< not above 0: the scale
+    eInvalidScale ///< not above 0: the scale, with six decimals
   };
 
   eCalibrationMessage() = default;

@@ -49,7 +49,7 @@ public:
   void init2d(ipReal32 xScale, ipReal32 yScale, const std::string& unitStr, ipReal32 xOrigin,
               ipReal32 yOrigin, ipReal32 qr, ipReal32 qi, ipReal32 qj);
 
-  /// \brief Set everything. An empty unit empties the unit.
+  /// \brief Set everything. An empty unit empties the unit. Infinite scales are accepted.
   /// \throw ORVELBaseDataException (eInvalidScale) with the first scale, in the order x, y, z, that is not above
   /// 0, NaN included; nothing has changed
   void init3d(ipReal32 xScale, ipReal32 yScale, ipReal32 zScale, const std::string& unitStr, ipReal32 xOrigin,

@@ -12,7 +12,7 @@
 namespace orvel
 {
 
-/// \brief Failures of the data items. The texts stand in the source.
+/// \brief Failures of the data items. The texts stand in the source; their misspelled words stay as they are.
 class ORVELBASEDATA_EXPORT eDataItemMessage : public NamedEnumeration<eDataItemMessage>
 {
 public:

@@ -17,7 +17,8 @@ namespace orvel
 /// \brief Globally unique identifier of some data, with a name for people. No BaseIdentifier.
 ///
 /// A copy has the identifier of its source. Archive version 1: what SerializationObjectWithGuid files, then
-/// the item "_name". After a failure behind the first the object has the new identifier and the old name.
+/// the version, then the item "_name". After a failure behind the first, also of a copy, the object has the
+/// new identifier and the old name.
 class ORVELBASEDATA_EXPORT DataIdentifier : public SerializationObjectWithGuid
 {
   ORVEL_DECLARE_SERIALIZABLE(DataIdentifier)

@@ -9,7 +9,8 @@
 namespace orvel
 {
 
-/// \brief Identifier of two independent numbers. Archive version 1: the items "_highValue" and "_lowValue".
+/// \brief Identifier of two independent numbers. Archive version 1: the items "_highValue" and "_lowValue"; a
+/// read that fails keeps both old values.
 class ORVELBASEDATA_EXPORT DoubleIdentifier : public BaseIdentifier
 {
   ORVEL_DECLARE_SERIALIZABLE(DoubleIdentifier)

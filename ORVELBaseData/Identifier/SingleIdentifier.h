@@ -15,8 +15,8 @@ class ORVELBASEDATA_EXPORT SingleIdentifier : public BaseIdentifier
   ORVEL_DECLARE_SERIALIZABLE(SingleIdentifier)
 
 public:
-  SingleIdentifier(); ///< the value is not set: set, copy or read it before it is asked for
-  SingleIdentifier(ipUInt32 value);
+  SingleIdentifier();               ///< the value is not set: set, copy or read it before it is asked for
+  SingleIdentifier(ipUInt32 value); ///< not explicit: a number converts to an identifier
 
   void setValue(ipUInt32 value) { _value = value; }
   ipUInt32 getValue() const { return _value; }

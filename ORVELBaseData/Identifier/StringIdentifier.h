@@ -16,8 +16,8 @@ class ORVELBASEDATA_EXPORT StringIdentifier : public BaseIdentifier
   ORVEL_DECLARE_SERIALIZABLE(StringIdentifier)
 
 public:
-  StringIdentifier(); ///< the empty string
-  StringIdentifier(const std::string& value);
+  StringIdentifier();                         ///< the empty string
+  StringIdentifier(const std::string& value); ///< not explicit: a string converts to an identifier
 
   void setValue(const std::string& value) { _value = value; }
   const std::string& getValue() const { return _value; } ///< valid until the identifier changes

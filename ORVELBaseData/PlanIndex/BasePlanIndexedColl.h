@@ -21,8 +21,8 @@ namespace orvel
 ///
 /// The collection is sparse: a plan is there or not. It is reached by its index in logarithmic time, or by
 /// its rank in the order of PlanIndex, z fastest and t slowest, in linear time: to visit all plans, walk
-/// getBaseColl(). Objects are shared with whoever else holds their pointers. A single plan can't be taken
-/// out.
+/// getBaseColl(). Objects are shared with whoever else holds their pointers; one may stand under several
+/// keys. A single plan can be neither replaced nor taken out.
 ///
 /// Copies are made by the derived classes that want them, each in its own way; through this class there is
 /// none. A collection has no lock, and write() changes the serialization mode of the objects: two threads
@@ -82,7 +82,7 @@ public:
   /// \brief Tell whether the collection holds every plan of a stack of these extents, and nothing else.
   ///
   /// Only the number of plans, in 64-bit arithmetic that wraps around, and the last plan are looked at: other
-  /// plans are trusted to lie within the extents. Constant time.
+  /// plans are trusted to lie within the extents. Without plans an extent of 0 is complete. Constant time.
   bool isComplete(ipUInt64 sizeZ, ipUInt64 sizeC, ipUInt64 sizeT) const;
 
   /// \brief The same for the extents that cover every plan: only a product that wraps around can mislead it.

@@ -16,7 +16,8 @@ namespace orvel
 ///
 /// Unit: plans, counted from 0. A plain value: any three numbers are accepted. The order is unsigned, t
 /// first, then c, then z, so that a sorted walk runs through z fastest and t slowest. Archive version 2;
-/// version 1 held 32-bit numbers and is still read.
+/// version 1 held 32-bit numbers and is still read. A read that fails keeps the numbers read so far, in
+/// version 1 the old ones.
 class ORVELBASEDATA_EXPORT PlanIndex : public BaseSerializationObject
 {
   ORVEL_DECLARE_SERIALIZABLE(PlanIndex)

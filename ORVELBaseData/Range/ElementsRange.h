@@ -14,8 +14,9 @@ namespace orvel
 
 /// \brief Half-open run of elements [startOffset, startOffset + nbElements).
 ///
-/// Unit: elements, not bytes. A plain value: any two numbers are accepted.
-/// Archive version 2; version 1 held 32-bit numbers and is still read.
+/// Unit: elements, not bytes. A plain value: any two numbers are accepted; their sum may exceed 64 bits.
+/// Archive version 2; version 1 held 32-bit numbers and is still read. A read that fails between the two
+/// numbers keeps the new start with the old length, in version 1 both old numbers.
 class ORVELBASEDATA_EXPORT ElementsRange : public BaseSerializationObject
 {
   ORVEL_DECLARE_SERIALIZABLE(ElementsRange)
@@ -27,7 +28,7 @@ public:
   ipUInt64 getStartOffset() const { return _startOffset; } ///< index of the first element
   ipUInt64 getNbElements() const { return _nbElements; }   ///< number of elements
 
-  bool operator==(const ElementsRange& other) const;
+  bool operator==(const ElementsRange& other) const; ///< compares both numbers, also of empty ranges
   bool operator!=(const ElementsRange& other) const;
 
   /// \brief Order by start, then by length.

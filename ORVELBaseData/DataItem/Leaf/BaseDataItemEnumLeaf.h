@@ -45,7 +45,7 @@ public:
   virtual bool fromString(const std::string& text, ipUInt32& value) const;
 
   /// \brief Find the text of an integer.
-  /// \return whether there is one; else `text` should be left alone, as it is here always
+  /// \return whether there is one, also an empty text; else `text` should be left alone, as it is here always
   virtual bool toString(const ipUInt32& value, std::string& text) const;
 
   ipUInt32 getEnumValue() const { return _value; }      ///< the integer

@@ -15,7 +15,7 @@ namespace orvel
 /// namespace of the kit: "orvel::DataItemLeaf<ipInt16>", "orvel::DataItemLeaf<std::string>".
 ///
 /// A new leaf of a number or a bool has no value yet: set it, copy or read it before it is asked for. A new
-/// string or path is empty.
+/// string or path is empty; it may hold any bytes. There is no constructor from a value.
 ///
 /// duplicate() goes through the virtual createNew(), unlike that of other classes, so a class derived from
 /// this one need not replace it; duplicateShared() makes a DataItemLeaf<T> all the same.

@@ -18,7 +18,8 @@ namespace orvel
 /// std::vector<bool> is.
 ///
 /// Archive version 1: the item "_coll", in the form of vectors (\see SerializationItems.h). Its count has 32
-/// bits: a collection of 2^32 values or more does not survive an archive.
+/// bits: a collection of 2^32 values or more does not survive an archive. Assigned to itself a collection
+/// keeps its values.
 template <class T>
 class ORVELBASEDATA_EXPORT DataItemLeafColl : public BaseDataItemLeafColl
 {

@@ -27,8 +27,10 @@ struct DataItemComparison;
 /// one of n items.
 ///
 /// A copy of a map is deep: every item is duplicated, so it shares nothing with its source; an item that
-/// stands under two names becomes two. Beware of `map = map`: the target is emptied first, so the map is
-/// empty afterwards. When an item can't be duplicated the target holds the duplicates made so far.
+/// stands under two names becomes two, though archives keep it one. Beware of `map = map`: the target is
+/// emptied first, so the map is empty afterwards. When an item can't be duplicated the target holds the
+/// duplicates made so far. A map may become a copy of a map that it holds; a copy of a map around it holds a
+/// half-made copy of itself.
 ///
 /// Archive version 1: the item "_itemMap", in the form of maps (\see SerializationItems.h). A reader needs to
 /// know nothing of the items: each is created by the name of its class, which has to be registered with

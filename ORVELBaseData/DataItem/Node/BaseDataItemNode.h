@@ -25,6 +25,9 @@ namespace orvel
 ///    move its items: this class moves none of them;
 ///  - may be entered into DataItemNodeFactory.
 ///
+/// The tool tips are the second base, one pointer behind the first: convert to it by a cast, not through
+/// `void*`.
+///
 /// Archive version 1, without items. The order of the virtual operations is part of the binary interface.
 class ORVELBASEDATA_EXPORT BaseDataItemNode : public BaseDataItem, public BaseToolTip
 {
@@ -43,7 +46,8 @@ public:
   /// \brief Return what there is to tell of an item, null if the key is that of none.
   virtual ItemInfoConstPtr getItemInfo(const std::string& key) const = 0;
 
-  bool existsItem(const std::string& key) const; ///< whether the key is that of an item; no failure if not
+  /// \brief Tell whether the key is that of an item. What getItemInfo() throws propagates.
+  bool existsItem(const std::string& key) const;
 
   /// \brief Return an item, valid as long as the node has it.
   /// \throw ORVELBaseDataException (eUnknownItem) if the key is that of none

@@ -19,8 +19,9 @@ namespace orvel
 /// copy of the node.
 ///
 /// A copy of a collection is deep: every node is duplicated, so it shares nothing with its source; a node
-/// that is held twice becomes two. Beware of `coll = coll`: the target is emptied first, so the collection is
-/// empty afterwards. When a node can't be duplicated the target holds the duplicates made so far.
+/// that is held twice becomes two, though archives keep it one. Beware of `coll = coll`: the target is
+/// emptied first, so the collection is empty afterwards. When a node can't be duplicated the target holds the
+/// duplicates made so far.
 ///
 /// Archive version 1: the item "_coll", in the form of vectors of shared objects (\see SerializationItems.h).
 /// Each node is created by the name of its class, which has to be registered with DynamicObjectFactory, and
