@@ -12,7 +12,8 @@ namespace orvel
 
 /// \brief Integer displacement from a centre pixel, the address of a neighbour.
 ///
-/// Unit: pixels. A plain value: any two numbers are accepted. Archive version 1.
+/// Unit: pixels. A plain value: any two numbers are accepted. There is no operator!= and no hash. Archive
+/// version 1; a read that fails keeps the coordinates read so far.
 class ORVELBASEDATA_EXPORT OffsetXY : public BaseSerializationObject
 {
   ORVEL_DECLARE_SERIALIZABLE(OffsetXY)

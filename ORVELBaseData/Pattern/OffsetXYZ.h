@@ -12,7 +12,9 @@ namespace orvel
 
 /// \brief Integer displacement from a centre voxel, the address of a neighbour.
 ///
-/// Unit: voxels. A plain value: any three numbers are accepted. Archive version 1.
+/// Unit: voxels. A plain value: any three numbers are accepted. It is no OffsetXY, and nothing converts
+/// the two. There is no operator!= and no hash. Archive version 1; a read that fails keeps the coordinates
+/// read so far.
 class ORVELBASEDATA_EXPORT OffsetXYZ : public BaseSerializationObject
 {
   ORVEL_DECLARE_SERIALIZABLE(OffsetXYZ)

@@ -23,7 +23,8 @@
 ///    points next to it, with weights that are linear in the distance. The points are those of the coordinate
 ///    truncated toward zero and of one more, so that behind the origin the weights extrapolate, with values
 ///    outside 0 to 1, and the kernel is not symmetric. The shares add up to the value. A share of 0 is left
-///    out as a coefficient would be.
+///    out as a coefficient would be. A NaN value gives NaN to all of them, an infinite one to those of weight
+///    0.
 ///
 /// All is computed in single precision. An angle that is NaN or infinite gives NaN coordinates, which round
 /// and truncate to -2147483648. A snapped line takes its last axis for the dominant one then and steps on it;

@@ -26,17 +26,22 @@ struct KernelOperations;
 ///
 /// Beside the taps it keeps what filters ask for again and again:
 ///  - the bounding box of the offsets, as the smallest coordinate and the size along each axis, both in
-///    32-bit arithmetic that wraps around. The box touches a tap on each side and may have holes;
+///    32-bit arithmetic that wraps around. The box touches a tap on each side and may have holes. Taps at
+///    both ends of the range give the size 0, which the next insert takes for a box without taps;
 ///  - the sums of the coefficients and of their absolute values, running floats that each change adds to and
-///    subtracts from, so that they may differ by rounding from a fresh summation. A NaN coefficient is legal
-///    and poisons both.
+///    subtracts from, so that they may differ by rounding from a fresh summation. NaN and infinity are
+///    legal coefficients and spoil both sums until clear().
 ///
 /// A kernel has two empty states. Fresh or cleared: box and sums are 0. Emptied by remove: each minimum is
 /// 2147483647, each size 2, and the sums hold what rounding left. Both answer alike, and after the next
 /// insert both have the box of that one tap.
 ///
-/// Archive version 2; version 1 held no sum of absolute values and is still read, see computeAbsCoefSum().
-/// The archived box and sums are taken as they stand, without a check against the taps.
+/// A coefficient of 0 is a tap. A copy takes the box and the sums as they are.
+///
+/// Archive version 2; version 1 held no sum of absolute values and is still read: each of its coefficients v
+/// becomes |v| + v, and the sum of absolute values 0. The archived box and sums are taken as they are,
+/// without a check against the taps. An offset that comes twice is one tap, with the later coefficient. A
+/// read that fails has lost the old taps and keeps what it read.
 class ORVELBASEDATA_EXPORT KernelXY : public BaseKernel
 {
   ORVEL_DECLARE_SERIALIZABLE(KernelXY)

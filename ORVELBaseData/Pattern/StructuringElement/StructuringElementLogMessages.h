@@ -21,7 +21,7 @@ public:
   {
     eInsertExistingSEElt,  ///< the offset is in the set
     eRemoveMissingSEElt,   ///< the offset is not in the set
-    eInvalidRadius,        ///< not at least 0: the radius
+    eInvalidRadius,        ///< not at least 0: the radius, with six decimals
     eSEInfoNotInitialized, ///< use of a description before its initialisation
     eInvalidSESubType      ///< a parameter that the shape does not have
   };

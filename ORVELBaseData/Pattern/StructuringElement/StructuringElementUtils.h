@@ -20,9 +20,10 @@
 ///
 /// **Segments** are the points at 0, 1, 2 ... steps of length 1 from the origin up to the radius, rounded to
 /// the grid, halves away from zero. The points are running sums in double precision, and the first one beyond
-/// the radius ends the walk; both decide what a segment holds. linear... holds each rounded point and its
-/// opposite, halfLinear... only one side. Neighbours along a segment differ by at most 1 on each axis. An
-/// infinite radius has no end but that of the memory.
+/// the radius ends the walk; both decide what a segment holds, so that a whole-number radius may miss its
+/// tip. linear... holds each rounded point and its opposite, halfLinear... only one side. Neighbours along a
+/// segment differ by at most 1 on each axis. For an infinite radius the walk does not end, or ends with the
+/// memory.
 ///
 /// **Errors.** ORVELBaseDataException (eInvalidRadius) for a radius that is not at least 0, NaN included; -0
 /// is. Boxes have none.

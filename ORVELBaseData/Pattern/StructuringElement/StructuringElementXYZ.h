@@ -28,11 +28,12 @@ using XYZOffsetColl = std::set<OffsetXYZ>; ///< a set of offsets, in their order
 /// \brief Unweighted neighbourhood of a voxel: a set of offsets around the centre, with its bounding box.
 ///
 /// The box is kept as the smallest coordinate and the size along each axis, in 32-bit arithmetic that wraps
-/// around. It touches an offset on each side and may have holes.
+/// around. It touches an offset on each side and may have holes. Offsets at both ends of the range give the
+/// size 0, which the next insert takes for a box without offsets.
 ///
 /// An element has two empty states. Fresh or cleared: the box is all 0. Emptied by remove, or set to an empty
 /// set: each minimum is 2147483647, each size 2. Both answer alike, and after the next insert both have the
-/// box of that one offset.
+/// box of that one offset. Copies and archives keep them apart.
 ///
 /// Archive version 1: the items "_dataColl", "_minX", "_minY", "_minZ", "_sizeX", "_sizeY", "_sizeZ". The box
 /// is taken as it stands, without a check against the offsets. A read that fails keeps what came before the

@@ -15,10 +15,12 @@
 /// and by the gradient function where they differ by *more* than that. Applications know the two as they are.
 ///
 /// The warning of the deviations comes before any check of the arguments. Both go to the library's logger at
-/// WARN level, and stop nothing.
+/// WARN level, and stop nothing. A refused argument is reported by the function of GaussianKernel.h.
 ///
 /// After a refused argument the result pointers are null. Where memory runs out while the kernels are turned
-/// they hold the straight ones, the first of which may be turned already.
+/// they hold the straight ones, the first of which may be turned already. Where the log fails they hold at
+/// the first warning what they held, at the second the straight kernels. One pointer given for both kernels
+/// is turned twice.
 
 #include <ORVELBaseData/ORVELBaseDataExport.h>
 #include <ORVELBaseData/Pattern/Kernel/KernelXY.h>

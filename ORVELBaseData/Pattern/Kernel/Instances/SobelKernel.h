@@ -17,7 +17,7 @@
 /// ones.
 ///
 /// **Parameters.** The type, a value that is none counting as eSKT_Scharr3; the results, whose old contents
-/// are released first.
+/// are released first. One pointer given for several axes holds the last kernel.
 ///
 /// **Errors.** None but for memory: the results are null then.
 ///
