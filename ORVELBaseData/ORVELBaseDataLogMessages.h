@@ -32,8 +32,8 @@ public:
     eOwnFragmentDataPtr,     ///< a fragment of a buffer that owns its memory can't be set
     eInvalidBufferType,      ///< an element type that the operation doesn't take: its name
     eInvalidFragmentIndex,   ///< no such fragment: the index, the number of fragments
-    eKeyAlreadyExists,       ///< the key is taken: the key
-    eUnknownKey              ///< nothing stands under the key: the key
+    eKeyAlreadyExists,       ///< registered, but raised by nobody: the key
+    eUnknownKey              ///< registered, but raised by nobody: the key
   };
 
   eORVELBaseDataMessage() = default;

@@ -41,6 +41,10 @@ public:
   virtual bool isElementWise() const = 0;
 
   /// \brief Record the version of a class for the rest of this archive's life; a later call replaces it.
+  ///
+  /// Objects do so before the first of their class: all that follow are read under that version. A version
+  /// that was recorded before that is not written, and the objects are written in the newest layout all the
+  /// same.
   void registerClassVersion(const std::string& className, ipUInt32 version);
 
   /// \brief Tell whether the version of a class is recorded.

@@ -32,7 +32,11 @@ public:
   /// \brief Read a shared object: create it by its class name and read it with its `read`.
   ///
   /// The pointer is assigned when the object has been read whole. A reference gives the object that came
-  /// first, which within a cycle is not read to its end yet.
+  /// first, which within a cycle is not read to its end yet. Cycles come back as cycles, for the caller to
+  /// break.
+  ///
+  /// If the outermost object fails, those of its objects that still exist then, because they hold each other,
+  /// are emptied by `copy` of a new object of their class.
   virtual void readObjectPtr(const SerializationIItem<SerializationObjectPtr>& item) = 0;
 
   /// \brief Read an object in place, through its own `read`: the object keeps its identity.

@@ -27,7 +27,8 @@ public:
   virtual void writeBlock(const void* data, ipUInt64 sizeInBytes) = 0;
 
   /// \brief File a shared object under the item's key: its class name and, through its `write`, its
-  /// content. A second pointer to an object becomes a reference to the first; null is filed as such.
+  /// content. A second pointer to an object becomes a reference to the first, even if the object has changed
+  /// meanwhile; null is filed as such.
   ///
   /// The archive keeps every object alive that it has filed, so that no address is met twice.
   virtual void writeObjectPtr(const SerializationOItem<SerializationObjectPtr>& item) = 0;

@@ -15,7 +15,8 @@ namespace orvel
 /// \brief Root of the objects whose structure and data can be archived apart.
 ///
 /// The serialization mode tells how much the next `write` or `read` moves. It is no part of the object's
-/// value: it is neither copied nor filed.
+/// value: it is neither copied nor stored, and stays until it is set again. An object that a shared pointer
+/// brings from an archive is new, so it is read in full mode. There is no lock.
 class ORVELSERIALIZATION_EXPORT BaseObjectWithSkeleton : public BaseSerializationObject
 {
 public:

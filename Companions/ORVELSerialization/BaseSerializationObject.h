@@ -36,7 +36,8 @@ public:
 
   /// \brief Read the object from an archive. Reads nothing here.
   /// \return true, or false with a message if a class reports a failure this way
-  /// \throw ORVELSerializationException if the archive fails or holds a newer version of a class
+  /// \throw ORVELSerializationException if the archive fails or holds a newer version of a class. The archive can't
+  /// be used then; the members of that class are unchanged, and the versions of its bases stay recorded
   virtual BoolResult read(BaseIArchive& /*archive*/) { return BoolResult(true); }
 
 protected:

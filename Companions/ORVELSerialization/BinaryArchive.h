@@ -45,8 +45,9 @@ public:
   /// \brief Begin an archive that replaces the file of that name on close().
   ///
   /// It is written beside the file under another name. Without close(), also because of an exception, the old
-  /// file stays as it is and nothing else is left behind. Symbolic links are followed; hard links keep the
-  /// old file. A pipe or a device is written to directly.
+  /// file stays as it is and nothing else is left behind. The new file keeps the mode of the old one, and its
+  /// folder must be writable and readable. Symbolic links are followed, also to a file that does not exist
+  /// yet, but not in a circle; hard links keep the old file. A pipe or a device is written to directly.
   /// \throw ORVELSerializationException if the file cannot be made, with the system's reason
   explicit BinaryOArchive(const boost::filesystem::path& path);
 

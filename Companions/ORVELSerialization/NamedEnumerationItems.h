@@ -28,7 +28,7 @@ ORVELSERIALIZATION_EXPORT void writeEnumeration(BaseOArchive& archive, const std
 
 /// \brief Read the value of an enumeration: a text compared exactly, or a number.
 /// \throw ORVELSerializationException in the name of `here` for a text (id 26) or a number (id 27) of none;
-/// the archive is marked as failed
+/// the archive is marked as failed. A number beyond 32 bits is the archive's own failure
 ORVELSERIALIZATION_EXPORT ipUInt64 readEnumeration(BaseIArchive& archive, const std::string& key,
                                                    FindTextFunction findText, const SourceLocation& here);
 

@@ -15,18 +15,19 @@
 /// | std::vector of anything else with an item form | "vector": an item "value" per element |
 /// | std::set of serialisable objects | "set": an item "key" per element |
 /// | std::map | "map": items "key" and "value" per entry |
-/// | boost::shared_ptr to a serialisable object | a pointer "pObject" |
+/// | boost::shared_ptr to a serialisable object, constant or not | a pointer "pObject" |
 ///
 /// Collections stand in a section named by the key, within it in one named as above, behind an item "size". A
-/// vector is a raw block where the archive is not element-wise. A shared pointer stands in a section named by
-/// the key, within it in "shared_ptr<" + type name + ">"; on reading that name is "shared_ptr<>". For
-/// enumerations \see NamedEnumerationItems.h
+/// vector is a raw block where the archive is not element-wise, an empty one too. A shared pointer stands in
+/// a section named by the key, within it in "shared_ptr<" + type name + ">"; on reading that name is
+/// "shared_ptr<>". For enumerations \see NamedEnumerationItems.h
 ///
 /// Counts are filed as ipUInt32: of a count above 32 bits its low 32 bits. On input a count that the rest of
 /// the archive cannot hold is a failure before anything is allocated for it. Vectors are resized to the
 /// count and read into place (vectors of shared pointers and of bool drop their old elements first); sets and
-/// maps are emptied, and each entry is entered as it is read: a repeated map key keeps the last value, a
-/// repeated set element the first. After a failure a container holds what had been read.
+/// maps are emptied before the count is read, and each entry is entered as it is read: a repeated map key
+/// keeps the last value, a repeated set element the first. After a failure a container holds what had been
+/// read, a vector with old elements behind it.
 
 #include <limits>
 #include <map>

@@ -17,7 +17,8 @@ namespace orvel
 ///
 /// A new object has a new random identifier; a copy and an object that is read have that of the original.
 /// It is filed as one item "_guid", the text form of the identifier: 32 lower-case hexadecimal digits in
-/// groups of 8, 4, 4, 4 and 12 with hyphens between them. There is no version record.
+/// groups of 8, 4, 4, 4 and 12 with hyphens between them; no other form is read. There is no version record;
+/// that of a derived class follows.
 class ORVELSERIALIZATION_EXPORT SerializationObjectWithGuid : public BaseSerializationObject
 {
 public:

@@ -106,6 +106,9 @@ private:
 /// systems within texts; unknown elements and attributes, a DOCTYPE, and entities other than the five
 /// predefined ones and character references are refused. Places in failures are line and column of elements,
 /// from 1, columns in bytes; where an end was met too early, those of the element that ends.
+///
+/// A number or a boolean has no blanks around it, no plus sign and no decimal comma; floats are read in any
+/// width. There is no hash: a changed digit is read as it is.
 class ORVELSERIALIZATION_EXPORT XmlIArchive : public BaseIArchive
 {
 public:

@@ -38,6 +38,8 @@ public:
   virtual bool hasCopySupport() const = 0;
 
   /// \brief Make an object that equals this one; the caller owns it. Leaks nothing if copying throws.
+  ///
+  /// A class that does not define it inherits that of its base, which makes an object of the base.
   virtual BaseDynamicObject* duplicate() const = 0;
 
   /// \brief Make an object that equals this one under a shared pointer.
@@ -47,6 +49,8 @@ public:
   virtual void initCtorCopy(const BaseDynamicObject& other);
 
   /// \brief Make this object equal to another of the same class. The class of the argument is trusted.
+  ///
+  /// The assignment of every class calls it, also for `x = x`.
   virtual void copy(const BaseDynamicObject& other) = 0;
 
 protected:

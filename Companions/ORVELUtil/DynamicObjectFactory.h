@@ -25,7 +25,8 @@ namespace orvel
 ///
 /// The one instance needs no construction at run time and is never destroyed, so that it serves the
 /// initialisers and clean-ups of any library in any order. It holds memory only while a class is
-/// registered. All operations may be called from several threads at once.
+/// registered. All operations may be called from several threads at once. Any text is a name; names are
+/// compared byte by byte.
 class ORVELUTIL_EXPORT DynamicObjectFactory
 {
 public:

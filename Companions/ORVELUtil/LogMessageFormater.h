@@ -49,7 +49,8 @@ public:
   /// \brief Bind the next placeholder. The last one finishes the text: it goes to the output, and the
   /// format becomes an empty one.
   ///
-  /// T is std::string, const char*, unsigned int, unsigned long, int, float or double.
+  /// T is std::string, const char*, unsigned int, unsigned long, int, float or double. It decides how the
+  /// argument is printed, not the letter of the placeholder.
   /// \throw boost::io::too_many_args if no placeholder is left
   template <class T>
   LogMessageFormater& operator%(const T& argument);

@@ -26,7 +26,8 @@ public:
   LogMessageManager(const LogMessageManager&) = delete;
   LogMessageManager& operator=(const LogMessageManager&) = delete;
 
-  /// \brief Enter one text; a text that stands under the same domain and id is replaced.
+  /// \brief Enter one text; a text that stands under the same domain and id is replaced, for good:
+  /// its table is entered once.
   void addMessage(const std::string& domainKey, int id, const std::string& text);
 
   /// \brief Return a text.

@@ -23,7 +23,7 @@ class LogMessageManager;
 /// \brief Return the kit's root logger; the loggers of the libraries are its children.
 ///
 /// It carries a null appender, so that log4cplus does not complain on the standard error stream about an
-/// application that has not set it up.
+/// application that has not set it up. The next message puts one back that the application has removed.
 ORVELUTIL_EXPORT log4cplus::Logger& getBaseLogger();
 
 /// \brief Return the name of the kit's root logger, "ORVEL".

@@ -98,6 +98,7 @@ std::string makeAndLogMessage(const SourceLocation& here, Domain id, const Argum
 /// \param arguments values for the placeholders of its text, in order
 /// \throw MessageOwner<Domain>::Exception always, unless
 /// \throw BaseException the message could not be made or logged; the reason is its cause
+/// \throw std::bad_alloc there is no memory for that, either
 template <class Domain, class... Arguments>
 [[noreturn]] void raise(const SourceLocation& here, Domain id, const Arguments&... arguments)
 {

@@ -2,6 +2,9 @@
 
 /// \file
 /// \brief Scalar types of the kit: fixed widths under one set of names.
+///
+/// Streams print the 8-bit types as characters. `long long` is not among them and has no item form in
+/// archives.
 
 #include <vector>
 
