@@ -7,7 +7,7 @@ set -euo pipefail
 
 usage() {
   echo 'usage: ./dev demo [SIGMA_X [SIGMA_Y [RATIO]]]' >&2
-  echo '  standard deviations in pixels, above 0, and the share of the mass to reach, from 0 to below 1' >&2
+  echo '  standard deviations in pixels, above 0, and the share of the mass that ends the taps, from 0 to below 1' >&2
   exit 2
 }
 

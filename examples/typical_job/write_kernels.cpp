@@ -17,7 +17,8 @@
 namespace
 {
 
-/// Standard deviations in pixels, and the share of the distribution's mass that a kernel is to reach.
+/// Standard deviations in pixels, and the share of the distribution: the taps end where the next one would
+/// pass it.
 struct Settings
 {
   float sigmaX = 0;
