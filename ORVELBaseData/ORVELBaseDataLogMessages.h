@@ -36,16 +36,7 @@ public:
     eUnknownKey              ///< registered, but raised by nobody: the key
   };
 
-  eORVELBaseDataMessage() = default;
-  eORVELBaseDataMessage(domain value)
-    : NamedEnumeration(value)
-  {
-  }
-  explicit eORVELBaseDataMessage(ipUInt64 value)
-    : NamedEnumeration(value)
-  {
-  }
-
+  using NamedEnumeration::NamedEnumeration;
   static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
 };
 

@@ -29,16 +29,7 @@ public:
     eDT_Real64  ///< ipReal64, 8 bytes
   };
 
-  eDataType() = default;
-  eDataType(domain value)
-    : NamedEnumeration(value)
-  {
-  }
-  explicit eDataType(ipUInt64 value)
-    : NamedEnumeration(value)
-  {
-  }
-
+  using NamedEnumeration::NamedEnumeration;
   static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
 };
 

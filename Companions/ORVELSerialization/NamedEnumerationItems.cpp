@@ -3,8 +3,11 @@
 #include <limits>
 #include <stdexcept>
 
+#include <ORVELSerialization/BaseIArchive.h>
+#include <ORVELSerialization/BaseOArchive.h>
 #include <ORVELSerialization/ORVELSerializationLogMessages.h>
 #include <ORVELSerialization/Private/ArchiveAccess.h>
+#include <ORVELUtil/Raise.h>
 
 namespace orvel::details
 {

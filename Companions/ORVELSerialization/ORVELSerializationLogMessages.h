@@ -62,16 +62,7 @@ public:
     eUnknownEnumerationValue  ///< number of no enumerator: the number
   };
 
-  eORVELSerializationMessage() = default;
-  eORVELSerializationMessage(domain value)
-    : NamedEnumeration(value)
-  {
-  }
-  explicit eORVELSerializationMessage(ipUInt64 value)
-    : NamedEnumeration(value)
-  {
-  }
-
+  using NamedEnumeration::NamedEnumeration;
   static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
 };
 

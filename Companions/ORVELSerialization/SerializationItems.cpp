@@ -1,7 +1,6 @@
 #include "ORVELSerialization/SerializationItems.h"
 
 #include <ORVELSerialization/DataType.h>
-#include <ORVELSerialization/NamedEnumerationItems.h>
 
 namespace orvel
 {

@@ -47,6 +47,7 @@
 #include <ORVELSerialization/BaseIArchive.h>
 #include <ORVELSerialization/BaseOArchive.h>
 #include <ORVELSerialization/BaseSerializationObject.h>
+#include <ORVELSerialization/NamedEnumerationItems.h>
 #include <ORVELSerialization/ORVELSerializationExport.h>
 #include <ORVELSerialization/SerializationItem.h>
 #include <ORVELUtil/ScalarTypes.h>
@@ -138,10 +139,7 @@ ORVELSERIALIZATION_EXPORT BaseOArchive& operator<<(BaseOArchive& archive,
                                                    const SerializationOItem<boost::filesystem::path>& item);
 ORVELSERIALIZATION_EXPORT BaseIArchive& operator>>(BaseIArchive& archive,
                                                    const SerializationIItem<boost::filesystem::path>& item);
-ORVELSERIALIZATION_EXPORT BaseOArchive& operator<<(BaseOArchive& archive,
-                                                   const SerializationOItem<eDataType>& item);
-ORVELSERIALIZATION_EXPORT BaseIArchive& operator>>(BaseIArchive& archive,
-                                                   const SerializationIItem<eDataType>& item);
+ORVEL_DECLARE_ENUMERATION_ITEMS(eDataType, ORVELSERIALIZATION_EXPORT)
 /// \}
 
 /// \name Objects in place

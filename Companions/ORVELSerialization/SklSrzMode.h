@@ -22,16 +22,7 @@ public:
     eSSM_Data      ///< data only: the object must already have the structure
   };
 
-  eSklSrzMode() = default;
-  eSklSrzMode(domain value)
-    : NamedEnumeration(value)
-  {
-  }
-  explicit eSklSrzMode(ipUInt64 value)
-    : NamedEnumeration(value)
-  {
-  }
-
+  using NamedEnumeration::NamedEnumeration;
   static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
 };
 

@@ -19,5 +19,6 @@
 #include <ORVELUtil/ProcessingResult.h>
 #include <ORVELUtil/Raise.h>
 #include <ORVELUtil/ScalarTypes.h>
+#include <ORVELUtil/SourceLocation.h>
 #include <ORVELUtil/UnHandleException.h>
 #include <ORVELUtil/UnitMutex.h>

@@ -33,16 +33,7 @@ public:
     eNoCopySupport     ///< copy of a class that has none: the class name
   };
 
-  eORVELUtilErrors() = default;
-  eORVELUtilErrors(domain value)
-    : NamedEnumeration(value)
-  {
-  }
-  explicit eORVELUtilErrors(ipUInt64 value)
-    : NamedEnumeration(value)
-  {
-  }
-
+  using NamedEnumeration::NamedEnumeration;
   static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
 };
 

@@ -11,37 +11,18 @@
 
 #include <exception>
 #include <string>
-#include <typeinfo>
 
 #include <ORVELUtil/LogMessageFormater.h>
 #include <ORVELUtil/ORVELUtilExport.h>
+#include <ORVELUtil/SourceLocation.h>
 
 namespace log4cplus
 {
 class Logger;
 }
 
-/// \brief The statement that stands here: the signature of its function, its file and its line.
-#define ORVEL_HERE ORVEL_HERE_IN(__PRETTY_FUNCTION__)
-
-/// \brief ORVEL_HERE with the signature spelled out, for a function that is no member: g++ leaves the
-/// namespaces out of its parameters.
-#define ORVEL_HERE_IN(signature)                                                                             \
-  ::orvel::SourceLocation                                                                                    \
-  {                                                                                                          \
-    signature, __FILE__, __LINE__                                                                            \
-  }
-
 namespace orvel
 {
-
-/// \brief A place in the source. \see ORVEL_HERE
-struct SourceLocation
-{
-  const char* function; ///< full signature, as the compiler spells it
-  const char* file;
-  unsigned int line;
-};
 
 /// \brief Tells what belongs to a message domain, by its nested type `domain`; specialised by each domain:
 ///  - `using Exception = ...`, the class that is thrown;

@@ -21,16 +21,7 @@ public:
     eBT_FragHybrid ///< fragments, its own or not: FragHybridBuffer
   };
 
-  eBufferType() = default;
-  eBufferType(domain value)
-    : NamedEnumeration(value)
-  {
-  }
-  explicit eBufferType(ipUInt64 value)
-    : NamedEnumeration(value)
-  {
-  }
-
+  using NamedEnumeration::NamedEnumeration;
   static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
 };
 

@@ -21,16 +21,7 @@ public:
     eInvalidScale ///< not above 0: the scale, with six decimals
   };
 
-  eCalibrationMessage() = default;
-  eCalibrationMessage(domain value)
-    : NamedEnumeration(value)
-  {
-  }
-  explicit eCalibrationMessage(ipUInt64 value)
-    : NamedEnumeration(value)
-  {
-  }
-
+  using NamedEnumeration::NamedEnumeration;
   static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
 };
 

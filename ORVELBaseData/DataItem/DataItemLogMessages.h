@@ -32,16 +32,7 @@ public:
     eNullItemPtr                 ///< a null pointer in place of an item
   };
 
-  eDataItemMessage() = default;
-  eDataItemMessage(domain value)
-    : NamedEnumeration(value)
-  {
-  }
-  explicit eDataItemMessage(ipUInt64 value)
-    : NamedEnumeration(value)
-  {
-  }
-
+  using NamedEnumeration::NamedEnumeration;
   static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
 };
 

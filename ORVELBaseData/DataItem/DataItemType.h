@@ -25,16 +25,7 @@ public:
     eDIT_Map       ///< any items by name
   };
 
-  eDataItemType() = default;
-  eDataItemType(domain value)
-    : NamedEnumeration(value)
-  {
-  }
-  explicit eDataItemType(ipUInt64 value)
-    : NamedEnumeration(value)
-  {
-  }
-
+  using NamedEnumeration::NamedEnumeration;
   static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
 };
 

@@ -17,10 +17,6 @@ namespace orvel
 namespace
 {
 
-// Compilers leave the namespaces out of the parameters of a function that is no member.
-constexpr const char* g_functionText =
-    "bool orvel::equal(const orvel::BaseDataItem&, const orvel::BaseDataItem&, const orvel::ipReal64&)";
-
 bool areSameClass(const BaseDataItem& lhs, const BaseDataItem& rhs)
 {
   const std::string& left = lhs.getClassName();
@@ -105,8 +101,9 @@ bool areEqualColls(const BaseDataItemLeafColl& lhs, const BaseDataItemLeafColl& 
   case eDataItemValueType::eDIVT_Enum:
     break;
   }
-  raise(SourceLocation{g_functionText, __FILE__, __LINE__}, eDataItemMessage::eInvalidDataItemValueType,
-        valueType.getText());
+  raise(ORVEL_HERE_IN("bool orvel::equal(const orvel::BaseDataItem&, const orvel::BaseDataItem&, "
+                      "const orvel::ipReal64&)"),
+        eDataItemMessage::eInvalidDataItemValueType, valueType.getText());
 }
 
 bool areEqualNodes(const BaseDataItemNode& lhs, const BaseDataItemNode& rhs, const ipReal64& tolerance)

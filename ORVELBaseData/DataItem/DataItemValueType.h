@@ -34,16 +34,7 @@ public:
     eDIVT_Enum    ///< an enumerate, held as ipUInt32; of leaves only
   };
 
-  eDataItemValueType() = default;
-  eDataItemValueType(domain value)
-    : NamedEnumeration(value)
-  {
-  }
-  explicit eDataItemValueType(ipUInt64 value)
-    : NamedEnumeration(value)
-  {
-  }
-
+  using NamedEnumeration::NamedEnumeration;
   static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
 };
 

@@ -32,16 +32,7 @@ public:
     eDO2D_YPXP  ///< (y, x) = (+1, +1)
   };
 
-  eDiscreteOrientation2d() = default;
-  eDiscreteOrientation2d(domain value)
-    : NamedEnumeration(value)
-  {
-  }
-  explicit eDiscreteOrientation2d(ipUInt64 value)
-    : NamedEnumeration(value)
-  {
-  }
-
+  using NamedEnumeration::NamedEnumeration;
   static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
 };
 

@@ -1,7 +1,5 @@
 #include "ORVELBaseData/DiscreteOrientation/DiscreteOrientation2dUtils.h"
 
-#include <ORVELSerialization/NamedEnumerationItems.h>
-
 namespace orvel
 {
 

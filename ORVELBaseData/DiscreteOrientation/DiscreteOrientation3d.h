@@ -50,16 +50,7 @@ public:
     eDO3D_ZPYPXP  ///< (z, y, x) = (+1, +1, +1)
   };
 
-  eDiscreteOrientation3d() = default;
-  eDiscreteOrientation3d(domain value)
-    : NamedEnumeration(value)
-  {
-  }
-  explicit eDiscreteOrientation3d(ipUInt64 value)
-    : NamedEnumeration(value)
-  {
-  }
-
+  using NamedEnumeration::NamedEnumeration;
   static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
 };
 

@@ -1,7 +1,5 @@
 #include "ORVELBaseData/DiscreteOrientation/DiscreteOrientation3dUtils.h"
 
-#include <ORVELSerialization/NamedEnumerationItems.h>
-
 namespace orvel
 {
 

@@ -22,16 +22,7 @@ public:
     eN2T_8Connexity  ///< those that share an edge or a corner with it
   };
 
-  eNeighborhood2dType() = default;
-  eNeighborhood2dType(domain value)
-    : NamedEnumeration(value)
-  {
-  }
-  explicit eNeighborhood2dType(ipUInt64 value)
-    : NamedEnumeration(value)
-  {
-  }
-
+  using NamedEnumeration::NamedEnumeration;
   static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
 };
 

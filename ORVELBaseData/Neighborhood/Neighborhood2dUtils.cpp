@@ -1,7 +1,5 @@
 #include "ORVELBaseData/Neighborhood/Neighborhood2dUtils.h"
 
-#include <ORVELSerialization/NamedEnumerationItems.h>
-
 namespace orvel
 {
 

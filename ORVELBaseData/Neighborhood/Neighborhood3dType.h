@@ -23,16 +23,7 @@ public:
     eN3T_26Connexity  ///< those that share a face, an edge or a corner with it
   };
 
-  eNeighborhood3dType() = default;
-  eNeighborhood3dType(domain value)
-    : NamedEnumeration(value)
-  {
-  }
-  explicit eNeighborhood3dType(ipUInt64 value)
-    : NamedEnumeration(value)
-  {
-  }
-
+  using NamedEnumeration::NamedEnumeration;
   static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
 };
 

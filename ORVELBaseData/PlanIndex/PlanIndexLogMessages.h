@@ -24,16 +24,7 @@ public:
     eNullPlanPtr        ///< a null pointer in place of an object: z, c, t
   };
 
-  ePlanIndexMessage() = default;
-  ePlanIndexMessage(domain value)
-    : NamedEnumeration(value)
-  {
-  }
-  explicit ePlanIndexMessage(ipUInt64 value)
-    : NamedEnumeration(value)
-  {
-  }
-
+  using NamedEnumeration::NamedEnumeration;
   static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
 };
 

@@ -34,16 +34,7 @@ public:
     eTooLowOrientation               ///< a warning
   };
 
-  eKernelMessage() = default;
-  eKernelMessage(domain value)
-    : NamedEnumeration(value)
-  {
-  }
-  explicit eKernelMessage(ipUInt64 value)
-    : NamedEnumeration(value)
-  {
-  }
-
+  using NamedEnumeration::NamedEnumeration;
   static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
 };
 

@@ -19,16 +19,7 @@ public:
     eKT_XYZ ///< space: KernelXYZ
   };
 
-  eKernelType() = default;
-  eKernelType(domain value)
-    : NamedEnumeration(value)
-  {
-  }
-  explicit eKernelType(ipUInt64 value)
-    : NamedEnumeration(value)
-  {
-  }
-
+  using NamedEnumeration::NamedEnumeration;
   static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
 };
 

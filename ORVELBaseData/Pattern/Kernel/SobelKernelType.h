@@ -23,16 +23,7 @@ public:
     eSKT_Sobel7   ///< 7 taps
   };
 
-  eSobelKernelType() = default;
-  eSobelKernelType(domain value)
-    : NamedEnumeration(value)
-  {
-  }
-  explicit eSobelKernelType(ipUInt64 value)
-    : NamedEnumeration(value)
-  {
-  }
-
+  using NamedEnumeration::NamedEnumeration;
   static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
 };
 

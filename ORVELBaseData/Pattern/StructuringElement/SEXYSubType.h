@@ -26,16 +26,7 @@ public:
     eSEXY_Linear       ///< segment to both sides of the origin
   };
 
-  eSEXYSubType() = default;
-  eSEXYSubType(domain value)
-    : NamedEnumeration(value)
-  {
-  }
-  explicit eSEXYSubType(ipUInt64 value)
-    : NamedEnumeration(value)
-  {
-  }
-
+  using NamedEnumeration::NamedEnumeration;
   static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
 };
 

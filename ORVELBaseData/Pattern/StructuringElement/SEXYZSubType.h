@@ -26,16 +26,7 @@ public:
     eSEXYZ_Linear       ///< segment to both sides of the origin
   };
 
-  eSEXYZSubType() = default;
-  eSEXYZSubType(domain value)
-    : NamedEnumeration(value)
-  {
-  }
-  explicit eSEXYZSubType(ipUInt64 value)
-    : NamedEnumeration(value)
-  {
-  }
-
+  using NamedEnumeration::NamedEnumeration;
   static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
 };
 

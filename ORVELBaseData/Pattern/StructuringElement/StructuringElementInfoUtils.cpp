@@ -2,8 +2,6 @@
 
 #include <boost/make_shared.hpp>
 
-#include <ORVELSerialization/NamedEnumerationItems.h>
-
 namespace orvel
 {
 

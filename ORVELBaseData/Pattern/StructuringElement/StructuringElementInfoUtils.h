@@ -2,20 +2,18 @@
 
 /// \file
 /// \brief Makers of descriptions, and the archive operators of the kinds of structuring elements.
+/// \see NamedEnumerationItems.h
 
 #include <ORVELBaseData/ORVELBaseDataExport.h>
 #include <ORVELBaseData/Pattern/StructuringElement/SEXYSubType.h>
 #include <ORVELBaseData/Pattern/StructuringElement/SEXYZSubType.h>
 #include <ORVELBaseData/Pattern/StructuringElement/StructuringElementXYInfo.h>
 #include <ORVELBaseData/Pattern/StructuringElement/StructuringElementXYZInfo.h>
-#include <ORVELSerialization/SerializationItem.h>
+#include <ORVELSerialization/NamedEnumerationItems.h>
 #include <ORVELUtil/ScalarTypes.h>
 
 namespace orvel
 {
-
-class BaseIArchive;
-class BaseOArchive;
 
 /// \name Descriptions of a shape
 /// Each makes a new description and calls the initialisation of the same arguments.
@@ -40,21 +38,7 @@ ORVELBASEDATA_EXPORT StructuringElementXYZInfoPtr linearSEXYZInfo(ipReal64 theta
                                                                   ipReal64 radius);
 /// \}
 
-/// \name Named enumerations in archives
-/// An element-wise archive files the text, any other the number.
-/// \throw ORVELSerializationException for a text (id 26) or a number (id 27) of no enumerator; the item keeps
-/// its old value
-/// \throw std::logic_error if an element-wise archive is given a value without a text; nothing is filed.
-/// Elsewhere such a value is filed as 0.
-/// \{
-ORVELBASEDATA_EXPORT BaseOArchive& operator<<(BaseOArchive& archive,
-                                              const SerializationOItem<eSEXYSubType>& item);
-ORVELBASEDATA_EXPORT BaseIArchive& operator>>(BaseIArchive& archive,
-                                              const SerializationIItem<eSEXYSubType>& item);
-ORVELBASEDATA_EXPORT BaseOArchive& operator<<(BaseOArchive& archive,
-                                              const SerializationOItem<eSEXYZSubType>& item);
-ORVELBASEDATA_EXPORT BaseIArchive& operator>>(BaseIArchive& archive,
-                                              const SerializationIItem<eSEXYZSubType>& item);
-/// \}
+ORVEL_DECLARE_ENUMERATION_ITEMS(eSEXYSubType, ORVELBASEDATA_EXPORT)
+ORVEL_DECLARE_ENUMERATION_ITEMS(eSEXYZSubType, ORVELBASEDATA_EXPORT)
 
 } // namespace orvel

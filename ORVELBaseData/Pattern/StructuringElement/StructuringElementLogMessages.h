@@ -26,16 +26,7 @@ public:
     eInvalidSESubType      ///< a parameter that the shape does not have
   };
 
-  eStructuringElementMessage() = default;
-  eStructuringElementMessage(domain value)
-    : NamedEnumeration(value)
-  {
-  }
-  explicit eStructuringElementMessage(ipUInt64 value)
-    : NamedEnumeration(value)
-  {
-  }
-
+  using NamedEnumeration::NamedEnumeration;
   static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
 };
 

@@ -19,16 +19,7 @@ public:
     eSET_XYZ ///< space
   };
 
-  eStructuringElementType() = default;
-  eStructuringElementType(domain value)
-    : NamedEnumeration(value)
-  {
-  }
-  explicit eStructuringElementType(ipUInt64 value)
-    : NamedEnumeration(value)
-  {
-  }
-
+  using NamedEnumeration::NamedEnumeration;
   static const char* findText(ipUInt32 value); ///< \see NamedEnumeration
 };
 

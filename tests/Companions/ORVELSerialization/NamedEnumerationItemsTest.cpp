@@ -21,15 +21,7 @@ public:
     eTC_4Connexity,
     eTC_8Connexity
   };
-  eTestConnexity() = default;
-  eTestConnexity(domain value)
-    : NamedEnumeration(value)
-  {
-  }
-  explicit eTestConnexity(ipUInt64 value)
-    : NamedEnumeration(value)
-  {
-  }
+  using NamedEnumeration::NamedEnumeration;
   static const char* findText(ipUInt32 value)
   {
     static constexpr const char* g_texts[] = {"eTC_4Connexity", "eTC_8Connexity"};

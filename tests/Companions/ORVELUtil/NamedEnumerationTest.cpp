@@ -20,16 +20,7 @@ public:
     eC_Blue
   };
 
-  eColour() = default;
-  eColour(domain value)
-    : NamedEnumeration(value)
-  {
-  }
-  explicit eColour(ipUInt64 value)
-    : NamedEnumeration(value)
-  {
-  }
-
+  using NamedEnumeration::NamedEnumeration;
   static const char* findText(ipUInt32 value)
   {
     static const char* const g_texts[] = {"eC_Red", "eC_Green", "eC_Blue"};
