@@ -21,6 +21,7 @@
 #include <ORVELUtil/DynamicObjectFactory.h>
 #include <ORVELUtil/ORVELUtilException.h>
 #include <ORVELUtil/ORVELUtilLog.h>
+#include <support/ClassList.h>
 
 namespace
 {
@@ -28,6 +29,7 @@ namespace
 using namespace orvel;
 using orvel::test::Plugin;
 using orvel::test::require;
+using orvel::test::versionOf;
 
 class CountingAppender : public log4cplus::Appender
 {
@@ -79,7 +81,8 @@ void work()
   const std::unique_ptr<BaseDynamicObject> range(factory.createNew("orvel::ElementsRange"));
   require(range->getClassName() == "orvel::ElementsRange", "the library's range is created");
   require(factory.createShared("orvel::OffsetXYZ")->getClassName() == OffsetXYZ::getTypeName(), "OffsetXYZ");
-  require(ElementsRange::getTypeName() == "orvel::ElementsRange" && ElementsRange::getVersion() == 2,
+  require(ElementsRange::getTypeName() == "orvel::ElementsRange" &&
+              ElementsRange::getVersion() == versionOf("orvel::ElementsRange"),
           "ElementsRange");
   require(factory.getRegisteredClassNames().count("orvel::KernelXYZ") == 1, "the list of names");
   factory.isRegistered("KitPlugin::PluginObject"); // true or false

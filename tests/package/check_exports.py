@@ -2,9 +2,9 @@
 """A library exports the classes and free functions of a list, all of them and nothing else, and a program that
 includes the umbrella header can use each.
 
-usage: check_exports.py NM COMPILER INCLUDE_FOLDER LIBRARY_FILE LIST
+usage: check_exports.py NM COMPILER INCLUDE_FOLDER LIBRARY_FILE LIST CLASS_LIST
 
-The list has a line `class NAME` or `function SIGNATURE` for each, in the words of `nm -DC`. A class exports its
+CLASS_LIST is the header with the classes that archives name. The list has the rest: a line `class NAME` or `function SIGNATURE` for each, in the words of `nm -DC`. A class exports its
 members, its tables and its type information; a template is listed by its instances.
 """
 
@@ -13,6 +13,35 @@ import re
 import subprocess
 import sys
 import tempfile
+
+
+ALIASES = {
+    "ipBool": "bool",
+    "ipInt8": "signed char",
+    "ipUInt8": "unsigned char",
+    "ipInt16": "short",
+    "ipUInt16": "unsigned short",
+    "ipInt32": "int",
+    "ipUInt32": "unsigned int",
+    "ipInt64": "long",
+    "ipUInt64": "unsigned long",
+    "ipReal32": "float",
+    "ipReal64": "double",
+    "std::string": "std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char> >",
+}
+
+
+def listed_classes(header):
+    """Return the names of a class list in the words of nm."""
+    names = re.findall(r'\{"(orvel::[^"]+)", \d+\}', pathlib.Path(header).read_text(encoding="utf-8"))
+    if not names:
+        sys.exit(f"{header} lists no class")
+
+    def spelt(argument):
+        name = argument[1].removeprefix("orvel::")
+        return f"<{ALIASES.get(name, name)}>".replace(">>", "> >")
+
+    return [re.sub("<(.*)>", spelt, name) for name in names]
 
 
 def outside_brackets(text, wanted):
@@ -70,10 +99,14 @@ def user_of(header, entries):
 
 
 def main():
-    nm, compiler, include, library, list_file = sys.argv[1:]
+    nm, compiler, include, library, list_file, class_list = sys.argv[1:]
     entries = pathlib.Path(list_file).read_text(encoding="utf-8").splitlines()
     if sorted(set(entries)) != entries:
         sys.exit(f"{list_file} is not sorted, or names something twice")
+    own_classes = {f"class {name}" for name in listed_classes(class_list)}
+    if own_classes & set(entries):
+        sys.exit(f"{list_file} repeats what {class_list} lists: {sorted(own_classes & set(entries))}")
+    entries = sorted(own_classes | set(entries))
     classes = {entry.removeprefix("class ") for entry in entries if entry.startswith("class ")}
     found = {entry_of(symbol, classes) for symbol in exported_symbols(nm, library)}
     failures = [f"exported, but not in the list: {entry}" for entry in sorted(found - set(entries))]

@@ -10,6 +10,7 @@
 
 #include <ORVELSerialization/BaseObjectWithSkeleton.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
+#include <support/ClassList.h>
 #include <support/HandWrittenArchive.h>
 #include <support/SkeletonElement.h>
 
@@ -64,7 +65,7 @@ protected:
   {
     openValue(archive);
     archive.openPointer("pObject", "orvel::ElementsRange");
-    putVersion(archive, "orvel::ElementsRange", 2);
+    putVersion(archive, "orvel::ElementsRange", versionOf("orvel::ElementsRange"));
     archive.integer("_startOffset", 3);
     archive.integer("_nbElements", 4);
     archive.close();

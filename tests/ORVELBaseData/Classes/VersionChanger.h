@@ -1,7 +1,7 @@
 #pragma once
 
 /// \file
-/// \brief Files an object as a program of the future would: with a higher version of one of its classes.
+/// \brief Writes an object as a program of the future would: with a higher version of one of its classes.
 
 #include <map>
 #include <memory>
@@ -18,19 +18,23 @@
 namespace orvel::test
 {
 
-/// \brief Hands everything on to another archive, but for the version of one class, which it raises by one.
+/// \brief Hands everything on to another archive, but for the version of one class, which it replaces.
 class VersionChanger : public BaseOArchive
 {
 public:
-  VersionChanger(BaseOArchive& target, std::string className)
+  /// \param className whose version becomes newVersion; none of that name: nothing is replaced
+  VersionChanger(BaseOArchive& target, std::string className = "", ipUInt64 newVersion = 0)
     : BaseOArchive("changer")
     , _target(target)
     , _className(std::move(className))
+    , _newVersion(newVersion)
   {
   }
 
-  /// \brief Return the version records that went through, as they were.
-  const std::map<std::string, ipUInt64>& getVersions() const { return _versions; }
+  using Record = std::pair<std::string, ipUInt64>;
+
+  /// \brief Return the version records that went through, as they were and in their order.
+  const std::vector<Record>& getVersions() const { return _versions; }
 
   bool isElementWise() const override { return _target.isElementWise(); }
   void writeBlock(const void* data, ipUInt64 sizeInBytes) override { _target.writeBlock(data, sizeInBytes); }
@@ -49,9 +53,12 @@ public:
   void writeInteger(const std::string& key, ipInt64 value) override { _target.writeInteger(key, value); }
   void writeUnsigned(const std::string& key, ipUInt64 value) override
   {
-    if (key == "version" && !_names.empty() && _versions.emplace(_names.back(), value).second &&
-        _names.back() == _className)
-      ++value;
+    if (key == "version" && !_names.empty())
+    {
+      _versions.emplace_back(_names.back(), value);
+      if (_names.back() == _className)
+        value = _newVersion;
+    }
     _target.writeUnsigned(key, value);
   }
   void writeReal32(const std::string& key, ipReal32 value) override { _target.writeReal32(key, value); }
@@ -100,7 +107,8 @@ private:
 
   BaseOArchive& _target;
   std::string _className;
-  std::map<std::string, ipUInt64> _versions;
+  ipUInt64 _newVersion;
+  std::vector<Record> _versions;
   std::map<const BaseSerializationObject*, SerializationObjectPtr> _relays;
   std::vector<std::unique_ptr<ArchiveSectionManager>> _sections;
   std::vector<std::string> _names;
