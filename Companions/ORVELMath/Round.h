@@ -5,6 +5,7 @@
 
 #include <ORVELMath/ORVELMathExport.h>
 
+/// \brief Numeric helpers.
 namespace orvel::math
 {
 

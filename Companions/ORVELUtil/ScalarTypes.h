@@ -8,6 +8,7 @@
 
 #include <vector>
 
+/// \brief The ORVEL kit.
 namespace orvel
 {
 
