@@ -1,7 +1,6 @@
 #include "ORVELUtil/LogMessageFormater.h"
 
 #include <locale>
-#include <sstream>
 
 #include <boost/format.hpp>
 
@@ -16,12 +15,21 @@ struct LogMessageFormater::State
     : manager(textManager)
     , format("", std::locale::classic())
   {
-    output.imbue(std::locale::classic());
+  }
+
+  /// Moves the current format to the output if all its placeholders are bound.
+  void moveIfFinished()
+  {
+    if (format.remaining_args() != 0)
+      return;
+    boost::format empty("", std::locale::classic());
+    output += format.str();
+    format.swap(empty);
   }
 
   const LogMessageManager& manager;
-  boost::format format;
-  std::ostringstream output;
+  boost::format format; // empty, or with an unbound placeholder
+  std::string output;   // not a stream, which would swallow the end of memory and truncate the text
 };
 
 LogMessageFormater::LogMessageFormater(const LogMessageManager& manager)
@@ -34,31 +42,27 @@ LogMessageFormater::~LogMessageFormater() = default;
 LogMessageFormater& LogMessageFormater::setMsgId(const std::string& domainKey, int id)
 {
   _state->format = boost::format(_state->manager.getMessage(domainKey, id), std::locale::classic());
+  _state->moveIfFinished();
   return *this;
 }
 
 template <class T>
 LogMessageFormater& LogMessageFormater::operator%(const T& argument)
 {
-  boost::format& format = _state->format;
-  format % argument;
-  if (format.remaining_args() == 0)
-  {
-    _state->output << format.str();
-    format = boost::format("", std::locale::classic());
-  }
+  _state->format % argument;
+  _state->moveIfFinished();
   return *this;
 }
 
 LogMessageFormater& LogMessageFormater::operator<<(const std::string& text)
 {
-  _state->output << text;
+  _state->output += text;
   return *this;
 }
 
 std::string LogMessageFormater::string() const
 {
-  return _state->output.str() + _state->format.str();
+  return _state->output + _state->format.str();
 }
 
 template LogMessageFormater& LogMessageFormater::operator%(const std::string&);

@@ -22,6 +22,9 @@ class LogMessageManager;
 /// message[eKernelMessage::eInvalidStdDevX] % stdDev;
 /// throw message.string();
 /// \endcode
+/// A text is finished when its last placeholder is bound, one without placeholders at once: it goes to the
+/// output, and the current format is empty again.
+///
 /// Numbers are written as in the "C" locale, whatever the process or the program has set.
 /// One thread uses a formatter.
 class ORVELUTIL_EXPORT LogMessageFormater
@@ -34,7 +37,7 @@ public:
   LogMessageFormater(const LogMessageFormater&) = delete;
   LogMessageFormater& operator=(const LogMessageFormater&) = delete;
 
-  /// \brief Make a text of the table the current format; it replaces a format that is not finished.
+  /// \brief Make a text of the table the current format. A text that is not finished is dropped.
   /// \throw std::out_of_range if the table has no such text; the current format is unchanged
   /// \throw boost::io::format_error if the text is no valid format
   LogMessageFormater& setMsgId(const std::string& domainKey, int id);
@@ -46,8 +49,7 @@ public:
     return setMsgId(typeid(Domain).name(), static_cast<int>(value));
   }
 
-  /// \brief Bind the next placeholder. The last one finishes the text: it goes to the output, and the
-  /// format becomes an empty one.
+  /// \brief Bind the next placeholder of the current format.
   ///
   /// T is std::string, const char*, unsigned int, unsigned long, int, float or double. It decides how the
   /// argument is printed, not the letter of the placeholder.
@@ -62,11 +64,11 @@ public:
     return *this % static_cast<const char*>(argument);
   }
 
-  /// \brief Append to the output: how one formatter relays another's text.
+  /// \brief Append to the output, behind the finished texts: how one formatter relays another's text.
   LogMessageFormater& operator<<(const std::string& text);
 
-  /// \brief Return the output, followed by the current format if that is a text without placeholders.
-  /// \throw boost::io::too_few_args if a placeholder is not bound
+  /// \brief Return the output.
+  /// \throw boost::io::too_few_args if the current format has an unbound placeholder
   std::string string() const;
 
 private:

@@ -218,6 +218,39 @@ TEST(LogMessageFormater, AppendsFinishedTexts)
   EXPECT_EQ(format.string(), "first 1.second 2."); // asking takes nothing away
 }
 
+TEST(LogMessageFormater, AppendsBehindATextWithoutPlaceholders)
+{
+  Format format("Buffer should be initialized before used");
+  format << " tail";
+  EXPECT_EQ(format.string(), "Buffer should be initialized before used tail");
+  format << "s";
+  EXPECT_EQ(format.string(), "Buffer should be initialized before used tails");
+}
+
+TEST(LogMessageFormater, AppendsBehindABoundText)
+{
+  Format format("one %d");
+  format % 1 << " tail";
+  EXPECT_EQ(format.string(), "one 1 tail");
+}
+
+TEST(LogMessageFormater, KeepsATextWithoutPlaceholdersWhenAnotherIdIsSet)
+{
+  Format format("first.");
+  manager().addMessage("formats", 1, "second %d.");
+  manager().addMessage("formats", 2, "third.");
+  format.setMsgId("formats", 1) % 2;
+  format.setMsgId("formats", 2);
+  EXPECT_EQ(format.string(), "first.second 2.third.");
+}
+
+TEST(LogMessageFormater, KeepsFinishedTextsWhenAnIdIsRefused)
+{
+  Format format("first.");
+  EXPECT_THROW(format.setMsgId("no such domain", 0), std::out_of_range);
+  EXPECT_EQ(format.string(), "first.");
+}
+
 TEST(LogMessageFormater, RelaysATextAsItIs)
 {
   LogMessageFormater relay(manager());
