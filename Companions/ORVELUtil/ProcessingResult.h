@@ -4,6 +4,7 @@
 /// \brief Result of an operation together with a message.
 
 #include <string>
+#include <type_traits>
 #include <utility>
 
 namespace orvel
@@ -11,7 +12,8 @@ namespace orvel
 
 /// \brief A result of type T and a message; a plain value.
 ///
-/// A success is made from the result alone and has an empty message.
+/// A success is made from the result alone and has an empty message. A pointer is not a bool here: a message
+/// that is given without a result does not compile.
 template <class T>
 class ProcessingResult
 {
@@ -25,6 +27,11 @@ public:
     , _message(std::move(message))
   {
   }
+  template <class Pointer, class... Message,
+            std::enable_if_t<std::is_same_v<T, bool> && (std::is_pointer_v<std::decay_t<Pointer>> ||
+                                                         std::is_member_pointer_v<std::decay_t<Pointer>>),
+                             int> = 0>
+  ProcessingResult(const Pointer& result, const Message&... message) = delete; ///< \see ProcessingResult
 
   const T& getResult() const { return _result; }
   const std::string& getMessage() const { return _message; } ///< empty for a success
