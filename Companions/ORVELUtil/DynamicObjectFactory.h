@@ -17,11 +17,25 @@
 namespace orvel
 {
 
+namespace details
+{
+
+/// \brief Return an address within the module (the program or shared library) of the caller.
+///
+/// Hidden, so that each module has a function of its own.
+[[gnu::visibility("hidden")]] inline const void* addressInThisModule()
+{
+  return reinterpret_cast<const void*>(&addressInThisModule);
+}
+
+} // namespace details
+
 /// \brief Registry from class-name text to the two functions that create an object of the class.
 ///
 /// Libraries enter their classes when they are loaded and take them out when they are unloaded
 /// (\see DynamicRegistrator). Several modules may enter a class under one name: every registration is
-/// an entry of its own. The oldest entry creates; when it is taken out, the next oldest does.
+/// an entry of its own. The oldest entry creates; when it is taken out, the next oldest does. A module is the
+/// program or a shared library.
 ///
 /// The one instance needs no construction at run time and is never destroyed, so that it serves the
 /// initialisers and clean-ups of any library in any order. It holds memory only while a class is
@@ -43,12 +57,17 @@ public:
   /// \throw std::bad_alloc without a change
   void registerClass(const std::string& className, NewFunction newFcn, SharedFunction sharedFcn);
 
-  /// \brief Take the newest entry of a name out; an unknown name is left as it is.
+  /// \brief Take out the newest entry of a name that belongs to the calling module; without one do nothing.
+  ///
+  /// That is the newest entry whose creator lies in the calling module, or else the newest that this module
+  /// has registered. A direct call knows its module in any build. A call through a pointer to this function
+  /// goes by its return address, which may be that of the caller's caller if the caller ends with the call.
+  /// If no module holds that address, the newest entry of the name is taken out, whoever made it.
+  ///
+  /// Throws nothing and opens no file; may run while modules are loaded and unloaded.
   void unRegisterClass(const std::string& className);
 
   /// \brief Take out the newest entry of a name that has this creator; without such an entry do nothing.
-  ///
-  /// The form for modules, each of which has creators of its own.
   void unRegisterClass(const std::string& className, NewFunction newFcn);
 
   /// \brief Create an object by class name; the caller owns it. O(log n).
@@ -79,18 +98,17 @@ public:
 
 private:
   struct Table;
-  struct Creators
-  {
-    NewFunction newFcn = nullptr;
-    SharedFunction sharedFcn = nullptr;
-  };
+  struct Entry;
 
   constexpr DynamicObjectFactory() noexcept = default;
   ~DynamicObjectFactory() = default;
 
-  template <class Predicate>
-  void removeNewest(const std::string& className, Predicate predicate);
-  bool findCreators(const std::string& className, Creators& creators) const;
+  void registerClassOf(const void* addressInModule, const std::string& className, NewFunction newFcn,
+                       SharedFunction sharedFcn);
+  void unRegisterClassOf(const void* addressInModule, const std::string& className);
+  template <class Choice>
+  void remove(const std::string& className, Choice choose);
+  bool find(const std::string& className, Entry& entry) const;
 
   mutable std::mutex _mutex;
   std::atomic<ipUInt64> _changeCount = 0;
@@ -98,5 +116,31 @@ private:
 
   static DynamicObjectFactory g_instance;
 };
+
+#ifndef ORVELUTIL_BUILD
+// These two become part of each caller, also where nothing is optimised, so that it is the caller's module
+// that gives the address. The library has the functions that calls through a pointer reach.
+#ifdef __clang__
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wgnu-inline-cpp-without-extern" // which a member cannot have
+#endif
+
+[[gnu::always_inline, gnu::gnu_inline]] inline void
+DynamicObjectFactory::registerClass(const std::string& className, NewFunction newFcn,
+                                    SharedFunction sharedFcn)
+{
+  registerClassOf(details::addressInThisModule(), className, newFcn, sharedFcn);
+}
+
+[[gnu::always_inline, gnu::gnu_inline]] inline void
+DynamicObjectFactory::unRegisterClass(const std::string& className)
+{
+  unRegisterClassOf(details::addressInThisModule(), className);
+}
+
+#ifdef __clang__
+#pragma clang diagnostic pop
+#endif
+#endif
 
 } // namespace orvel

@@ -72,12 +72,13 @@ public:
   Plugin(const Plugin&) = delete;
   Plugin& operator=(const Plugin&) = delete;
 
-  /// \brief Return an int() function of the plug-in.
-  int (*getFunction(const char* name) const)()
+  /// \brief Return a function of the plug-in.
+  template <class Signature = int()>
+  Signature* getFunction(const char* name) const
   {
     void* const function = dlsym(_handle, name);
     require(function != nullptr, "the plug-in has the function");
-    return reinterpret_cast<int (*)()>(function);
+    return reinterpret_cast<Signature*>(function);
   }
 
 private:
