@@ -31,6 +31,11 @@ target_compile_options(orvel_options INTERFACE
   # Failures name their file as the path below the source tree, wherever the tree stands.
   "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=")
 
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+  # Comments name parameters that exist.
+  target_compile_options(orvel_options INTERFACE -Wdocumentation)
+endif()
+
 # Nobody replaces a function of the libraries by one of the same name: calls within them may be direct.
 check_cxx_compiler_flag(-fno-semantic-interposition ORVEL_HAS_NO_SEMANTIC_INTERPOSITION)
 if(ORVEL_HAS_NO_SEMANTIC_INTERPOSITION)
