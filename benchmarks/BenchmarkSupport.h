@@ -23,7 +23,7 @@ struct Medium
 /// \brief Return the folders to measure in: /dev/shm if it has room, and the folder of the program.
 const std::vector<Medium>& getMedia();
 
-/// \brief Set the folder that stands for the disk; the call comes before any other.
+/// \brief Set the folder of the disk; must be called before anything else.
 void setDiskFolder(const std::string& path);
 
 /// \brief Path of a scratch file that is removed at the end.

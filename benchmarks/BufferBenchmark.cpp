@@ -1,7 +1,7 @@
 // Mirrors, fills and copies of memory beside the standard library, and buffers of 256 MiB through archives.
 //
 // All sides work on the same two new[] blocks. The functions of the library are
-// called with the element type told at run time; their peers are built with -O2.
+// called with the element type given at run time; their peers are built with -O2.
 
 #include <cstdint>
 #include <cstring>

@@ -28,8 +28,8 @@ function(orvel_add_library name)
   set_property(TARGET ${name} APPEND PROPERTY LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map)
   string(TOUPPER ${name} upper_name)
   target_compile_definitions(${name} PRIVATE ${upper_name}_BUILD)
-  # Linkers drop a library that no symbol is taken from; a program that only creates objects by
-  # class name takes none, yet needs the classes that the library registers at load.
+  # Linkers drop a library that no symbol is taken from. A program that only creates objects by class name
+  # takes no symbol, yet needs the classes that the library registers at load.
   target_link_options(${name} INTERFACE
     "LINKER:--push-state,--no-as-needed,$<TARGET_FILE:ORVEL::${short_name}>,--pop-state")
 endfunction()

@@ -28,7 +28,7 @@ target_compile_options(orvel_options INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow
   # Results must not depend on whether the compiler fuses a multiplication and an addition.
   -ffp-contract=off
-  # Failures name their file as the path below the source tree, wherever the tree stands.
+  # Failures name their file by its path below the source tree, wherever the tree is.
   "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=")
 
 if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")

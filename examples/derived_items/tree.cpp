@@ -73,7 +73,7 @@ public:
     if (!isNew && place->second)
       throw std::runtime_error("an item of the tree holds itself");
     if (!isNew)
-      return; // it stands in several places; to look at it once is enough
+      return; // it is in several places; to look at it once is enough
     visitItemsOf(*item);
     place->second = false;
   }

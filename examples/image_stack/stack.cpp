@@ -164,7 +164,7 @@ void fillStack(const path& file, const path& folder, const path& newFile)
 
   if (const path previewsFile = previewsFileOf(folder); exists(previewsFile))
   {
-    // Reading hands no mode on, as writing does: the previews are told one by one.
+    // Reading hands no mode on, as writing does: the mode of each preview is set here.
     PreviewColl& previews = stack->accessPreviews();
     for (std::size_t channel = 0; channel < previews.getSize(); ++channel)
       if (const PlanPtr preview = previews.getPreview(channel))

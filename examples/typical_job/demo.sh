@@ -51,7 +51,7 @@ cd "$folder"
 [[ $programs == /* ]] || programs="$OLDPWD/$programs"
 
 echo "What failures look like"
-echo "- a standard deviation that is none:"
+echo "- an invalid standard deviation:"
 expect_failure "$programs/write_kernels" -1 "$sigma_y" "$ratio" "$folder"
 
 echo "- files that are cut short:"
