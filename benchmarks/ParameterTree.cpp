@@ -3,20 +3,17 @@
 #include <algorithm>
 #include <iterator>
 
+#include <boost/make_shared.hpp>
+
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 #include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel
 {
 
-ORVEL_DEFINE_TYPE_NAME_MUTEX
-ORVEL_DEFINE_VERSION_MUTEX
-
 // ------------------------------------------------------------------------------------ the enumerate leaf
 
-ORVEL_DEFINE_TYPE_NAME_OF(, BenchmarkBorderLeaf, "orvel::BenchmarkBorderLeaf")
-ORVEL_DEFINE_VERSION_OF(, BenchmarkBorderLeaf, 1)
-ORVEL_DEFINE_LEVEL_WITH_MEMBERS(BenchmarkBorderLeaf, BaseDataItemEnumLeaf)
-ORVEL_DEFINE_CREATION(BenchmarkBorderLeaf, BaseDataItemEnumLeaf)
+ORVEL_DEFINE_SERIALIZABLE(BenchmarkBorderLeaf, BaseDataItemEnumLeaf, 1)
 
 namespace
 {
@@ -66,10 +63,7 @@ void BenchmarkBorderLeaf::readMembers(BaseIArchive&, ipUInt32)
 
 // ---------------------------------------------------------------------------------------------- the node
 
-ORVEL_DEFINE_TYPE_NAME_OF(, BenchmarkFilterNode, "orvel::BenchmarkFilterNode")
-ORVEL_DEFINE_VERSION_OF(, BenchmarkFilterNode, 1)
-ORVEL_DEFINE_LEVEL_WITH_MEMBERS(BenchmarkFilterNode, BaseDataItemNode)
-ORVEL_DEFINE_CREATION(BenchmarkFilterNode, BaseDataItemNode)
+ORVEL_DEFINE_SERIALIZABLE(BenchmarkFilterNode, BaseDataItemNode, 1)
 
 BenchmarkFilterNode::BenchmarkFilterNode()
 {

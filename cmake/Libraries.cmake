@@ -26,6 +26,11 @@ function(orvel_add_library name)
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
   target_link_options(${name} PRIVATE "LINKER:--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map")
   set_property(TARGET ${name} APPEND PROPERTY LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map)
+  if(NOT ORVEL_SANITIZE)
+    # An operation that is declared but not written is named here, not when a program is linked. (The functions
+    # of the sanitizers come with the program.)
+    target_link_options(${name} PRIVATE LINKER:-z,defs)
+  endif()
   string(TOUPPER ${name} upper_name)
   target_compile_definitions(${name} PRIVATE ${upper_name}_BUILD)
   # Linkers drop a library that no symbol is taken from. A program that only creates objects by class name

@@ -21,6 +21,7 @@ namespace orvel
 namespace details
 {
 struct ArchiveAccess;
+class ObjectGuard;
 class SectionScope;
 } // namespace details
 
@@ -146,6 +147,7 @@ protected:
 
 private:
   friend class ArchiveSectionManager;
+  friend class details::ObjectGuard;
   friend class details::SectionScope;
   friend struct details::ArchiveAccess;
   enum class State
@@ -190,6 +192,30 @@ private:
 
 namespace details
 {
+
+/// \brief Marks an archive as failed unless finish() is called: a failed `write` or `read` of an object may have
+/// moved part of it.
+class ObjectGuard
+{
+public:
+  explicit ObjectGuard(BaseArchive& archive)
+    : _archive(archive)
+  {
+  }
+  ~ObjectGuard()
+  {
+    if (!_isFinished)
+      _archive.markFailed();
+  }
+  ObjectGuard(const ObjectGuard&) = delete;
+  ObjectGuard& operator=(const ObjectGuard&) = delete;
+
+  void finish() { _isFinished = true; }
+
+private:
+  BaseArchive& _archive;
+  bool _isFinished = false;
+};
 
 /// \brief A section whose end is told: finish() closes it and raises if that fails.
 ///

@@ -1,6 +1,6 @@
 #include "ORVELSerialization/BaseObjectWithSkeleton.h"
 
-#include <ORVELSerialization/SerializableClass.h>
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 
 namespace orvel
 {

@@ -1,6 +1,6 @@
 #include "ORVELSerialization/BaseSerializationObject.h"
 
-#include <ORVELSerialization/SerializableClass.h>
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 
 namespace orvel
 {

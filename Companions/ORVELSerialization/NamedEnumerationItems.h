@@ -15,8 +15,8 @@
 /// archive gets nothing and std::logic_error is thrown; any other archive gets 0.
 ///
 /// A text is compared exactly when it is read. A text (id 26) or a number (id 27) that matches no enumerator
-/// raises ORVELSerializationException: the enumeration keeps its old value, the archive is marked as failed. A
-/// number beyond 32 bits is the archive's own failure.
+/// raises ORVELSerializationException: the enumeration keeps its old value, the archive is marked as failed.
+/// A number beyond 32 bits is the archive's own failure.
 
 #include <string>
 

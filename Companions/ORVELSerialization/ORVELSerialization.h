@@ -19,6 +19,7 @@
 #include <ORVELSerialization/ORVELSerializationLogMessages.h>
 #include <ORVELSerialization/ObjectFile.h>
 #include <ORVELSerialization/SerializableClass.h>
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 #include <ORVELSerialization/SerializationItem.h>
 #include <ORVELSerialization/SerializationItems.h>
 #include <ORVELSerialization/SerializationObjectWithGuid.h>

@@ -4,7 +4,7 @@
 #include <boost/uuid/string_generator.hpp>
 #include <boost/uuid/uuid_io.hpp>
 
-#include <ORVELSerialization/SerializableClass.h>
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 #include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel

@@ -2,6 +2,7 @@
 
 #include <ORVELBaseData/Buffer/Private/Addresses.h>
 #include <ORVELBaseData/ORVELBaseDataLogMessages.h>
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 
 namespace orvel
 {

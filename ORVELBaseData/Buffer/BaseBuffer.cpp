@@ -2,6 +2,7 @@
 
 #include <ORVELBaseData/Buffer/BufferUtils.h>
 #include <ORVELBaseData/ORVELBaseDataLogMessages.h>
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 
 namespace orvel
 {

@@ -6,6 +6,7 @@
 #include <ORVELBaseData/Buffer/Private/Addresses.h>
 #include <ORVELBaseData/Buffer/Private/OwnedBlock.h>
 #include <ORVELBaseData/ORVELBaseDataLogMessages.h>
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 
 namespace orvel
 {

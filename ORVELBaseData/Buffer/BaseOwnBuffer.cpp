@@ -2,14 +2,13 @@
 
 #include <ORVELBaseData/Buffer/BufferUtils.h>
 #include <ORVELBaseData/Buffer/Private/BlockItems.h>
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 
 namespace orvel
 {
 
-ORVEL_DEFINE_TYPE_NAME(BaseOwnBuffer)
-ORVEL_DEFINE_VERSION(BaseOwnBuffer, 1)
 // The bases between refuse to copy.
-ORVEL_DEFINE_LEVEL_WITH_MEMBERS(BaseOwnBuffer, BaseObjectWithSkeleton)
+ORVEL_DEFINE_ABSTRACT_SERIALIZABLE(BaseOwnBuffer, BaseObjectWithSkeleton, 1)
 
 BaseOwnBuffer::~BaseOwnBuffer() = default;
 

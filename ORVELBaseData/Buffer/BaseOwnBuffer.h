@@ -30,8 +30,7 @@ namespace orvel
 /// refused after size and type have changed. A skeleton allocates what it says, unchecked.
 class ORVELBASEDATA_EXPORT BaseOwnBuffer : public BaseBlockBuffer
 {
-  ORVEL_DECLARE_ABSTRACT_SERIALIZABLE(BaseOwnBuffer)
-  ORVEL_DECLARE_MEMBER_OPERATIONS(BaseOwnBuffer)
+  ORVEL_DECLARE_ABSTRACT_SERIALIZABLE_WITH_MEMBERS(BaseOwnBuffer)
 
 public:
   ~BaseOwnBuffer() override = 0;

@@ -1,10 +1,11 @@
 #include "ORVELBaseData/Buffer/ExternalBuffer.h"
 
+#include <ORVELSerialization/SerializableClassDefinitions.h>
+
 namespace orvel
 {
 
-ORVEL_DEFINE_TYPE_NAME(ExternalBuffer)
-ORVEL_DEFINE_CLASS_NAME_OF(, ExternalBuffer)
+ORVEL_DEFINE_NAME(ExternalBuffer)
 ORVEL_DEFINE_CREATION(ExternalBuffer, BaseBlockBuffer)
 
 ExternalBuffer::ExternalBuffer() = default;

@@ -17,14 +17,12 @@ namespace orvel
 /// reads nothing, and the buffer stays as it was. So there is no archive version.
 class ORVELBASEDATA_EXPORT ExternalBuffer : public BaseBlockBuffer
 {
+  ORVEL_DECLARE_NAME(ExternalBuffer)
   ORVEL_DECLARE_CREATION(ExternalBuffer)
   ORVEL_DECLARE_REGISTRATOR(ExternalBuffer)
 
 public:
   ExternalBuffer(); ///< a buffer that is not initialised
-
-  static const std::string& getTypeName(); ///< "orvel::ExternalBuffer"
-  const std::string& getClassName() const override;
 
   /// \brief Look at the memory of another buffer, as that one does.
   /// \throw ORVELBaseDataException (eBufferNotInitialized) if the other buffer is not initialised; this one

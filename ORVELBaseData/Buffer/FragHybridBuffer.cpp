@@ -9,16 +9,13 @@
 #include <ORVELBaseData/Buffer/BufferUtils.h>
 #include <ORVELBaseData/Buffer/Private/OwnedBlock.h>
 #include <ORVELBaseData/ORVELBaseDataLogMessages.h>
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 #include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel
 {
 
-ORVEL_DEFINE_TYPE_NAME(FragHybridBuffer)
-ORVEL_DEFINE_VERSION(FragHybridBuffer, 1)
-// The bases between refuse to copy.
-ORVEL_DEFINE_LEVEL_WITH_MEMBERS(FragHybridBuffer, BaseObjectWithSkeleton)
-ORVEL_DEFINE_CREATION(FragHybridBuffer, BaseFragBuffer)
+ORVEL_DEFINE_SERIALIZABLE_COPIED_BY(FragHybridBuffer, BaseFragBuffer, BaseObjectWithSkeleton, 1)
 
 namespace
 {

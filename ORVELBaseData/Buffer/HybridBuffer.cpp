@@ -4,15 +4,12 @@
 
 #include <ORVELBaseData/Buffer/BufferUtils.h>
 #include <ORVELBaseData/Buffer/Private/BlockItems.h>
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 
 namespace orvel
 {
 
-ORVEL_DEFINE_TYPE_NAME(HybridBuffer)
-ORVEL_DEFINE_VERSION(HybridBuffer, 1)
-// The bases between refuse to copy.
-ORVEL_DEFINE_LEVEL_WITH_MEMBERS(HybridBuffer, BaseObjectWithSkeleton)
-ORVEL_DEFINE_CREATION(HybridBuffer, BaseBlockBuffer)
+ORVEL_DEFINE_SERIALIZABLE_COPIED_BY(HybridBuffer, BaseBlockBuffer, BaseObjectWithSkeleton, 1)
 
 HybridBuffer::HybridBuffer() = default;
 

@@ -1,15 +1,13 @@
 #include "ORVELBaseData/Buffer/TOwnBuffer.h"
 
+#include <ORVELSerialization/SerializableClassDefinitions.h>
+
 namespace orvel
 {
 
-ORVEL_DEFINE_TYPE_NAME_MUTEX
-ORVEL_DEFINE_VERSION_MUTEX
-ORVEL_DEFINE_TYPE_NAME_OF(template <class T>, TOwnBuffer<T>,
-                          std::string("orvel::TOwnBuffer<orvel::") + ElementType<T>::name + ">")
-ORVEL_DEFINE_VERSION_OF(template <class T>, TOwnBuffer<T>, 1)
-ORVEL_DEFINE_LEVEL_OF(template <class T>, TOwnBuffer<T>, BaseOwnBuffer, , , )
-ORVEL_DEFINE_CREATION_OF(template <class T>, TOwnBuffer<T>, TOwnBuffer, BaseOwnBuffer)
+ORVEL_DEFINE_SERIALIZABLE_TEMPLATE(TOwnBuffer,
+                                   std::string("orvel::TOwnBuffer<orvel::") + ElementType<T>::name + ">",
+                                   BaseOwnBuffer, 1)
 
 template <class T>
 TOwnBuffer<T>::TOwnBuffer() = default;
@@ -24,6 +22,23 @@ template <class T>
 void TOwnBuffer<T>::init(ipUInt64 size)
 {
   initBase(size, ElementType<T>::dataType);
+}
+
+// The elements are the base's; there are no other members.
+
+template <class T>
+void TOwnBuffer<T>::copyMembers(const TOwnBuffer& /*other*/)
+{
+}
+
+template <class T>
+void TOwnBuffer<T>::writeMembers(BaseOArchive& /*archive*/) const
+{
+}
+
+template <class T>
+void TOwnBuffer<T>::readMembers(BaseIArchive& /*archive*/, ipUInt32 /*version*/)
+{
 }
 
 #define ORVEL_MAKE_OWN_BUFFER(Name) template class TOwnBuffer<ip##Name>;

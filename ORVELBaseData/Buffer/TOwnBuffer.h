@@ -22,8 +22,7 @@ template <class T>
 class ORVELBASEDATA_EXPORT TOwnBuffer : public BaseOwnBuffer
 {
   static_assert(ElementType<T>::dataType != eDataType::eDT_None);
-  ORVEL_DECLARE_ABSTRACT_SERIALIZABLE(TOwnBuffer)
-  ORVEL_DECLARE_CREATION(TOwnBuffer)
+  ORVEL_DECLARE_SERIALIZABLE_TEMPLATE(TOwnBuffer)
 
 public:
   TOwnBuffer(); ///< a buffer that is not initialised

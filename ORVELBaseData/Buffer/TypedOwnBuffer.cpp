@@ -1,12 +1,11 @@
 #include "ORVELBaseData/Buffer/TypedOwnBuffer.h"
 
+#include <ORVELSerialization/SerializableClassDefinitions.h>
+
 namespace orvel
 {
 
-ORVEL_DEFINE_TYPE_NAME(TypedOwnBuffer)
-ORVEL_DEFINE_VERSION(TypedOwnBuffer, 1)
-ORVEL_DEFINE_LEVEL(TypedOwnBuffer, BaseOwnBuffer, , , )
-ORVEL_DEFINE_CREATION(TypedOwnBuffer, BaseOwnBuffer)
+ORVEL_DEFINE_SERIALIZABLE(TypedOwnBuffer, BaseOwnBuffer, 1)
 
 TypedOwnBuffer::TypedOwnBuffer() = default;
 
@@ -18,6 +17,19 @@ eBufferType TypedOwnBuffer::getBufferType() const
 void TypedOwnBuffer::init(ipUInt64 size, const eDataType& dataType)
 {
   initBase(size, dataType);
+}
+
+// The elements are the base's; there are no other members.
+void TypedOwnBuffer::copyMembers(const TypedOwnBuffer& /*other*/)
+{
+}
+
+void TypedOwnBuffer::writeMembers(BaseOArchive& /*archive*/) const
+{
+}
+
+void TypedOwnBuffer::readMembers(BaseIArchive& /*archive*/, ipUInt32 /*version*/)
+{
 }
 
 } // namespace orvel

@@ -15,9 +15,7 @@ namespace orvel
 /// Archive version 1, without items of its own; its version comes after the data. \see BaseOwnBuffer
 class ORVELBASEDATA_EXPORT TypedOwnBuffer : public BaseOwnBuffer
 {
-  ORVEL_DECLARE_ABSTRACT_SERIALIZABLE(TypedOwnBuffer)
-  ORVEL_DECLARE_CREATION(TypedOwnBuffer)
-  ORVEL_DECLARE_REGISTRATOR(TypedOwnBuffer)
+  ORVEL_DECLARE_SERIALIZABLE(TypedOwnBuffer)
 
 public:
   TypedOwnBuffer(); ///< a buffer that is not initialised

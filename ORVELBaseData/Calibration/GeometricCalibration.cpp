@@ -2,7 +2,10 @@
 
 #include <initializer_list>
 
+#include <boost/make_shared.hpp>
+
 #include <ORVELBaseData/Calibration/CalibrationLogMessages.h>
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 #include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel

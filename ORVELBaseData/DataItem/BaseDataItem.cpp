@@ -1,5 +1,7 @@
 #include "ORVELBaseData/DataItem/BaseDataItem.h"
 
+#include <ORVELSerialization/SerializableClassDefinitions.h>
+
 namespace orvel
 {
 

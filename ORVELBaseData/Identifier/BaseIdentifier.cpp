@@ -1,5 +1,7 @@
 #include "ORVELBaseData/Identifier/BaseIdentifier.h"
 
+#include <ORVELSerialization/SerializableClassDefinitions.h>
+
 namespace orvel
 {
 

@@ -1,5 +1,6 @@
 #include "ORVELBaseData/Pattern/OffsetXYZ.h"
 
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 #include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel

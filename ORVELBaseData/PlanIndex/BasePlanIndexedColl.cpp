@@ -5,6 +5,7 @@
 
 #include <ORVELBaseData/PlanIndex/PlanIndexLogMessages.h>
 #include <ORVELBaseData/PtrColl/Private/ObjectColl.h>
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 
 namespace orvel
 {
@@ -145,7 +146,7 @@ void BasePlanIndexedColl::writeMembers(BaseOArchive& archive) const
   details::writeObjectColl(archive, *this, "_planIndexedColl", _planIndexedColl);
 }
 
-void BasePlanIndexedColl::readMembers(BaseIArchive& archive)
+void BasePlanIndexedColl::readMembers(BaseIArchive& archive, ipUInt32 /*version*/)
 {
   details::readObjectColl(archive, *this, "_planIndexedColl", _planIndexedColl);
 }

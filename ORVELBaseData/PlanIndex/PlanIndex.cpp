@@ -1,5 +1,6 @@
 #include "ORVELBaseData/PlanIndex/PlanIndex.h"
 
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 #include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel

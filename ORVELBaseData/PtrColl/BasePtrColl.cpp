@@ -1,6 +1,7 @@
 #include "ORVELBaseData/PtrColl/BasePtrColl.h"
 
 #include <ORVELBaseData/PtrColl/Private/ObjectColl.h>
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 
 namespace orvel
 {
@@ -16,7 +17,7 @@ void BasePtrColl::writeMembers(BaseOArchive& archive) const
   details::writeObjectColl(archive, *this, "_coll", _coll);
 }
 
-void BasePtrColl::readMembers(BaseIArchive& archive)
+void BasePtrColl::readMembers(BaseIArchive& archive, ipUInt32 /*version*/)
 {
   details::readObjectColl(archive, *this, "_coll", _coll);
 }

@@ -1,5 +1,7 @@
 #include "SmoothingMethodLeaf.h"
 
+#include <ORVELSerialization/SerializableClassDefinitions.h>
+
 namespace orvel
 {
 

@@ -3,6 +3,7 @@
 #include <boost/make_shared.hpp>
 
 #include <ORVELBaseData/DataItem/Node/DataItemNodeFactory.h>
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 #include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel

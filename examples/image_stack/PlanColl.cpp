@@ -1,25 +1,31 @@
 #include "PlanColl.h"
 
+#include <ORVELSerialization/SerializableClassDefinitions.h>
+
 namespace orvel
 {
 
-ORVEL_DEFINE_TYPE_NAME(PlanColl)
-ORVEL_DEFINE_CLASS_NAME_OF(, PlanColl)
-ORVEL_DEFINE_VERSION(PlanColl, 1)
-ORVEL_DEFINE_ARCHIVING_OF(, PlanColl, BasePlanIndexedColl, , )
-ORVEL_DEFINE_CREATION(PlanColl, BasePlanIndexedColl)
+// The direct base refuses to be copied: its own base is asked instead.
+ORVEL_DEFINE_SERIALIZABLE_COPIED_BY(PlanColl, BasePlanIndexedColl, BaseObjectWithSkeleton, 1)
 
 PlanColl::PlanColl() = default;
 
-// The direct base refuses to be copied: the plans are copied here, and its own base is asked instead.
-void PlanColl::copy(const BaseDynamicObject& other)
+void PlanColl::copyMembers(const PlanColl& other)
 {
   if (this == &other)
     return;
-  BaseObjectWithSkeleton::copy(other);
   clear();
-  for (const auto& [planIndex, plan] : static_cast<const PlanColl&>(other).getBaseColl())
+  for (const auto& [planIndex, plan] : other.getBaseColl())
     insert(planIndex, boost::static_pointer_cast<BaseSerializationObject>(plan->duplicateShared()));
+}
+
+// The root writes and reads the plans; there are no other members.
+void PlanColl::writeMembers(BaseOArchive& /*archive*/) const
+{
+}
+
+void PlanColl::readMembers(BaseIArchive& /*archive*/, ipUInt32 /*version*/)
+{
 }
 
 const std::string& PlanColl::getElementTypeName() const

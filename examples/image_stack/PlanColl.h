@@ -11,9 +11,7 @@ namespace orvel
 /// The root keeps and archives them; this class says what they are, is created by name and makes deep copies.
 class IMAGE_STACK_EXPORT PlanColl : public BasePlanIndexedColl
 {
-  ORVEL_DECLARE_ABSTRACT_SERIALIZABLE(PlanColl)
-  ORVEL_DECLARE_CREATION(PlanColl)
-  ORVEL_DECLARE_REGISTRATOR(PlanColl)
+  ORVEL_DECLARE_SERIALIZABLE(PlanColl)
 
 public:
   PlanColl();

@@ -1,26 +1,32 @@
 #include "PreviewColl.h"
 
+#include <ORVELSerialization/SerializableClassDefinitions.h>
+
 namespace orvel
 {
 
-ORVEL_DEFINE_TYPE_NAME(PreviewColl)
-ORVEL_DEFINE_CLASS_NAME_OF(, PreviewColl)
-ORVEL_DEFINE_VERSION(PreviewColl, 1)
-ORVEL_DEFINE_ARCHIVING_OF(, PreviewColl, BasePtrColl, , )
-ORVEL_DEFINE_CREATION(PreviewColl, BasePtrColl)
+// The direct base refuses to be copied: its own base is asked instead.
+ORVEL_DEFINE_SERIALIZABLE_COPIED_BY(PreviewColl, BasePtrColl, BaseObjectWithSkeleton, 1)
 
 PreviewColl::PreviewColl() = default;
 
-// The direct base refuses to be copied: the previews are copied here, and its own base is asked instead.
-void PreviewColl::copy(const BaseDynamicObject& other)
+void PreviewColl::copyMembers(const PreviewColl& other)
 {
   if (this == &other)
     return;
-  BaseObjectWithSkeleton::copy(other);
   _coll.clear();
-  for (const SerializationObjectPtr& preview : static_cast<const PreviewColl&>(other)._coll)
+  for (const SerializationObjectPtr& preview : other._coll)
     _coll.push_back(preview ? boost::static_pointer_cast<BaseSerializationObject>(preview->duplicateShared())
                             : SerializationObjectPtr());
+}
+
+// The root writes and reads the previews; there are no other members.
+void PreviewColl::writeMembers(BaseOArchive& /*archive*/) const
+{
+}
+
+void PreviewColl::readMembers(BaseIArchive& /*archive*/, ipUInt32 /*version*/)
+{
 }
 
 const std::string& PreviewColl::getElementTypeName() const

@@ -9,9 +9,7 @@ namespace orvel
 /// \brief A small plan per channel, to be looked at before the others have come; null for a channel without.
 class IMAGE_STACK_EXPORT PreviewColl : public BasePtrColl
 {
-  ORVEL_DECLARE_ABSTRACT_SERIALIZABLE(PreviewColl)
-  ORVEL_DECLARE_CREATION(PreviewColl)
-  ORVEL_DECLARE_REGISTRATOR(PreviewColl)
+  ORVEL_DECLARE_SERIALIZABLE(PreviewColl)
 
 public:
   PreviewColl();

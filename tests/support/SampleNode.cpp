@@ -2,6 +2,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 #include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel

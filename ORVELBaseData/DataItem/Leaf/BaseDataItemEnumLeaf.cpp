@@ -1,21 +1,13 @@
 #include "ORVELBaseData/DataItem/Leaf/BaseDataItemEnumLeaf.h"
 
 #include <ORVELBaseData/DataItem/DataItemLogMessages.h>
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 #include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel
 {
 
-ORVEL_DEFINE_TYPE_NAME(BaseDataItemEnumLeaf)
-ORVEL_DEFINE_VERSION(BaseDataItemEnumLeaf, 1)
-ORVEL_DEFINE_LEVEL(BaseDataItemEnumLeaf, BaseDataItemLeaf,
-                   _value = static_cast<const BaseDataItemEnumLeaf&>(other)._value,
-                   if (!writeText(archive))
-                       raise(ORVEL_HERE, eDataItemMessage::eInvalidEnumIntValue, _value, getEnumNameStr()),
-                   std::string text;
-                   if (!readText(archive, text))
-                       raise(ORVEL_HERE, eDataItemMessage::eInvalidEnumStrValue, text, getEnumNameStr()))
-ORVEL_DEFINE_CREATION(BaseDataItemEnumLeaf, BaseDataItemLeaf)
+ORVEL_DEFINE_SERIALIZABLE(BaseDataItemEnumLeaf, BaseDataItemLeaf, 1)
 
 BaseDataItemEnumLeaf::BaseDataItemEnumLeaf() // the value is not set
 {
@@ -47,19 +39,30 @@ bool BaseDataItemEnumLeaf::toString(const ipUInt32& /*value*/, std::string& /*te
   return false;
 }
 
-bool BaseDataItemEnumLeaf::writeText(BaseOArchive& archive) const
+void BaseDataItemEnumLeaf::copyMembers(const BaseDataItemEnumLeaf& other)
+{
+  _value = other._value;
+}
+
+// Failures name the operations that callers know.
+
+void BaseDataItemEnumLeaf::writeMembers(BaseOArchive& archive) const
 {
   std::string text;
   if (!toString(_value, text))
-    return false;
+    raise(ORVEL_HERE_IN(
+              "virtual orvel::BoolResult orvel::BaseDataItemEnumLeaf::write(orvel::BaseOArchive&) const"),
+          eDataItemMessage::eInvalidEnumIntValue, _value, getEnumNameStr());
   archive << SerializationOItem("enumValue", text);
-  return true;
 }
 
-bool BaseDataItemEnumLeaf::readText(BaseIArchive& archive, std::string& text)
+void BaseDataItemEnumLeaf::readMembers(BaseIArchive& archive, ipUInt32 /*version*/)
 {
+  std::string text;
   archive >> SerializationIItem("enumValue", text);
-  return fromString(text, _value);
+  if (!fromString(text, _value))
+    raise(ORVEL_HERE_IN("virtual orvel::BoolResult orvel::BaseDataItemEnumLeaf::read(orvel::BaseIArchive&)"),
+          eDataItemMessage::eInvalidEnumStrValue, text, getEnumNameStr());
 }
 
 } // namespace orvel

@@ -26,9 +26,7 @@ namespace orvel
 /// fromString() left it. The order of the virtual operations is part of the binary interface.
 class ORVELBASEDATA_EXPORT BaseDataItemEnumLeaf : public BaseDataItemLeaf
 {
-  ORVEL_DECLARE_ABSTRACT_SERIALIZABLE(BaseDataItemEnumLeaf)
-  ORVEL_DECLARE_CREATION(BaseDataItemEnumLeaf)
-  ORVEL_DECLARE_REGISTRATOR(BaseDataItemEnumLeaf)
+  ORVEL_DECLARE_SERIALIZABLE(BaseDataItemEnumLeaf)
 
 public:
   BaseDataItemEnumLeaf(); ///< a leaf whose value is not set
@@ -52,9 +50,6 @@ public:
   void setEnumValue(ipUInt32 value) { _value = value; } ///< any integer, also one without a text
 
 private:
-  bool writeText(BaseOArchive& archive) const;
-  bool readText(BaseIArchive& archive, std::string& text);
-
   ipUInt32 _value;
 };
 

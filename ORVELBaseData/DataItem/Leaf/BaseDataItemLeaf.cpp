@@ -1,5 +1,7 @@
 #include "ORVELBaseData/DataItem/Leaf/BaseDataItemLeaf.h"
 
+#include <ORVELSerialization/SerializableClassDefinitions.h>
+
 namespace orvel
 {
 

@@ -1,17 +1,13 @@
 #include "ORVELBaseData/DataItem/Leaf/DataItemLeaf.h"
 
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 #include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel
 {
 
-ORVEL_DEFINE_TYPE_NAME_MUTEX
-ORVEL_DEFINE_VERSION_MUTEX
-ORVEL_DEFINE_TYPE_NAME_OF(template <class T>, DataItemLeaf<T>,
-                          std::string("orvel::DataItemLeaf<") + DataItemValue<T>::name + ">")
-ORVEL_DEFINE_VERSION_OF(template <class T>, DataItemLeaf<T>, 1)
-ORVEL_DEFINE_LEVEL_WITH_MEMBERS_OF(template <class T>, DataItemLeaf<T>, BaseDataItemLeaf)
-ORVEL_DEFINE_CREATORS_OF(template <class T>, DataItemLeaf<T>, DataItemLeaf, BaseDataItemLeaf)
+ORVEL_DEFINE_SERIALIZABLE_TEMPLATE_BUT_DUPLICATE(
+    DataItemLeaf, std::string("orvel::DataItemLeaf<") + DataItemValue<T>::name + ">", BaseDataItemLeaf, 1)
 
 template <class T>
 DataItemLeaf<T>::DataItemLeaf() // no zero is promised: leaves are made in great numbers to be read

@@ -25,9 +25,7 @@ template <class T>
 class ORVELBASEDATA_EXPORT DataItemLeaf : public BaseDataItemLeaf
 {
   static_assert(DataItemValue<T>::name != nullptr);
-  ORVEL_DECLARE_ABSTRACT_SERIALIZABLE(DataItemLeaf)
-  ORVEL_DECLARE_CREATION(DataItemLeaf)
-  ORVEL_DECLARE_MEMBER_OPERATIONS(DataItemLeaf)
+  ORVEL_DECLARE_SERIALIZABLE_TEMPLATE(DataItemLeaf)
 
 public:
   DataItemLeaf(); ///< a leaf whose value is not set

@@ -1,5 +1,7 @@
 #include "ORVELBaseData/DataItem/LeafColl/BaseDataItemLeafColl.h"
 
+#include <ORVELSerialization/SerializableClassDefinitions.h>
+
 namespace orvel
 {
 

@@ -1,17 +1,14 @@
 #include "ORVELBaseData/DataItem/LeafColl/DataItemLeafColl.h"
 
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 #include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel
 {
 
-ORVEL_DEFINE_TYPE_NAME_MUTEX
-ORVEL_DEFINE_VERSION_MUTEX
-ORVEL_DEFINE_TYPE_NAME_OF(template <class T>, DataItemLeafColl<T>,
-                          std::string("orvel::DataItemLeafColl<") + DataItemValue<T>::name + ">")
-ORVEL_DEFINE_VERSION_OF(template <class T>, DataItemLeafColl<T>, 1)
-ORVEL_DEFINE_LEVEL_WITH_MEMBERS_OF(template <class T>, DataItemLeafColl<T>, BaseDataItemLeafColl)
-ORVEL_DEFINE_CREATION_OF(template <class T>, DataItemLeafColl<T>, DataItemLeafColl, BaseDataItemLeafColl)
+ORVEL_DEFINE_SERIALIZABLE_TEMPLATE(DataItemLeafColl,
+                                   std::string("orvel::DataItemLeafColl<") + DataItemValue<T>::name + ">",
+                                   BaseDataItemLeafColl, 1)
 
 template <class T>
 DataItemLeafColl<T>::DataItemLeafColl() = default;

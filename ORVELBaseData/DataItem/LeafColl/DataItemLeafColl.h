@@ -24,9 +24,7 @@ template <class T>
 class ORVELBASEDATA_EXPORT DataItemLeafColl : public BaseDataItemLeafColl
 {
   static_assert(DataItemValue<T>::name != nullptr);
-  ORVEL_DECLARE_ABSTRACT_SERIALIZABLE(DataItemLeafColl)
-  ORVEL_DECLARE_CREATION(DataItemLeafColl)
-  ORVEL_DECLARE_MEMBER_OPERATIONS(DataItemLeafColl)
+  ORVEL_DECLARE_SERIALIZABLE_TEMPLATE(DataItemLeafColl)
 
 public:
   DataItemLeafColl(); ///< an empty collection

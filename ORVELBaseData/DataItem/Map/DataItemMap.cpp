@@ -2,6 +2,7 @@
 
 #include <ORVELBaseData/DataItem/DataItemLogMessages.h>
 #include <ORVELBaseData/DataItem/Private/Duplication.h>
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 #include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel

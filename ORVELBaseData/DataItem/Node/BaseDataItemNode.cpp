@@ -1,6 +1,7 @@
 #include "ORVELBaseData/DataItem/Node/BaseDataItemNode.h"
 
 #include <ORVELBaseData/DataItem/DataItemLogMessages.h>
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 
 namespace orvel
 {

@@ -1,5 +1,7 @@
 #include "ORVELBaseData/Pattern/Kernel/BaseKernel.h"
 
+#include <ORVELSerialization/SerializableClassDefinitions.h>
+
 namespace orvel
 {
 

@@ -2,6 +2,7 @@
 
 #include <ORVELBaseData/Pattern/Kernel/KernelLogMessages.h>
 #include <ORVELBaseData/Pattern/Private/KernelOperations.h>
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 #include <ORVELUtil/Raise.h>
 
 namespace orvel

@@ -1,5 +1,7 @@
 #include "ORVELBaseData/Pattern/StructuringElement/BaseStructuringElement.h"
 
+#include <ORVELSerialization/SerializableClassDefinitions.h>
+
 namespace orvel
 {
 

@@ -1,16 +1,12 @@
 #include "ORVELBaseData/Pattern/StructuringElement/BaseStructuringElementInfo.h"
 
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 #include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel
 {
 
-ORVEL_DEFINE_TYPE_NAME(BaseStructuringElementInfo)
-ORVEL_DEFINE_VERSION(BaseStructuringElementInfo, 1)
-ORVEL_DEFINE_LEVEL(BaseStructuringElementInfo, BaseSerializationObject,
-                   _bInit = static_cast<const BaseStructuringElementInfo&>(other)._bInit,
-                   archive << SerializationOItem("_bInit", _bInit),
-                   archive >> SerializationIItem("_bInit", _bInit))
+ORVEL_DEFINE_ABSTRACT_SERIALIZABLE(BaseStructuringElementInfo, BaseSerializationObject, 1)
 
 BaseStructuringElementInfo::~BaseStructuringElementInfo() = default;
 
@@ -23,6 +19,21 @@ void BaseStructuringElementInfo::clear()
 void BaseStructuringElementInfo::initBase()
 {
   _bInit = true;
+}
+
+void BaseStructuringElementInfo::copyMembers(const BaseStructuringElementInfo& other)
+{
+  _bInit = other._bInit;
+}
+
+void BaseStructuringElementInfo::writeMembers(BaseOArchive& archive) const
+{
+  archive << SerializationOItem("_bInit", _bInit);
+}
+
+void BaseStructuringElementInfo::readMembers(BaseIArchive& archive, ipUInt32 /*version*/)
+{
+  archive >> SerializationIItem("_bInit", _bInit);
 }
 
 } // namespace orvel

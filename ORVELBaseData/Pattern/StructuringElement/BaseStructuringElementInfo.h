@@ -18,7 +18,7 @@ namespace orvel
 /// binary interface.
 class ORVELBASEDATA_EXPORT BaseStructuringElementInfo : public BaseSerializationObject
 {
-  ORVEL_DECLARE_ABSTRACT_SERIALIZABLE(BaseStructuringElementInfo)
+  ORVEL_DECLARE_ABSTRACT_SERIALIZABLE_WITH_MEMBERS(BaseStructuringElementInfo)
 
 public:
   ~BaseStructuringElementInfo() override = 0;

@@ -2,9 +2,12 @@
 
 #include <utility>
 
+#include <boost/make_shared.hpp>
+
 #include <ORVELBaseData/Pattern/StructuringElement/StructuringElementInfoUtils.h>
 #include <ORVELBaseData/Pattern/StructuringElement/StructuringElementLogMessages.h>
 #include <ORVELBaseData/Pattern/StructuringElement/StructuringElementUtils.h>
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 #include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel

@@ -2,6 +2,7 @@
 
 #include <ORVELBaseData/Pattern/Private/StructuringElementOperations.h>
 #include <ORVELBaseData/Pattern/StructuringElement/StructuringElementLogMessages.h>
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 
 namespace orvel
 {

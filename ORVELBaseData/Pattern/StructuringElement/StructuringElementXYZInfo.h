@@ -14,6 +14,8 @@
 namespace orvel
 {
 
+struct SourceLocation;
+
 /// \brief Structuring element of volumes with the kind and the parameters of the shape that made it.
 ///
 /// The element is made at once by the initialisation, each of which replaces what the description held.

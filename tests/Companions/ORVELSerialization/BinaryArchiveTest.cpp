@@ -3,6 +3,7 @@
 #include <limits>
 #include <stdexcept>
 
+#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
 #include "ArchiveTesting.h"

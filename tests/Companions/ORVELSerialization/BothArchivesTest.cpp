@@ -7,6 +7,7 @@
 #include <random>
 #include <stdexcept>
 
+#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
 #include "ArchiveTesting.h"

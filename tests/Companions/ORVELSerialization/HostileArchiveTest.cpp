@@ -3,6 +3,7 @@
 #include <new>
 #include <random>
 
+#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
 #include "ArchiveTesting.h"

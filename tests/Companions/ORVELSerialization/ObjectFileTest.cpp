@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <thread>
 
+#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
 #include "ArchiveTesting.h"

@@ -3,14 +3,15 @@
 #include <stdexcept>
 #include <tuple>
 
+#include <boost/make_shared.hpp>
+
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 #include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel::test
 {
 
-namespace pointSample
-{
-ORVEL_DEFINE_SERIALIZABLE(TestPoint, BaseSerializationObject, 3)
+ORVEL_DEFINE_SERIALIZABLE_AS(TestPoint, "orvel::TestPoint", BaseSerializationObject, 3)
 
 void TestPoint::copyMembers(const TestPoint& other)
 {
@@ -31,11 +32,8 @@ void TestPoint::readMembers(BaseIArchive& archive, ipUInt32 version)
   else
     archive >> SerializationIItem("_y", _y);
 }
-} // namespace pointSample
 
-namespace nodeSample
-{
-ORVEL_DEFINE_SERIALIZABLE(TestNode, BaseSerializationObject, 1)
+ORVEL_DEFINE_SERIALIZABLE_AS(TestNode, "orvel::TestNode", BaseSerializationObject, 1)
 
 int TestNode::g_nbAlive = 0;
 
@@ -68,11 +66,8 @@ void TestNode::readMembers(BaseIArchive& archive, ipUInt32 /*version*/)
   archive >> SerializationIItem("_value", _value) >> SerializationIItem("_next", _next) >>
       SerializationIItem("_children", _children) >> SerializationIItem("_point", _point);
 }
-} // namespace nodeSample
 
-namespace nestSample
-{
-ORVEL_DEFINE_SERIALIZABLE(TestNest, BaseSerializationObject, 1)
+ORVEL_DEFINE_SERIALIZABLE_AS(TestNest, "orvel::TestNest", BaseSerializationObject, 1)
 
 TestNest::TestNest(int depth)
 {
@@ -104,11 +99,8 @@ void TestNest::readMembers(BaseIArchive& archive, ipUInt32 /*version*/)
     archive >> SerializationIItem("inner", *_inner);
   }
 }
-} // namespace nestSample
 
-namespace mixSample
-{
-ORVEL_DEFINE_SERIALIZABLE(TestMix, BaseSerializationObject, 1)
+ORVEL_DEFINE_SERIALIZABLE_AS(TestMix, "orvel::TestMix", BaseSerializationObject, 1)
 
 boost::shared_ptr<TestMix> TestMix::makeFull()
 {
@@ -193,10 +185,7 @@ void TestMix::readMembers(BaseIArchive& archive, ipUInt32 /*version*/)
       SerializationIItem("_shared", _shared) >> SerializationIItem("_sharedAgain", _sharedAgain) >>
       SerializationIItem("_null", _null);
 }
-} // namespace mixSample
 
-namespace reluctantSample
-{
 bool TestReluctant::g_refuses = false;
 
 BoolResult TestReluctant::write(BaseOArchive& /*archive*/) const
@@ -208,11 +197,8 @@ BoolResult TestReluctant::read(BaseIArchive& /*archive*/)
 {
   return g_refuses ? BoolResult(false, "the base can't read") : BoolResult(true);
 }
-} // namespace reluctantSample
 
-namespace heirSample
-{
-ORVEL_DEFINE_SERIALIZABLE(TestHeir, TestReluctant, 1)
+ORVEL_DEFINE_SERIALIZABLE_AS(TestHeir, "orvel::TestHeir", TestReluctant, 1)
 
 void TestHeir::copyMembers(const TestHeir& other)
 {
@@ -228,11 +214,8 @@ void TestHeir::readMembers(BaseIArchive& archive, ipUInt32 /*version*/)
 {
   archive >> SerializationIItem("_value", _value);
 }
-} // namespace heirSample
 
-namespace brittleSample
-{
-ORVEL_DEFINE_SERIALIZABLE(TestBrittle, BaseSerializationObject, 1)
+ORVEL_DEFINE_SERIALIZABLE_AS(TestBrittle, "orvel::TestBrittle", BaseSerializationObject, 1)
 
 int TestBrittle::g_nbAlive = 0;
 
@@ -261,11 +244,8 @@ void TestBrittle::readMembers(BaseIArchive& /*archive*/, ipUInt32 /*version*/)
 {
   throw std::runtime_error("can't be read");
 }
-} // namespace brittleSample
 
-namespace guidSample
-{
-ORVEL_DEFINE_SERIALIZABLE(TestWithGuid, SerializationObjectWithGuid, 1)
+ORVEL_DEFINE_SERIALIZABLE_AS(TestWithGuid, "orvel::TestWithGuid", SerializationObjectWithGuid, 1)
 
 void TestWithGuid::copyMembers(const TestWithGuid& /*other*/)
 {
@@ -278,11 +258,8 @@ void TestWithGuid::writeMembers(BaseOArchive& /*archive*/) const
 void TestWithGuid::readMembers(BaseIArchive& /*archive*/, ipUInt32 /*version*/)
 {
 }
-} // namespace guidSample
 
-namespace skeletonSample
-{
-ORVEL_DEFINE_SERIALIZABLE(TestWithMode, BaseObjectWithSkeleton, 1)
+ORVEL_DEFINE_SERIALIZABLE_AS(TestWithMode, "orvel::TestWithMode", BaseObjectWithSkeleton, 1)
 
 void TestWithMode::copyMembers(const TestWithMode& /*other*/)
 {
@@ -295,7 +272,6 @@ void TestWithMode::writeMembers(BaseOArchive& /*archive*/) const
 void TestWithMode::readMembers(BaseIArchive& /*archive*/, ipUInt32 /*version*/)
 {
 }
-} // namespace skeletonSample
 
 const std::string& TestNotSerializable::getClassName() const
 {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include <boost/filesystem/path.hpp>
+#include <boost/make_shared.hpp>
 
 #include <ORVELSerialization/BaseObjectWithSkeleton.h>
 #include <ORVELSerialization/DataType.h>
@@ -18,10 +19,6 @@
 namespace orvel::test
 {
 
-// Each class lives in a namespace of its own: the frame gives every source unit one set of mutexes.
-
-namespace pointSample
-{
 /// \brief A pair of numbers, ordered. Version 3; version 1 held one number for both.
 class TestPoint : public BaseSerializationObject
 {
@@ -40,12 +37,8 @@ public:
   ipInt32 _x = 0;
   ipInt32 _y = 0;
 };
-} // namespace pointSample
-using pointSample::TestPoint;
 using TestPointPtr = boost::shared_ptr<TestPoint>;
 
-namespace nodeSample
-{
 /// \brief A node of any graph: a number, a next node, children of any class, a point in place.
 class TestNode : public BaseSerializationObject
 {
@@ -62,12 +55,8 @@ public:
   std::vector<SerializationObjectPtr> _children;
   TestPoint _point;
 };
-} // namespace nodeSample
-using nodeSample::TestNode;
 using TestNodePtr = boost::shared_ptr<TestNode>;
 
-namespace nestSample
-{
 /// \brief Holds one of its own kind in place, as deep as asked for.
 class TestNest : public BaseSerializationObject
 {
@@ -82,11 +71,7 @@ public:
 private:
   boost::shared_ptr<TestNest> _inner;
 };
-} // namespace nestSample
-using nestSample::TestNest;
 
-namespace mixSample
-{
 /// \brief Something of everything that has an item form.
 class TestMix : public BaseSerializationObject
 {
@@ -122,11 +107,7 @@ public:
   boost::shared_ptr<TestPoint> _sharedAgain;
   boost::shared_ptr<TestPoint> _null;
 };
-} // namespace mixSample
-using mixSample::TestMix;
 
-namespace reluctantSample
-{
 /// \brief A base that reports failures by its result instead of an exception.
 class TestReluctant : public BaseSerializationObject
 {
@@ -136,11 +117,7 @@ public:
 
   static bool g_refuses;
 };
-} // namespace reluctantSample
-using reluctantSample::TestReluctant;
 
-namespace heirSample
-{
 /// \brief A class upon a base that fails.
 class TestHeir : public TestReluctant
 {
@@ -150,11 +127,7 @@ public:
   TestHeir() = default;
   ipInt32 _value = 7;
 };
-} // namespace heirSample
-using heirSample::TestHeir;
 
-namespace brittleSample
-{
 /// \brief A class whose copying throws.
 class TestBrittle : public BaseSerializationObject
 {
@@ -165,11 +138,7 @@ public:
   ~TestBrittle() override;
   static int g_nbAlive;
 };
-} // namespace brittleSample
-using brittleSample::TestBrittle;
 
-namespace guidSample
-{
 /// \brief A class with an identifier.
 class TestWithGuid : public SerializationObjectWithGuid
 {
@@ -178,11 +147,7 @@ class TestWithGuid : public SerializationObjectWithGuid
 public:
   TestWithGuid() = default;
 };
-} // namespace guidSample
-using guidSample::TestWithGuid;
 
-namespace skeletonSample
-{
 /// \brief A class with a serialization mode.
 class TestWithMode : public BaseObjectWithSkeleton
 {
@@ -191,8 +156,6 @@ class TestWithMode : public BaseObjectWithSkeleton
 public:
   TestWithMode() = default;
 };
-} // namespace skeletonSample
-using skeletonSample::TestWithMode;
 
 /// \brief A class that is known to the factory but cannot be filed.
 class TestNotSerializable : public BaseDynamicObject

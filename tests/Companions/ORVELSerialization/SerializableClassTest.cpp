@@ -10,9 +10,68 @@
 #include "SampleClasses.h"
 #include <ORVELSerialization/ORVELSerializationException.h>
 #include <ORVELSerialization/ORVELSerializationLog.h>
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 #include <ORVELSerialization/SerializationItems.h>
 #include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/RaisedFailure.h>
+
+namespace orvel
+{
+
+/// \brief A class of the kit's namespace that shares its name with one of another namespace.
+class Exposure : public BaseSerializationObject
+{
+  ORVEL_DECLARE_SERIALIZABLE(Exposure)
+
+public:
+  Exposure() = default;
+};
+
+ORVEL_DEFINE_SERIALIZABLE(Exposure, BaseSerializationObject, 1)
+
+void Exposure::copyMembers(const Exposure& /*other*/)
+{
+}
+void Exposure::writeMembers(BaseOArchive& /*archive*/) const
+{
+}
+void Exposure::readMembers(BaseIArchive& /*archive*/, ipUInt32 /*version*/)
+{
+}
+
+} // namespace orvel
+
+namespace mylab
+{
+
+/// \brief A class that knows nothing of the kit's namespace.
+class Exposure : public orvel::BaseSerializationObject
+{
+  ORVEL_DECLARE_SERIALIZABLE(Exposure)
+
+public:
+  Exposure() = default;
+  double _seconds = 0;
+};
+
+ORVEL_DEFINE_SERIALIZABLE_AS(Exposure, "mylab::Exposure", orvel::BaseSerializationObject, 4)
+
+void Exposure::copyMembers(const Exposure& other)
+{
+  _seconds = other._seconds;
+}
+
+void Exposure::writeMembers(orvel::BaseOArchive& archive) const
+{
+  archive << orvel::SerializationOItem("_seconds", _seconds);
+}
+
+void Exposure::readMembers(orvel::BaseIArchive& archive, orvel::ipUInt32 /*version*/)
+{
+  archive >> orvel::SerializationIItem("_seconds", _seconds);
+}
+
+} // namespace mylab
 
 namespace
 {
@@ -36,6 +95,23 @@ TEST_F(SerializableClass, HasItsNameAndVersion)
   EXPECT_EQ(&TestPoint::getTypeName(), &TestPoint::getTypeName());
   EXPECT_EQ(&TestPoint().getClassName(), &TestPoint::getTypeName());
   EXPECT_EQ(TestPoint::getVersion(), 3U);
+}
+
+TEST_F(SerializableClass, HasTheNameThatItsDefinitionGivesInAnotherNamespace)
+{
+  EXPECT_EQ(mylab::Exposure::getTypeName(), "mylab::Exposure");
+  EXPECT_EQ(mylab::Exposure::getVersion(), 4U);
+  EXPECT_EQ(orvel::Exposure::getTypeName(), "orvel::Exposure");
+  const DynamicObjectFactory& factory = DynamicObjectFactory::getInstance();
+  EXPECT_NE(dynamic_cast<mylab::Exposure*>(factory.createShared("mylab::Exposure").get()), nullptr);
+  EXPECT_NE(dynamic_cast<orvel::Exposure*>(factory.createShared("orvel::Exposure").get()), nullptr);
+
+  RecordingOArchive archive;
+  mylab::Exposure exposure;
+  exposure._seconds = 0.5;
+  EXPECT_TRUE(exposure.write(archive));
+  EXPECT_EQ(archive.calls,
+            (Calls{"section mylab::Exposure {", "unsigned version 4", "}", "real64 _seconds 0.500000"}));
 }
 
 TEST_F(SerializableClass, CreatesObjectsOfItsOwn)
@@ -239,7 +315,7 @@ TEST_F(SerializableClass, NamesTheReadOfTheClassItselfInAFailure)
   RecordingIArchive archive(Kind::blocks, {ipUInt64{4}});
   TestPoint point;
   EXPECT_EQ(failureOf<ORVELSerializationException>([&] { point.read(archive); }).getFunction(),
-            "virtual orvel::BoolResult orvel::test::pointSample::TestPoint::read(orvel::BaseIArchive&)");
+            "virtual orvel::BoolResult orvel::test::TestPoint::read(orvel::BaseIArchive&)");
 }
 #endif
 

@@ -4,6 +4,7 @@
 #include <new>
 #include <sys/mman.h>
 
+#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
 #include "RecordingArchive.h"

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <limits>
 
+#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
 #include "ArchiveTesting.h"

@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include <boost/make_shared.hpp>
+
 #include "../Classes/Samples.h"
 #include <ORVELBaseData/Buffer/BufferUtils.h>
 #include <ORVELBaseData/Buffer/ExternalBuffer.h>

@@ -10,6 +10,7 @@
 
 #include <boost/filesystem/operations.hpp>
 #include <boost/filesystem/path.hpp>
+#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
 #include "Samples.h"

@@ -1,5 +1,7 @@
 // Samples of data items, for the checks that all classes share.
 
+#include <boost/make_shared.hpp>
+
 #include "../Classes/Samples.h"
 #include <ORVELBaseData/DataItem/DataItemUtils.h>
 #include <ORVELBaseData/DataItem/Leaf/BaseDataItemEnumLeaf.h>

@@ -2,20 +2,14 @@
 
 #include <stdexcept>
 
+#include <boost/make_shared.hpp>
+
 #include <ORVELBaseData/DataItem/Private/Duplication.h>
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 #include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel
 {
-
-ORVEL_DEFINE_TYPE_NAME_MUTEX
-ORVEL_DEFINE_VERSION_MUTEX
-
-#define ORVEL_TEST_DEFINE_NODE(Class, Base)                                                                  \
-  ORVEL_DEFINE_TYPE_NAME_OF(, Class, "orvel::" #Class)                                                       \
-  ORVEL_DEFINE_VERSION_OF(, Class, 1)                                                                        \
-  ORVEL_DEFINE_LEVEL_WITH_MEMBERS(Class, Base)                                                               \
-  ORVEL_DEFINE_CREATION(Class, Base)
 
 namespace
 {
@@ -48,7 +42,7 @@ const std::string& getText()
 
 // AnyNode
 
-ORVEL_TEST_DEFINE_NODE(AnyNode, BaseDataItemNode)
+ORVEL_DEFINE_SERIALIZABLE(AnyNode, BaseDataItemNode, 1)
 ORVEL_TEST_DEFINE_NODE_TEXTS(AnyNode)
 
 AnyNode::AnyNode() = default;
@@ -109,7 +103,7 @@ void AnyNode::readMembers(BaseIArchive& archive, ipUInt32 /*version*/)
 
 // OtherNode
 
-ORVEL_TEST_DEFINE_NODE(OtherNode, AnyNode)
+ORVEL_DEFINE_SERIALIZABLE(OtherNode, AnyNode, 1)
 
 OtherNode::OtherNode() = default;
 
@@ -127,7 +121,7 @@ void OtherNode::readMembers(BaseIArchive& /*archive*/, ipUInt32 /*version*/)
 
 // ForgetfulNode
 
-ORVEL_TEST_DEFINE_NODE(ForgetfulNode, BaseDataItemNode)
+ORVEL_DEFINE_SERIALIZABLE(ForgetfulNode, BaseDataItemNode, 1)
 ORVEL_TEST_DEFINE_NODE_TEXTS(ForgetfulNode)
 
 ForgetfulNode::ForgetfulNode()
@@ -161,7 +155,7 @@ void ForgetfulNode::readMembers(BaseIArchive& /*archive*/, ipUInt32 /*version*/)
 
 // NestNode
 
-ORVEL_TEST_DEFINE_NODE(NestNode, BaseDataItemNode)
+ORVEL_DEFINE_SERIALIZABLE(NestNode, BaseDataItemNode, 1)
 ORVEL_TEST_DEFINE_NODE_TEXTS(NestNode)
 
 NestNode::NestNode() = default;

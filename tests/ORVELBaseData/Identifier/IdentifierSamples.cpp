@@ -2,6 +2,8 @@
 
 #include <sstream>
 
+#include <boost/make_shared.hpp>
+
 #include "../Classes/Samples.h"
 #include <ORVELBaseData/Identifier/DataIdentifier.h>
 #include <ORVELBaseData/Identifier/DoubleIdentifier.h>

@@ -12,6 +12,7 @@
 #include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELBaseData/ORVELBaseDataLog.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
+#include <ORVELSerialization/SerializableClassDefinitions.h>
 #include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/FailingAllocation.h>
 #include <support/HandWrittenArchive.h>
@@ -362,17 +363,14 @@ TYPED_TEST(ArchivedEnumLeaf, RefusesToWriteAnIntegerOutsideItsEnumeration)
                  "virtual orvel::BoolResult orvel::BaseDataItemEnumLeaf::write(orvel::BaseOArchive&) const");
 }
 
-TYPED_TEST(ArchivedEnumLeaf, LeavesTheVersionsInTheArchiveWhenWritingIsRefused)
+TYPED_TEST(ArchivedEnumLeaf, LeavesItsVersionInAFailedArchiveWhenWritingIsRefused)
 {
-  EXPECT_EQ(fileOf<TypeParam>(
-                [](BaseOArchive& archive)
-                {
-                  EXPECT_THROW(colour(2).write(archive), ORVELBaseDataException);
-                  EXPECT_TRUE(archive.isClassVersionRegistred("orvel::BaseDataItemEnumLeaf"));
-                  EXPECT_FALSE(archive.isClassVersionRegistred("orvel::TestColourLeaf"));
-                  EXPECT_TRUE(colour(0).write(archive));
-                }),
-            archiveOf<TypeParam>("eC_Red"));
+  std::ostringstream stream;
+  typename TypeParam::OArchive archive(stream);
+  EXPECT_THROW(colour(2).write(archive), ORVELBaseDataException);
+  EXPECT_TRUE(archive.isClassVersionRegistred("orvel::BaseDataItemEnumLeaf"));
+  EXPECT_FALSE(archive.isClassVersionRegistred("orvel::TestColourLeaf"));
+  EXPECT_TRUE(archive.isFailed()); // half an object is in it
 }
 
 TYPED_TEST(ArchivedEnumLeaf, RefusesToReadATextOutsideItsEnumeration)
@@ -385,6 +383,19 @@ TYPED_TEST(ArchivedEnumLeaf, RefusesToReadATextOutsideItsEnumeration)
   EXPECT_EQ(failure.getMessage(), "Invalid enumerate string value eC_Grey for enumerate eColour");
   expectRaisedBy(failure, log,
                  "virtual orvel::BoolResult orvel::BaseDataItemEnumLeaf::read(orvel::BaseIArchive&)");
+}
+
+TYPED_TEST(ArchivedEnumLeaf, FailsTheArchiveWhenAReadThatIsCalledDirectlyIsRefused)
+{
+  std::istringstream stream(archiveOf<TypeParam>("eC_Grey"));
+  typename TypeParam::IArchive archive(stream);
+  TestColourLeaf leaf;
+  EXPECT_THROW(leaf.read(archive), ORVELBaseDataException);
+  EXPECT_TRUE(archive.isFailed());
+  EXPECT_NE(failureOf<ORVELSerializationException>([&] { leaf.read(archive); })
+                .getMessage()
+                .find("the archive can't be used after a failure"),
+            std::string::npos);
 }
 
 TYPED_TEST(ArchivedEnumLeaf, HoldsWhatFromStringLeftWhenReadingIsRefused)

@@ -5,6 +5,7 @@
 #include <type_traits>
 #include <vector>
 
+#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
 #include "../TestNodes.h"

@@ -6,6 +6,7 @@
 #include <type_traits>
 #include <vector>
 
+#include <boost/make_shared.hpp>
 #include <boost/weak_ptr.hpp>
 #include <gtest/gtest.h>
 

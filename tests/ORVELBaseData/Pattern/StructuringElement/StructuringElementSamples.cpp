@@ -2,6 +2,8 @@
 
 #include <tuple>
 
+#include <boost/make_shared.hpp>
+
 #include "../../Classes/Samples.h"
 #include <ORVELBaseData/Pattern/StructuringElement/StructuringElementInfoUtils.h>
 #include <ORVELBaseData/Pattern/StructuringElement/StructuringElementUtils.h>

@@ -1,4 +1,4 @@
-#include "ORVELSerialization/SerializableClass.h"
+#include "ORVELSerialization/SerializableClassDefinitions.h"
 
 #include <ORVELSerialization/ORVELSerializationLogMessages.h>
 #include <ORVELSerialization/SerializationItems.h>
