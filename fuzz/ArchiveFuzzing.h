@@ -1,7 +1,7 @@
 #pragma once
 
 /// \file
-/// \brief What the fuzzers do with an archive, whichever its format is.
+/// \brief What the fuzzers do with an archive of either format.
 
 #include <cstddef>
 #include <cstdint>
@@ -23,7 +23,7 @@
 namespace orvel::fuzz
 {
 
-/// \brief Read a value of type T under that key and drop it.
+/// \brief Read a value of type T under a key and drop it.
 template <class T>
 void readAs(BaseIArchive& archive, const std::string& key)
 {
@@ -37,7 +37,7 @@ inline void readBlock(BaseIArchive& archive, std::size_t size)
   archive.readBlock(block.data(), block.size());
 }
 
-/// \brief Read one item of a kind that a byte of the script chooses.
+/// \brief Read one item; a byte of the script chooses its kind.
 inline void readItem(BaseIArchive& archive, std::uint8_t choice, const std::string& key)
 {
   switch (choice % 20)
@@ -85,7 +85,7 @@ inline void readItem(BaseIArchive& archive, std::uint8_t choice, const std::stri
   }
 }
 
-/// \brief Read items as the script says, sections included, and go to the end.
+/// \brief Read the items and sections that the script asks for, then close the archive.
 inline void readByScript(BaseIArchive& archive, const std::uint8_t* script, std::size_t size)
 {
   static const std::string g_keys[] = {"K", "object", "size", "_startOffset"};
@@ -102,7 +102,7 @@ inline void readByScript(BaseIArchive& archive, const std::uint8_t* script, std:
   archive.close();
 }
 
-/// \brief Run an operation; it may fail by the archives' own exception, or by that of the library whose object
+/// \brief Run an operation. It may raise the exception of the archives, or that of the library whose object
 /// refuses what it reads, such as a buffer of no type.
 template <class Operation>
 void attempt(Operation operation)
@@ -137,7 +137,7 @@ private:
   pos_type seekpos(pos_type, std::ios_base::openmode) override { return pos_type(off_type(-1)); }
 };
 
-/// \brief Read an input as an archive in every way.
+/// \brief Read an input as an archive in each way.
 template <class IArchive>
 void readEveryWay(const std::uint8_t* data, std::size_t size)
 {
@@ -156,7 +156,7 @@ void readEveryWay(const std::uint8_t* data, std::size_t size)
           archive.close();
         });
 
-  // The last bytes tell what to ask for.
+  // The last bytes are the script.
   constexpr std::size_t scriptSize = 8;
   if (size < scriptSize)
     return;

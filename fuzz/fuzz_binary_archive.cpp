@@ -1,4 +1,4 @@
-// Feeds the binary reader with anything.
+// Feeds arbitrary bytes to the binary reader.
 
 #include "ArchiveFuzzing.h"
 #include <ORVELSerialization/BinaryArchive.h>

@@ -1,4 +1,4 @@
-// Feeds the XML reader with anything.
+// Feeds arbitrary bytes to the XML reader.
 
 #include "ArchiveFuzzing.h"
 #include <ORVELSerialization/XmlArchive.h>
