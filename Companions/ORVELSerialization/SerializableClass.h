@@ -21,7 +21,10 @@
 /// orvel::BaseSerializationObject, 1)`.
 ///
 /// A class with data writes three functions, each for its own members only; those of its bases are called
-/// before: \code class ORVELBASEDATA_EXPORT ElementsRange : public BaseSerializationObject
+/// before:
+///
+/// \code
+/// class ORVELBASEDATA_EXPORT ElementsRange : public BaseSerializationObject
 /// {
 ///   ORVEL_DECLARE_SERIALIZABLE(ElementsRange)
 ///
@@ -35,9 +38,14 @@
 ///
 /// void ElementsRange::copyMembers(const ElementsRange& other) { ... }
 /// void ElementsRange::writeMembers(BaseOArchive& archive) const { ... }
-/// void ElementsRange::readMembers(BaseIArchive& archive, ipUInt32 version) { ... } // version: that of the
-/// archive \endcode All functions are members of the class itself, so that failures name them by their own
-/// signatures.
+/// void ElementsRange::readMembers(BaseIArchive& archive, ipUInt32 version) { ... }
+/// \endcode
+///
+/// readMembers() gets the version that the archive holds. It should read a version without a layout of its
+/// own, 0 included, in the newest layout.
+///
+/// All functions are members of the class itself, so that failures name them by their own signatures.
+/// getTypeName() and getVersion() take a lock on each call; getClassName() keeps the text.
 
 #include <string>
 
@@ -90,7 +98,8 @@ private:                                                                        
   ORVEL_DECLARE_MEMBER_OPERATIONS(Class)
 
 /// Declares the members of an abstract class without data whose objects cannot be copied through it: copy,
-/// duplicate and duplicateShared raise ORVELUtilException (eNoCopySupport). It has no archive version.
+/// duplicate and duplicateShared raise ORVELUtilException (eNoCopySupport) with the name of this class, also
+/// for a derived class that inherits them. It has no archive version.
 #define ORVEL_DECLARE_WITHOUT_COPY(Class)                                                                    \
   ORVEL_DECLARE_NAME(Class)                                                                                  \
 public:                                                                                                      \
@@ -146,7 +155,8 @@ public:                                                                         
                                                                                                              \
 private:
 
-/// Declares what creates objects of a concrete class.
+/// Declares what creates objects of a concrete class. The copy constructor calls the `copy` of this class on
+/// a new object; `X x(x)` gives a default object.
 #define ORVEL_DECLARE_CREATION(Class)                                                                        \
 public:                                                                                                      \
   Class(const Class& other);                                                                                 \
