@@ -42,18 +42,24 @@ ipUInt32 BaseArchive::getRegisterClassVersion(const std::string& className) cons
   return *version;
 }
 
-void BaseArchive::endSection(bool unwinding) noexcept
+void BaseArchive::leaveSection()
 {
-  if (unwinding)
-    markFailed();
+  closeSection();
+}
+
+void BaseArchive::endSection(bool isUnwinding) noexcept
+{
   try
   {
-    closeSection();
+    if (isUnwinding)
+      leaveSection();
+    else
+      closeSection();
   }
   catch (...)
   {
     markFailed();
-    if (!unwinding)
+    if (!isUnwinding)
       _pendingFailure = std::current_exception();
   }
 }
@@ -74,7 +80,7 @@ void BaseArchive::raiseTooDeep()
   raise(ORVEL_HERE, eORVELSerializationMessage::eTooDeep, _name, getPlace(), _limits.maxDepth);
 }
 
-ArchiveSectionManager::ArchiveSectionManager(BaseArchive& archive, std::string_view name)
+ArchiveSectionManager::ArchiveSectionManager(BaseArchive& archive, const std::string& name)
   : _archive(archive)
   , _nbExceptions(std::uncaught_exceptions())
 {

@@ -81,6 +81,11 @@ protected:
   /// \brief Close the innermost section. Does nothing to the file once the archive has failed.
   virtual void closeSection() = 0;
 
+  /// \brief Close the innermost section because an exception leaves it.
+  ///
+  /// An input archive skips what is left of the section. Calls closeSection() unless it is overridden.
+  virtual void leaveSection();
+
   /// \brief Return the place of the present operation for messages, such as "byte 17".
   virtual std::string getPlace() const = 0;
 
@@ -156,7 +161,7 @@ private:
     failed,
     closed
   };
-  void endSection(bool unwinding) noexcept;
+  void endSection(bool isUnwinding) noexcept;
   [[noreturn]] void raiseNotOpen() const;
   [[noreturn]] void raiseTooDeep();
 
@@ -172,15 +177,18 @@ private:
 
 /// \brief Scope guard of a section: the constructor opens it, the destructor closes it.
 ///
-/// If the destructor runs because of an exception, the archive is marked as failed: half a section must
-/// not be taken for a whole one. A failure to close the section is raised by the next operation on the
-/// archive, as destructors do not throw.
+/// If the destructor runs because of an exception, an input archive skips what is left of the section. The
+/// archive can be used on, unless it has failed itself or an object's `write` or `read` has. Shared objects
+/// and class versions that were skipped are missing afterwards: what refers to them can't be read.
+///
+/// A failure to close the section is raised by the next operation on the archive, as destructors do not
+/// throw; a failure to close it because of an exception only marks the archive as failed.
 class ORVELSERIALIZATION_EXPORT ArchiveSectionManager
 {
 public:
   /// \param archive must outlive the guard
-  /// \param name filed by archives that file names; not compared on input
-  ArchiveSectionManager(BaseArchive& archive, std::string_view name);
+  /// \param name stored by archives that store names; not compared on input
+  ArchiveSectionManager(BaseArchive& archive, const std::string& name);
   ~ArchiveSectionManager();
   ArchiveSectionManager(const ArchiveSectionManager&) = delete;
   ArchiveSectionManager& operator=(const ArchiveSectionManager&) = delete;

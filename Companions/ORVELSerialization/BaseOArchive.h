@@ -33,12 +33,6 @@ public:
   /// The archive keeps every object alive that it has filed, so that no address is met twice.
   virtual void writeObjectPtr(const SerializationOItem<SerializationObjectPtr>& item) = 0;
 
-  /// \brief The same for a pointer that the caller does not need any more: it saves the archive a copy of it.
-  virtual void moveObjectPtr(const std::string& key, SerializationObjectPtr&& object)
-  {
-    writeObjectPtr(SerializationOItem<SerializationObjectPtr>(key, object));
-  }
-
   /// \brief Tell whether openSection() has a use for the name.
   virtual bool filesSectionNames() const { return true; }
 

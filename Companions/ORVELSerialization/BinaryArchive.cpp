@@ -134,22 +134,18 @@ void BinaryOArchive::writeBlock(const void* data, ipUInt64 sizeInBytes)
 
 void BinaryOArchive::writeObjectPtr(const SerializationOItem<SerializationObjectPtr>& item)
 {
-  moveObjectPtr(item.getKey(), SerializationObjectPtr(item.getValue()));
-}
-
-void BinaryOArchive::moveObjectPtr(const std::string& /*key*/, SerializationObjectPtr&& object)
-{
   perform(
       [&]
       {
+        const SerializationObjectPtr& object = item.getValue();
         if (!object)
         {
           _impl->sink.put(cbor::null);
           return;
         }
-        const BaseSerializationObject& filed = *object;
+        const BaseSerializationObject& stored = *object; // the archive keeps it alive
         bool isNew = false;
-        const ipUInt64 number = _impl->objects.enter(std::move(object), isNew);
+        const ipUInt64 number = _impl->objects.enter(object, isNew);
         if (!isNew)
         {
           countReference(_impl->objects.getHeight(number));
@@ -160,8 +156,8 @@ void BinaryOArchive::moveObjectPtr(const std::string& /*key*/, SerializationObje
         ObjectScope scope(*this);
         _impl->putHead(cbor::Major::tag, cbor::shareableTag);
         _impl->openArray();
-        putClass(filed);
-        ArchiveAccess::writeWhole(*this, filed);
+        putClass(stored);
+        ArchiveAccess::writeWhole(*this, stored);
         _impl->closeArray();
         _impl->objects.setHeight(number, scope.finish());
       });
@@ -457,6 +453,14 @@ void BinaryIArchive::readContent(const cbor::Head& head, std::string& content)
     raiseCutShort();
 }
 
+/// The content of a text string whose head was read.
+void BinaryIArchive::readUtf8(const cbor::Head& head, std::string& text)
+{
+  readContent(head, text);
+  if (!isUtf8(text))
+    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eDamaged, "a text string is not UTF-8");
+}
+
 void BinaryIArchive::readHeader()
 {
   constexpr std::string_view start = "\xd9\xd9\xf7"; // tag 55799
@@ -525,7 +529,7 @@ void BinaryIArchive::readShared(const SerializationIItem<SerializationObjectPtr>
         if (head.is(cbor::Major::tag) && head.argument == cbor::referenceTag)
         {
           const cbor::Head number = readHead();
-          if (!number.is(cbor::Major::unsignedInteger) || number.argument >= _impl->objects.size())
+          if (!number.is(cbor::Major::unsignedInteger) || !_impl->objects.has(number.argument))
             ArchiveAccess::fail(*this, ORVEL_HERE, Message::eUnknownReference, describe(number));
           countReference(_impl->objects.getHeight(number.argument));
           item.getValue() = _impl->objects[number.argument];
@@ -536,7 +540,7 @@ void BinaryIArchive::readShared(const SerializationIItem<SerializationObjectPtr>
 
         ObjectScope scope(*this);
         expectArray("an object");
-        SerializationObjectPtr object = createObject();
+        const SerializationObjectPtr object = ArchiveAccess::create(*this, readClass());
         const ipUInt64 number = _impl->objects.enter(object); // before its content: a cycle leads back to it
         ArchiveAccess::readWhole(*this, *object);
         expectArrayEnd("the object");
@@ -545,22 +549,17 @@ void BinaryIArchive::readShared(const SerializationIItem<SerializationObjectPtr>
       });
 }
 
-SerializationObjectPtr BinaryIArchive::createObject()
+/// The class of a new object: a text the first time, its number after that.
+ObjectClass& BinaryIArchive::readClass()
 {
   const cbor::Head head = readHead();
-  std::size_t number = _impl->classes.size();
-  if (head.is(cbor::Major::unsignedInteger) && head.argument < number)
-    number = head.argument;
-  else if (head.is(cbor::Major::text) && !head.isIndefinite())
-  {
-    std::string name;
-    readContent(head, name);
-    _impl->classes.emplace_back(name);
-  }
-  else
+  if (head.is(cbor::Major::unsignedInteger) && head.argument < _impl->classes.size())
+    return _impl->classes[head.argument];
+  if (!head.is(cbor::Major::text) || head.isIndefinite())
     ArchiveAccess::fail(*this, ORVEL_HERE, Message::eUnexpectedItem, "a class", describe(head));
-
-  return ArchiveAccess::create(*this, _impl->classes[number]);
+  std::string name;
+  readUtf8(head, name);
+  return _impl->classes.emplace_back(std::move(name));
 }
 
 void BinaryIArchive::readObject(const std::string& /*key*/, BaseSerializationObject& object)
@@ -659,7 +658,10 @@ void BinaryIArchive::readString(const std::string& key, std::string& value)
         if ((!head.is(cbor::Major::text) && !head.is(cbor::Major::bytes)) || head.isIndefinite())
           raiseUnexpected("a text", key, head);
         std::string content;
-        readContent(head, content);
+        if (head.is(cbor::Major::text))
+          readUtf8(head, content);
+        else
+          readContent(head, content);
         value.swap(content); // read whole: a failure leaves the old text
       });
 }
@@ -681,7 +683,7 @@ void BinaryIArchive::close()
         const cbor::Head text = readHead();
         std::string mark;
         if (text.is(cbor::Major::text) && text.argument == endMark.size())
-          readContent(text, mark);
+          readUtf8(text, mark);
         if (head.argument != 3 || mark != endMark)
           ArchiveAccess::fail(*this, ORVEL_HERE, Message::eDamaged, "the end mark is none");
         const cbor::Head filedSize = readHead();
@@ -707,6 +709,62 @@ void BinaryIArchive::closeSection()
   if (isFailed() || isClosed())
     return;
   perform([this] { expectArrayEnd("the section"); });
+}
+
+void BinaryIArchive::leaveSection()
+{
+  if (isFailed() || isClosed())
+    return;
+  perform(
+      [this]
+      {
+        for (ipUInt64 nbOpenArrays = 1; nbOpenArrays != 0;)
+        {
+          spendWork(1);
+          _impl->itemPosition = _impl->source.getPosition();
+          skipItem(nbOpenArrays);
+        }
+        --_impl->nbOpenArrays;
+      });
+}
+
+/// Skips an item of the format, or the start or the end of one that holds others; nothing else is let pass.
+/// Shared objects and classes keep their numbers.
+void BinaryIArchive::skipItem(ipUInt64& nbOpenArrays)
+{
+  const cbor::Head head = readHead();
+  if (head.is(cbor::Major::unsignedInteger) || head.is(cbor::Major::negativeInteger))
+    return;
+  if (head.is(cbor::Major::text) && !head.isIndefinite())
+  {
+    std::string text;
+    readUtf8(head, text);
+  }
+  else if (head.is(cbor::Major::bytes) && !head.isIndefinite())
+  {
+    if (_impl->source.skip(head.argument) != head.argument)
+      raiseCutShort();
+  }
+  else if (head.is(cbor::Major::array) && head.isIndefinite())
+    ++nbOpenArrays;
+  else if (head.is(cbor::Major::tag) && head.argument == cbor::shareableTag)
+  {
+    expectArray("an object");
+    --_impl->nbOpenArrays; // counted here
+    ++nbOpenArrays;
+    readClass();
+    _impl->objects.enter(nullptr);
+  }
+  else if (head.is(cbor::Major::tag) && head.argument == cbor::referenceTag)
+  {
+    const cbor::Head number = readHead();
+    if (!number.is(cbor::Major::unsignedInteger) || number.argument >= _impl->objects.size())
+      ArchiveAccess::fail(*this, ORVEL_HERE, Message::eUnknownReference, describe(number));
+  }
+  else if (head.first == static_cast<unsigned char>(cbor::closeArray))
+    --nbOpenArrays;
+  else if (!cbor::isValue(head))
+    ArchiveAccess::fail(*this, ORVEL_HERE, Message::eDamaged, describe(head) + " is no item of a section");
 }
 
 std::string BinaryIArchive::getPlace() const

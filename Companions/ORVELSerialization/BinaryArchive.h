@@ -20,6 +20,7 @@ namespace orvel
 namespace details
 {
 class InputOrigin;
+class ObjectClass;
 namespace cbor
 {
 struct Head;
@@ -60,7 +61,6 @@ public:
 
   void writeBlock(const void* data, ipUInt64 sizeInBytes) override;
   void writeObjectPtr(const SerializationOItem<SerializationObjectPtr>& item) override;
-  void moveObjectPtr(const std::string& key, SerializationObjectPtr&& object) override;
   bool filesSectionNames() const override; ///< false
   void writeObject(const std::string& key, const BaseSerializationObject& object) override;
   void writeBool(const std::string& key, bool value) override;
@@ -128,6 +128,7 @@ public:
 protected:
   void openSection(std::string_view name) override;
   void closeSection() override;
+  void leaveSection() override;
   std::string getPlace() const override;
   bool holds(ipUInt64 sizeInBytes) override;
   ipUInt64 getMinItemSize() const override; ///< 1
@@ -157,9 +158,11 @@ private:
   [[noreturn]] void raiseNoArray(const char* what);
   [[noreturn]] void raiseNoArrayEnd(const char* what);
   void readContent(const details::cbor::Head& head, std::string& content);
+  void readUtf8(const details::cbor::Head& head, std::string& text);
   void readHeader();
   void readShared(const SerializationIItem<SerializationObjectPtr>& item);
-  SerializationObjectPtr createObject();
+  details::ObjectClass& readClass();
+  void skipItem(ipUInt64& nbOpenArrays);
 
   std::unique_ptr<Impl> _impl;
 };

@@ -24,7 +24,7 @@
 ///
 /// Counts are filed as ipUInt32: of a count above 32 bits its low 32 bits. On input a count that the rest of
 /// the archive cannot hold is a failure before anything is allocated for it. Vectors are resized to the
-/// count and read into place (vectors of shared pointers and of bool drop their old elements first); sets and
+/// count and read into place (vectors of shared pointers release their old elements first); sets and
 /// maps are emptied before the count is read, and each entry is entered as it is read: a repeated map key
 /// keeps the last value, a repeated set element the first. After a failure a container holds what had been
 /// read, a vector with old elements behind it.
@@ -171,7 +171,8 @@ BaseOArchive& operator<<(BaseOArchive& archive, const SerializationOItem<boost::
   details::SectionScope section(archive, item.getKey());
   details::SharedPtrSection pointerSection(archive, &E::getTypeName);
   // The archive does not change the object; its interface has one pointer type for both directions.
-  archive.moveObjectPtr("pObject", boost::const_pointer_cast<std::remove_const_t<E>>(item.getValue()));
+  const SerializationObjectPtr object = boost::const_pointer_cast<std::remove_const_t<E>>(item.getValue());
+  archive.writeObjectPtr(SerializationOItem("pObject", object));
   pointerSection.finish();
   section.finish();
   return archive;
@@ -282,9 +283,8 @@ void readElements(BaseIArchive& archive, std::vector<E, A>& values, ipUInt32 cou
     }
   }
   archive.checkCount(count);
-  // Old objects are let go before new ones are made, and all bits start out as false.
-  if constexpr (isSharedPtr<E> || std::is_same_v<E, bool>)
-    values.clear();
+  if constexpr (isSharedPtr<E>)
+    values.clear(); // old objects are released before new ones are made
   values.resize(count);
   for (std::size_t index = 0; index < count; ++index)
   {

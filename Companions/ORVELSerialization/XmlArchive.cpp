@@ -277,24 +277,19 @@ void XmlOArchive::writeBlock(const void* data, ipUInt64 sizeInBytes)
 
 void XmlOArchive::writeObjectPtr(const SerializationOItem<SerializationObjectPtr>& item)
 {
-  moveObjectPtr(item.getKey(), SerializationObjectPtr(item.getValue()));
-}
-
-void XmlOArchive::moveObjectPtr(const std::string& key, SerializationObjectPtr&& object)
-{
   perform(
       [&]
       {
-        const BaseSerializationObject* const filed = object.get();
+        const BaseSerializationObject* const object = item.getValue().get(); // the archive keeps it alive
         bool isNew = false;
-        const ipUInt64 number = filed != nullptr ? _impl->objects.enter(std::move(object), isNew) + 1 : 0;
-        if (filed != nullptr && !isNew)
+        const ipUInt64 number = object != nullptr ? _impl->objects.enter(item.getValue(), isNew) + 1 : 0;
+        if (object != nullptr && !isNew)
           countReference(_impl->objects.getHeight(number - 1));
 
         _impl->indent();
         _impl->sink.append("<pointer key=\"");
-        putName(key);
-        if (filed == nullptr)
+        putName(item.getKey());
+        if (object == nullptr)
         {
           _impl->sink.append("\" null=\"true\"/>\n");
           return;
@@ -309,10 +304,10 @@ void XmlOArchive::moveObjectPtr(const std::string& key, SerializationObjectPtr&&
         }
         ObjectScope scope(*this);
         _impl->sink.append("\" class=\"");
-        putName(filed->getClassName());
+        putName(object->getClassName());
         _impl->sink.append("\">\n");
         ++_impl->level;
-        ArchiveAccess::writeWhole(*this, *filed);
+        ArchiveAccess::writeWhole(*this, *object);
         _impl->putEnd(getElementName(XmlElement::pointer));
         _impl->objects.setHeight(number - 1, scope.finish());
       });
@@ -630,7 +625,7 @@ void XmlIArchive::readShared(const SerializationIItem<SerializationObjectPtr>& i
 void XmlIArchive::readReference(std::string_view text, SerializationObjectPtr& object)
 {
   ipUInt64 number = 0;
-  if (parseNumber(text, number) != ParseResult::ok || number == 0 || number > _impl->objects.size())
+  if (parseNumber(text, number) != ParseResult::ok || number == 0 || !_impl->objects.has(number - 1))
     ArchiveAccess::fail(*this, ORVEL_HERE, Message::eUnknownReference, quoted(text));
   countReference(_impl->objects.getHeight(number - 1));
   _impl->document.leave();
@@ -767,6 +762,49 @@ void XmlIArchive::closeSection()
         _impl->document.leave();
         --_impl->nbOpenSections;
       });
+}
+
+void XmlIArchive::leaveSection()
+{
+  if (isFailed() || isClosed())
+    return;
+  perform(
+      [this]
+      {
+        for (ipUInt64 nbOpenElements = 1; nbOpenElements != 0;)
+        {
+          spendWork(1);
+          skipElement(nbOpenElements);
+        }
+        --_impl->nbOpenSections;
+      });
+}
+
+/// Skips an element, or the start or the end of one that holds others. Shared objects keep their ids.
+void XmlIArchive::skipElement(ipUInt64& nbOpenElements)
+{
+  XmlDocument& document = _impl->document;
+  if (!document.hasNext())
+  {
+    document.leave();
+    --nbOpenElements;
+    return;
+  }
+  const XmlElement element = document.getNextElement();
+  if (element == XmlElement::item || element == XmlElement::block)
+  {
+    std::string_view text;
+    document.takeText(element, nullptr, text);
+    return;
+  }
+  const XmlAttributes& attributes = document.enter(element, nullptr);
+  ++nbOpenElements;
+  if (element == XmlElement::pointer && attributes.get(XmlAttribute::null) != "true" &&
+      !attributes.has(XmlAttribute::ref))
+  {
+    checkNewObject(attributes);
+    _impl->objects.enter(nullptr);
+  }
 }
 
 std::string XmlIArchive::getPlace() const

@@ -67,7 +67,6 @@ public:
 
   void writeBlock(const void* data, ipUInt64 sizeInBytes) override;
   void writeObjectPtr(const SerializationOItem<SerializationObjectPtr>& item) override;
-  void moveObjectPtr(const std::string& key, SerializationObjectPtr&& object) override;
   void writeObject(const std::string& key, const BaseSerializationObject& object) override;
   void writeBool(const std::string& key, bool value) override;
   void writeInteger(const std::string& key, ipInt64 value) override;
@@ -139,6 +138,7 @@ public:
 protected:
   void openSection(std::string_view name) override;
   void closeSection() override;
+  void leaveSection() override;
   std::string getPlace() const override;
   bool holds(ipUInt64 sizeInBytes) override;
   ipUInt64 getMinItemSize() const override; ///< 19: `<item key="value"/>`
@@ -161,6 +161,7 @@ private:
   void readReference(std::string_view text, SerializationObjectPtr& object);
   void checkNewObject(const details::XmlAttributes& attributes);
   SerializationObjectPtr createObject(std::string_view name);
+  void skipElement(ipUInt64& nbOpenElements);
 
   std::unique_ptr<Impl> _impl;
 };

@@ -224,7 +224,9 @@ bool ByteSource::refill(std::size_t size)
   return static_cast<std::size_t>(_end - _at) >= size;
 }
 
-ipUInt64 ByteSource::takeInto(char* data, ipUInt64 size)
+/// Takes bytes out piece by piece; use(data, size) sees each. \return how many there were
+template <class Use>
+ipUInt64 ByteSource::takePieces(ipUInt64 size, Use use)
 {
   ipUInt64 left = size;
   while (left != 0)
@@ -232,12 +234,22 @@ ipUInt64 ByteSource::takeInto(char* data, ipUInt64 size)
     if (_at == _end && !refill(1))
       break;
     const std::size_t piece = static_cast<std::size_t>(std::min(left, static_cast<ipUInt64>(_end - _at)));
-    std::copy_n(_at, piece, data);
+    use(_at, piece);
     _at += piece;
-    data += piece;
     left -= piece;
   }
   return size - left;
+}
+
+ipUInt64 ByteSource::takeInto(char* data, ipUInt64 size)
+{
+  return takePieces(size, [&data](const char* piece, std::size_t pieceSize)
+                    { data = std::copy_n(piece, pieceSize, data); });
+}
+
+ipUInt64 ByteSource::skip(ipUInt64 size)
+{
+  return takePieces(size, [](const char*, std::size_t) {});
 }
 
 bool ByteSource::holds(ipUInt64 size)

@@ -54,6 +54,9 @@ public:
   /// Takes bytes out into memory. \return how many there were: fewer than asked for at the end only
   ipUInt64 takeInto(char* data, ipUInt64 size);
 
+  /// Takes bytes out without a look at them. \return as takeInto()
+  ipUInt64 skip(ipUInt64 size);
+
   /// Tells whether that many bytes are left; where the length is unknown they are read ahead.
   bool holds(ipUInt64 size);
 
@@ -68,6 +71,8 @@ private:
     void operator()(char* memory) const { std::free(memory); }
   };
 
+  template <class Use>
+  ipUInt64 takePieces(ipUInt64 size, Use use);
   bool refill(std::size_t size);
   void readAhead(std::size_t size);
   std::size_t readOrigin(char* data, std::size_t size);

@@ -47,6 +47,14 @@ struct Head
   bool isIndefinite() const { return (first & 31U) == 31; }
 };
 
+/// Tells whether an item is a boolean, null or a float.
+inline bool isValue(const Head& head)
+{
+  const char first = static_cast<char>(head.first);
+  return first == boolFalse || first == boolTrue || first == null || head.first == real32 ||
+         head.first == real64;
+}
+
 /// Tells whether the item's first byte has no meaning.
 inline bool isReserved(const Head& head)
 {

@@ -48,24 +48,27 @@ void ReadObjects::letLatestGo() noexcept
   }
 }
 
-ObjectClass::ObjectClass(std::string name)
-  : _name(std::move(name))
-  , _create(DynamicObjectFactory::getInstance().findSharedFunction(_name))
-{
-}
-
 SerializationObjectPtr ObjectClass::create(Problem& problem)
 {
+  const DynamicObjectFactory& factory = DynamicObjectFactory::getInstance();
+  const ipUInt64 changeCount = factory.getChangeCount(); // before the look-up
+  if (changeCount != _changeCount)
+  {
+    _create = factory.findSharedFunction(_name);
+    _type = nullptr;
+    _changeCount = changeCount;
+  }
   problem = Problem::unknown;
   if (_create == nullptr)
     return nullptr;
   DynamicObjectPtr object = _create();
   problem = Problem::none;
-  if (_isSerializable)
+  const BaseDynamicObject* const created = object.get();
+  if (created != nullptr && _type == &typeid(*created))
     return boost::static_pointer_cast<BaseSerializationObject>(std::move(object));
   SerializationObjectPtr serializable = boost::dynamic_pointer_cast<BaseSerializationObject>(object);
   if (serializable)
-    _isSerializable = true;
+    _type = &typeid(*created);
   else
     problem = Problem::notSerializable;
   return serializable;

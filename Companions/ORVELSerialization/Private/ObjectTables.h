@@ -6,6 +6,7 @@
 #include <limits>
 #include <stdexcept>
 #include <string>
+#include <typeinfo>
 #include <utility>
 #include <vector>
 
@@ -23,7 +24,7 @@ class FiledObjects
 public:
   /// Returns the object's number; a new object is entered as the next one.
   /// \param isNew tells whether it was entered
-  ipUInt64 enter(SerializationObjectPtr&& object, bool& isNew)
+  ipUInt64 enter(const SerializationObjectPtr& object, bool& isNew)
   {
     if (2 * _objects.size() >= _slots.size())
       grow();
@@ -34,7 +35,7 @@ public:
       isNew = slot.numberPlusOne == 0;
       if (isNew)
       {
-        _objects.push_back(std::move(object));
+        _objects.push_back(object);
         _heights.push_back(0);
         slot = {static_cast<ipUInt32>(_objects.size()), static_cast<ipUInt32>(hash)};
         return _objects.size() - 1;
@@ -91,9 +92,10 @@ class ReadObjects
 {
 public:
   std::size_t size() const { return _objects.size(); }
+  bool has(ipUInt64 number) const { return number < _objects.size() && _objects[number]; }
   const SerializationObjectPtr& operator[](std::size_t number) const { return _objects[number]; }
 
-  /// Enters an object as the next one. \return its number
+  /// Enters an object as the next one, null for one that was skipped. \return its number
   ipUInt64 enter(const SerializationObjectPtr& object)
   {
     _objects.push_back(object);
@@ -151,8 +153,10 @@ public:
     notSerializable ///< it is no BaseSerializationObject
   };
 
-  /// Looks a class up in the factory.
-  explicit ObjectClass(std::string name);
+  explicit ObjectClass(std::string name)
+    : _name(std::move(name))
+  {
+  }
 
   const std::string& getName() const { return _name; }
 
@@ -161,8 +165,9 @@ public:
 
 private:
   std::string _name;
-  DynamicObjectFactory::SharedFunction _create;
-  bool _isSerializable = false; // known since the first object
+  DynamicObjectFactory::SharedFunction _create = nullptr; // as long as the factory has not changed
+  ipUInt64 _changeCount = std::numeric_limits<ipUInt64>::max();
+  const std::type_info* _type = nullptr; // of the latest object: it is serializable
 };
 
 } // namespace orvel::details

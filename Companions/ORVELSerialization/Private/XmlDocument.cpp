@@ -379,6 +379,15 @@ void XmlDocument::leave()
   _parent = _parent.parent();
 }
 
+XmlElement XmlDocument::getNextElement() const
+{
+  for (const XmlElement element :
+       {XmlElement::section, XmlElement::item, XmlElement::object, XmlElement::pointer, XmlElement::block})
+    if (isElement(_next, element))
+      return element;
+  raiseUnexpected(std::string("elements or the end of ") + _parent.name());
+}
+
 pugi::xml_node XmlDocument::getBehindRoot() const
 {
   return skipComments(skipComments(_document.first_child()).next_sibling());

@@ -103,7 +103,11 @@ public:
   void leave();
 
   bool hasNext() const { return !_next.empty(); } ///< within the element that was entered
-  bool hasBehindRoot() const;                     ///< anything but comments and blanks
+
+  /// Tells what the next element is: a section or what one may hold. \throw XmlFailure if it is none of those
+  XmlElement getNextElement() const;
+
+  bool hasBehindRoot() const; ///< anything but comments and blanks
 
   ipUInt64 getTakenPosition() const;  ///< byte offset of the element taken or entered last
   ipUInt64 getNextPosition() const;   ///< byte offset of what comes next, or of the element that ends next

@@ -328,6 +328,40 @@ TEST(BinaryArchive, RefusesAnObjectThatHoldsMore)
             "Archive stream, byte 24: expected the end of the object, found the integer 5");
 }
 
+// A CBOR tool would refuse such a text, too.
+TEST(BinaryArchive, RefusesTextStringsThatAreNoUtf8)
+{
+  const std::string damaged = ": the archive is damaged: a text string is not UTF-8";
+  for (const std::string& text : {bytes({0x61, 0xFF}), bytes({0x62, 0xC0, 0x80}), bytes({0x62, 'a', 0xC3}),
+                                  bytes({0x63, 0xED, 0xA0, 0x80}), bytes({0x64, 0xF4, 0x90, 0x80, 0x80})})
+  {
+    EXPECT_EQ(failureToRead<std::string>(text), "Archive stream, byte 18" + damaged);
+    EXPECT_EQ(failureToRead<boost::filesystem::path>(text), "Archive stream, byte 18" + damaged);
+    EXPECT_EQ(messageOf<ORVELSerializationException>(
+                  [&] { objectOfFile<BinaryFormat>(BinaryFormat::wrap("\xD8\x1C\x9F" + text + "\xFF")); }),
+              "Archive stream, byte 18" + damaged);
+    std::string asBytes = text;
+    asBytes[0] = static_cast<char>(asBytes[0] - 0x20);
+    EXPECT_EQ(valueOf<std::string>(asBytes), text.substr(1));
+  }
+  EXPECT_EQ(failureToRead<std::string>(bytes({0x7A, 0, 1, 0, 0}) + std::string(65535, 'x') + "\xC3"),
+            "Archive stream, byte 18" + damaged);
+}
+
+TEST(BinaryArchive, RefusesToSkipATextStringThatIsNoUtf8)
+{
+  std::istringstream stream(BinaryFormat::wrap(bytes({0x9F, 0x61, 0xFF, 0xFF})));
+  BinaryIArchive archive(stream);
+  EXPECT_THROW(
+      {
+        const ArchiveSectionManager section(archive, "s");
+        throw std::runtime_error("half way");
+      },
+      std::runtime_error);
+  EXPECT_EQ(messageOf<ORVELSerializationException>([&] { archive.close(); }),
+            "Archive stream, byte 19: the archive can't be used after a failure");
+}
+
 // References and classes
 
 TEST(BinaryArchive, RefusesReferencesToWhatDoesNotStandBefore)

@@ -251,6 +251,364 @@ TYPED_TEST(BothArchives, MayBeEmpty)
   readWhole<TypeParam>(file, [](BaseIArchive&) {});
 }
 
+// Sections that an exception leaves
+
+struct OwnFailure
+{
+};
+
+/// A file of a section with `write(archive)` in it, and of the number 7 behind it.
+template <class Format, class Write>
+std::string fileWithSection(Write write)
+{
+  return fileBy<Format>(
+      [&](BaseOArchive& archive)
+      {
+        {
+          const ArchiveSectionManager section(archive, "s");
+          write(archive);
+        }
+        archive << SerializationOItem("K", 7);
+      });
+}
+
+/// Leaves a section by an exception after read(archive), and checks that the number behind it is found.
+template <class Format, class Read>
+void expectSkipped(const std::string& file, Read read)
+{
+  readWhole<Format>(file,
+                    [&](BaseIArchive& archive)
+                    {
+                      EXPECT_THROW(
+                          {
+                            const ArchiveSectionManager section(archive, "s");
+                            read(archive);
+                            throw OwnFailure();
+                          },
+                          OwnFailure);
+                      EXPECT_FALSE(archive.isFailed());
+                      int value = 0;
+                      archive >> SerializationIItem("K", value);
+                      EXPECT_EQ(value, 7);
+                    });
+}
+
+TYPED_TEST(BothArchives, WriteOnBehindASectionThatAnExceptionHasLeft)
+{
+  const std::string file = fileBy<TypeParam>(
+      [](BaseOArchive& archive)
+      {
+        EXPECT_THROW(
+            {
+              const ArchiveSectionManager outer(archive, "outer");
+              const ArchiveSectionManager inner(archive, "inner");
+              archive << SerializationOItem("A", 1);
+              throw OwnFailure();
+            },
+            OwnFailure);
+        EXPECT_FALSE(archive.isFailed());
+        archive << SerializationOItem("K", 7);
+      });
+  readWhole<TypeParam>(file,
+                       [](BaseIArchive& archive)
+                       {
+                         int value = 0;
+                         {
+                           const ArchiveSectionManager outer(archive, "outer");
+                           const ArchiveSectionManager inner(archive, "inner");
+                           archive >> SerializationIItem("A", value);
+                         }
+                         archive >> SerializationIItem("K", value);
+                         EXPECT_EQ(value, 7);
+                       });
+}
+
+TYPED_TEST(BothArchives, SkipWhatIsLeftOfASectionThatAnExceptionLeaves)
+{
+  const std::string file = fileWithSection<TypeParam>(
+      [](BaseOArchive& archive)
+      {
+        archive << SerializationOItem("A", 1) << SerializationOItem("M", TestMix::makeFull())
+                << SerializationOItem("I", TestMix()) << SerializationOItem("N", -300L)
+                << SerializationOItem("T", std::string("\xFF")) << SerializationOItem("E", std::string());
+        const std::string block(300000, 'x');
+        archive.writeBlock(block.data(), block.size());
+        const ArchiveSectionManager inner(archive, "inner");
+        archive << SerializationOItem("B", std::vector<bool>{true, false});
+      });
+  expectSkipped<TypeParam>(file, [](BaseIArchive&) {});
+  expectSkipped<TypeParam>(file,
+                           [](BaseIArchive& archive)
+                           {
+                             int value = 0;
+                             archive >> SerializationIItem("A", value);
+                             EXPECT_EQ(value, 1);
+                           });
+  const std::string empty = fileWithSection<TypeParam>([](BaseOArchive&) {});
+  expectSkipped<TypeParam>(empty, [](BaseIArchive&) {});
+}
+
+TYPED_TEST(BothArchives, SkipSectionsOneWithinTheOther)
+{
+  const std::string file = fileBy<TypeParam>(
+      [](BaseOArchive& archive)
+      {
+        const ArchiveSectionManager outer(archive, "outer");
+        {
+          const ArchiveSectionManager inner(archive, "inner");
+          archive << SerializationOItem("A", 1);
+        }
+        archive << SerializationOItem("K", 7);
+      });
+  readWhole<TypeParam>(file,
+                       [](BaseIArchive& archive)
+                       {
+                         const ArchiveSectionManager outer(archive, "outer");
+                         EXPECT_THROW(
+                             {
+                               const ArchiveSectionManager inner(archive, "inner");
+                               throw OwnFailure();
+                             },
+                             OwnFailure);
+                         int value = 0;
+                         archive >> SerializationIItem("K", value);
+                         EXPECT_EQ(value, 7);
+                       });
+  expectSkipped<TypeParam>(
+      fileWithSection<TypeParam>([](BaseOArchive& archive)
+                                 { const ArchiveSectionManager inner(archive, "inner"); }),
+      [](BaseIArchive& archive)
+      {
+        const ArchiveSectionManager inner(archive, "inner");
+        throw OwnFailure();
+      });
+}
+
+TYPED_TEST(BothArchives, SkipSectionsOfAnyDepth)
+{
+  constexpr int depth = 100000; // a call for each would need more than the stack
+  std::string starts;
+  std::string ends;
+  for (int i = 0; i <= depth; ++i)
+  {
+    starts += std::is_same_v<TypeParam, XmlFormat> ? "<section name=\"s\">" : "\x9F";
+    ends += std::is_same_v<TypeParam, XmlFormat> ? "</section>" : "\xFF";
+  }
+  const std::string number = std::is_same_v<TypeParam, XmlFormat> ? "<item key=\"K\">7</item>" : "\x07";
+  expectSkipped<TypeParam>(TypeParam::wrap(starts + ends + number), [](BaseIArchive&) {});
+}
+
+TYPED_TEST(BothArchives, NumberSharedObjectsOnBehindThoseThatWereSkipped)
+{
+  const auto skipped = boost::make_shared<TestNode>();
+  skipped->_next = boost::make_shared<TestNode>();
+  const TestPointPtr point = boost::make_shared<TestPoint>(3, 4);
+  const std::string file = fileBy<TypeParam>(
+      [&](BaseOArchive& archive)
+      {
+        archive << SerializationOItem("A", boost::make_shared<TestPoint>(1, 2));
+        {
+          const ArchiveSectionManager section(archive, "s");
+          archive << SerializationOItem("B", skipped);
+        }
+        archive << SerializationOItem("C", point) << SerializationOItem("D", point)
+                << SerializationOItem("E", skipped);
+      });
+  std::istringstream stream(file);
+  typename TypeParam::IArchive archive(stream);
+  TestPointPtr first;
+  TestPointPtr copy;
+  TestPointPtr again;
+  TestNodePtr missing;
+  archive >> SerializationIItem("A", first);
+  EXPECT_THROW(
+      {
+        const ArchiveSectionManager section(archive, "s");
+        throw OwnFailure();
+      },
+      OwnFailure);
+  archive >> SerializationIItem("C", copy) >> SerializationIItem("D", again);
+  EXPECT_TRUE(*copy == TestPoint(3, 4));
+  EXPECT_EQ(again, copy);
+  const std::string message =
+      messageOf<ORVELSerializationException>([&] { archive >> SerializationIItem("E", missing); });
+  EXPECT_NE(message.find(": reference to object "), std::string::npos) << message;
+  EXPECT_EQ(missing, nullptr);
+}
+
+TYPED_TEST(BothArchives, NumberClassesOnBehindThoseThatWereSkipped)
+{
+  const std::string file = fileBy<TypeParam>(
+      [&](BaseOArchive& archive)
+      {
+        archive << SerializationOItem("A", boost::make_shared<TestPoint>(1, 2));
+        {
+          const ArchiveSectionManager section(archive, "s");
+          archive << SerializationOItem("B", boost::make_shared<TestWithMode>());
+        }
+        archive << SerializationOItem("C", boost::make_shared<TestMix>())
+                << SerializationOItem("D", boost::make_shared<TestMix>());
+      });
+  std::istringstream stream(file);
+  typename TypeParam::IArchive archive(stream);
+  TestPointPtr point;
+  archive >> SerializationIItem("A", point);
+  EXPECT_THROW(
+      {
+        const ArchiveSectionManager section(archive, "s");
+        throw OwnFailure();
+      },
+      OwnFailure);
+  boost::shared_ptr<TestMix> mix;
+  archive.setUntrusted(true);
+  archive >> SerializationIItem("C", mix) >> SerializationIItem("D", mix);
+  EXPECT_TRUE(*mix == TestMix());
+  archive.close();
+}
+
+TYPED_TEST(BothArchives, AreFailedIfASectionCanNotBeSkipped)
+{
+  const bool isXml = std::is_same_v<TypeParam, XmlFormat>;
+  const std::vector<std::string> contents =
+      isXml ? std::vector<std::string>{"<other/>",
+                                       "<section name=\"t\">text</section>",
+                                       "<item key=\"K\"/><![CDATA[x]]>",
+                                       "<item key=\"K\">&other;</item>",
+                                       "<item other=\"1\"/>",
+                                       "<item key=\"K\"><item key=\"K\"/></item>",
+                                       "<pointer key=\"K\" id=\"2\" class=\"orvel::TestPoint\"/>",
+                                       "<pointer key=\"K\" id=\"1\"/>"}
+            : std::vector<std::string>{
+                  "\xA0",                                 // a map
+                  "\x80",                                 // an array of definite length
+                  "\x7F\x61 \xFF",                        // a text of unknown length
+                  "\x5F\x41 \xFF",                        // a block of unknown length
+                  "\xF7",                                 // an unknown value
+                  "\xFC",                                 // no item at all
+                  "\x63 x",                               // a text that is cut short
+                  "\x5A\xFF\xFF\xFF\xFF",                 // a block that is cut short
+                  "\x62\xC3 ",                            // no UTF-8
+                  "\xC1\x01",                             // an unknown tag
+                  "\xD8\x1C\x01",                         // an object that is none
+                  std::string("\xD8\x1C\x9F\x00\xFF", 5), // an object of an unknown class number
+                  "\xD8\x1C\x9F\x61\xFF\xFF",             // one whose class is no UTF-8
+                  std::string("\xD8\x1D\x00", 3),         // a reference to no object
+                  "\xD8\x1D\x61 ",                        // a reference without a number
+                  "\x9F"                                  // a section without an end
+              };
+  for (const std::string& content : contents)
+  {
+    std::istringstream stream(isXml ? TypeParam::wrap("<section name=\"s\">" + content + "</section>")
+                                    : TypeParam::wrap("\x9F" + content + "\xFF"));
+    typename TypeParam::IArchive archive(stream);
+    EXPECT_THROW(
+        {
+          const ArchiveSectionManager section(archive, "s");
+          throw OwnFailure(); // and not that of the archive
+        },
+        OwnFailure);
+    EXPECT_TRUE(archive.isFailed()) << content;
+    EXPECT_THROW(archive.close(), ORVELSerializationException);
+  }
+}
+
+TYPED_TEST(BothArchives, SkipWithinTheWorkThatTheirLengthAllows)
+{
+  const std::string file = fileWithSection<TypeParam>(
+      [](BaseOArchive& archive) { archive << SerializationOItem("A", std::vector<bool>(10000, true)); });
+  std::istringstream stream(file);
+  typename TypeParam::IArchive archive(stream);
+  archive.setLimits({128, 0});
+  EXPECT_THROW(
+      {
+        const ArchiveSectionManager section(archive, "s");
+        throw OwnFailure();
+      },
+      OwnFailure);
+  EXPECT_TRUE(archive.isFailed());
+}
+
+/// Writes and reads a number in a section, and throws if it is negative.
+struct Picky : TestPoint
+{
+  BoolResult write(BaseOArchive& archive) const override
+  {
+    const ArchiveSectionManager section(archive, "picky");
+    archive << SerializationOItem("x", _x);
+    if (_x < 0)
+      throw OwnFailure();
+    return BoolResult(true);
+  }
+  BoolResult read(BaseIArchive& archive) override
+  {
+    const ArchiveSectionManager section(archive, "picky");
+    archive >> SerializationIItem("x", _x);
+    throw OwnFailure();
+  }
+};
+
+TYPED_TEST(BothArchives, AreFailedIfAnObjectLeavesASectionByAnException)
+{
+  Picky picky;
+  const std::string file = fileBy<TypeParam>([&](BaseOArchive& archive) { archive.writeObject("K", picky); });
+  picky._x = -1;
+  std::ostringstream stream;
+  typename TypeParam::OArchive output(stream);
+  EXPECT_THROW(output.writeObject("K", picky), OwnFailure);
+  EXPECT_TRUE(output.isFailed());
+  std::istringstream input(file);
+  typename TypeParam::IArchive archive(input);
+  EXPECT_THROW(archive.readObject("K", picky), OwnFailure);
+  EXPECT_TRUE(archive.isFailed());
+}
+
+TYPED_TEST(BothArchives, AreFailedByAFailureOfTheirOwnWithinASection)
+{
+  std::istringstream stream(
+      fileWithSection<TypeParam>([](BaseOArchive& archive) { archive << SerializationOItem("A", 300); }));
+  typename TypeParam::IArchive archive(stream);
+  EXPECT_THROW(
+      {
+        const ArchiveSectionManager section(archive, "s");
+        unsigned char small = 0;
+        archive >> SerializationIItem("A", small);
+      },
+      ORVELSerializationException);
+  EXPECT_TRUE(archive.isFailed());
+}
+
+// Archives of the caller's own
+
+TYPED_TEST(BothArchives, PassEverySharedObjectThroughWriteObjectPtr)
+{
+  struct Counting : TypeParam::OArchive
+  {
+    using TypeParam::OArchive::OArchive;
+    int nbPointers = 0;
+    void writeObjectPtr(const SerializationOItem<SerializationObjectPtr>& item) override
+    {
+      EXPECT_EQ(item.getKey(), "pObject");
+      ++nbPointers;
+      TypeParam::OArchive::writeObjectPtr(item);
+    }
+  };
+  std::ostringstream stream;
+  Counting archive(stream);
+  const TestPointPtr point = boost::make_shared<TestPoint>();
+  const auto node = boost::make_shared<TestNode>(); // writes a null pointer
+  node->_children = {point};
+  archive << SerializationOItem("A", point) << SerializationOItem("B", TestPointPtr());
+  EXPECT_EQ(archive.nbPointers, 2);
+  archive << SerializationOItem("C", std::vector<TestPointPtr>{point, nullptr});
+  EXPECT_EQ(archive.nbPointers, 4);
+  archive << SerializationOItem("D", std::map<int, TestPointPtr>{{1, point}});
+  EXPECT_EQ(archive.nbPointers, 5);
+  archive << SerializationOItem("E", SerializationObjectPtr(node));
+  EXPECT_EQ(archive.nbPointers, 8); // the node, its null pointer and its child
+  archive << SerializationOItem("F", SerializationObjectConstPtr(point));
+  EXPECT_EQ(archive.nbPointers, 9);
+}
+
 // Objects in place
 
 TYPED_TEST(BothArchives, KeepTheIdentityOfAnObjectInPlace)
@@ -452,6 +810,108 @@ TYPED_TEST(BothArchives, RefuseAClassThatCanNotBeFiled)
             "Archive stream, " + place +
                 ": an object of class orvel::TestNotSerializable can't stand for class "
                 "orvel::BaseSerializationObject");
+}
+
+/// A class that is registered, or not, as a test asks for it.
+class Fleeting
+{
+public:
+  enum class Creator
+  {
+    makesPoints,
+    makesNothing,
+    makesWhatCanNotBeStored
+  };
+
+  Fleeting() { g_creator = Creator::makesPoints; }
+  ~Fleeting() { unRegister(); }
+  Fleeting(const Fleeting&) = delete;
+  Fleeting& operator=(const Fleeting&) = delete;
+
+  static void doRegister() { factory().registerClass(g_name, &createNew, &createShared); }
+  static void unRegister() { factory().unRegisterClass(g_name, &createNew); }
+
+  static constexpr const char* g_name = "orvel::Fleeting1"; // as long as "orvel::TestPoint"
+  static Creator g_creator;
+
+private:
+  static DynamicObjectFactory& factory() { return DynamicObjectFactory::getInstance(); }
+  static BaseDynamicObject* createNew() { return nullptr; }
+  static DynamicObjectPtr createShared()
+  {
+    switch (g_creator)
+    {
+    case Creator::makesPoints:
+      return boost::make_shared<TestPoint>();
+    case Creator::makesNothing:
+      return nullptr;
+    default:
+      return boost::make_shared<TestNotSerializable>();
+    }
+  }
+};
+Fleeting::Creator Fleeting::g_creator = Creator::makesPoints;
+
+/// A file of two objects of the class under the key "object".
+template <class Format>
+std::string fileOfFleeting()
+{
+  std::string file = fileBy<Format>(
+      [](BaseOArchive& archive)
+      {
+        for (int i = 0; i < 2; ++i)
+        {
+          const SerializationObjectPtr point = boost::make_shared<TestPoint>(i, i);
+          archive.writeObjectPtr(SerializationOItem("object", point));
+        }
+      });
+  for (std::size_t at = 0; (at = file.find("orvel::TestPoint", at)) != std::string::npos;)
+    file.replace(at, 16, Fleeting::g_name);
+  return file;
+}
+
+template <class Format, class Between>
+void expectSecondObject(const std::string& failure, Between between)
+{
+  const Fleeting fleeting;
+  Fleeting::doRegister();
+  std::istringstream stream(fileOfFleeting<Format>());
+  typename Format::IArchive archive(stream);
+  SerializationObjectPtr object;
+  const SerializationIItem<SerializationObjectPtr> item("object", object);
+  archive.readObjectPtr(item);
+  ASSERT_NE(object, nullptr);
+  between();
+  if (failure.empty())
+  {
+    archive.readObjectPtr(item);
+    EXPECT_TRUE(dynamic_cast<const TestPoint&>(*object) == TestPoint(1, 1));
+    return;
+  }
+  const std::string message = messageOf<ORVELSerializationException>([&] { archive.readObjectPtr(item); });
+  EXPECT_NE(message.find(failure), std::string::npos) << message;
+  EXPECT_TRUE(archive.isFailed());
+}
+
+TYPED_TEST(BothArchives, AskTheFactoryForEachObject)
+{
+  expectSecondObject<TypeParam>("", [] {});
+  expectSecondObject<TypeParam>(": unknown class \"orvel::Fleeting1\"", [] { Fleeting::unRegister(); });
+  expectSecondObject<TypeParam>("",
+                                []
+                                {
+                                  Fleeting::unRegister();
+                                  Fleeting::doRegister();
+                                });
+}
+
+TYPED_TEST(BothArchives, LookAtEachObjectThatACreatorMakes)
+{
+  const std::string wrongClass =
+      ": an object of class orvel::Fleeting1 can't stand for class orvel::BaseSerializationObject";
+  expectSecondObject<TypeParam>(wrongClass, [] { Fleeting::g_creator = Fleeting::Creator::makesNothing; });
+  expectSecondObject<TypeParam>(wrongClass,
+                                [] { Fleeting::g_creator = Fleeting::Creator::makesWhatCanNotBeStored; });
 }
 
 TYPED_TEST(BothArchives, RefuseTheWrongClassWhenUntrusted)

@@ -224,14 +224,17 @@ TEST(SerializationItems, ReadElementsIntoThePlaceOfTheOldOnes)
   EXPECT_EQ(texts, (std::vector<std::string>{"c", "b", ""}));
 }
 
-TEST(SerializationItems, DropTheOldBitsOfAVectorOfBoolFirst)
+TEST(SerializationItems, ReadBitsIntoThePlaceOfTheOldOnes)
 {
   for (const Kind kind : g_kinds)
   {
     std::vector<bool> bits(3, true);
-    RecordingIArchive archive(kind, {ipUInt64{4}, true});
-    EXPECT_THROW(archive >> SerializationIItem("K", bits), std::logic_error);
-    EXPECT_EQ(bits, (std::vector<bool>{true, false, false, false}));
+    RecordingIArchive longer(kind, {ipUInt64{4}, false});
+    EXPECT_THROW(longer >> SerializationIItem("K", bits), std::logic_error);
+    EXPECT_EQ(bits, (std::vector<bool>{false, true, true, false}));
+    RecordingIArchive shorter(kind, {ipUInt64{2}});
+    EXPECT_THROW(shorter >> SerializationIItem("K", bits), std::logic_error);
+    EXPECT_EQ(bits, (std::vector<bool>{false, true}));
   }
 }
 
