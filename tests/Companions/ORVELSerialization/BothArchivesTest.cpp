@@ -12,6 +12,7 @@
 
 #include "ArchiveTesting.h"
 #include "SampleClasses.h"
+#include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/RaisedFailure.h>
 #include <support/Sanitizers.h>
 
