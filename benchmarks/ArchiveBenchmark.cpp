@@ -46,7 +46,7 @@
 #include <ORVELBaseData/Pattern/Kernel/KernelXY.h>
 #include <ORVELBaseData/Range/ElementsRange.h>
 #include <ORVELSerialization/BinaryArchive.h>
-#include <ORVELSerialization/SerializationItems.h>
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/XmlArchive.h>
 
 namespace orvel::benchmarks

@@ -16,7 +16,7 @@
 #include <ORVELBaseData/Buffer/BufferUtils.h>
 #include <ORVELBaseData/Buffer/TypedOwnBuffer.h>
 #include <ORVELSerialization/BinaryArchive.h>
-#include <ORVELSerialization/SerializationItems.h>
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/XmlArchive.h>
 
 namespace orvel::benchmarks

@@ -15,7 +15,7 @@
 #include "ParameterTree.h"
 #include <ORVELBaseData/DataItem/DataItemUtils.h>
 #include <ORVELSerialization/BinaryArchive.h>
-#include <ORVELSerialization/SerializationItems.h>
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/XmlArchive.h>
 
 namespace orvel::benchmarks

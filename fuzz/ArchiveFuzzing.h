@@ -17,8 +17,8 @@
 #include <ORVELBaseData/Range/ElementsRange.h>
 #include <ORVELSerialization/BaseIArchive.h>
 #include <ORVELSerialization/DataType.h>
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
-#include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel::fuzz
 {

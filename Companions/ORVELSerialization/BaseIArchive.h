@@ -18,7 +18,7 @@ namespace orvel
 ///
 /// A reader asks for the next item with a key and a type. Anything else than that item is a failure that
 /// names the archive, the place, what was expected and what was found. Classes read their members with
-/// `archive >> SerializationIItem(key, value)` (\see SerializationItems.h); the operations below are what
+/// `archive >> SerializationIItem(key, value)` (\see ItemOperators.h); the operations below are what
 /// those operators call and what a concrete archive supplies. All of them raise
 /// ORVELSerializationException on a failure; the value then keeps what it held.
 class ORVELSERIALIZATION_EXPORT BaseIArchive : public BaseArchive

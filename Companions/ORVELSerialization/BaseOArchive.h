@@ -17,7 +17,7 @@ namespace orvel
 /// \brief Archive that objects are written to: a typed, ordered stream of items.
 ///
 /// Classes file their members with `archive << SerializationOItem(key, value)`
-/// (\see SerializationItems.h); the operations below are what those operators call and what a concrete
+/// (\see ItemOperators.h); the operations below are what those operators call and what a concrete
 /// archive supplies. All of them raise ORVELSerializationException if the archive is not open or cannot
 /// take the value.
 class ORVELSERIALIZATION_EXPORT BaseOArchive : public BaseArchive

@@ -11,6 +11,7 @@
 #include <ORVELSerialization/BaseSerializationObject.h>
 #include <ORVELSerialization/BinaryArchive.h>
 #include <ORVELSerialization/DataType.h>
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/NameTable.h>
 #include <ORVELSerialization/NamedEnumerationItems.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
@@ -21,7 +22,6 @@
 #include <ORVELSerialization/SerializableClass.h>
 #include <ORVELSerialization/SerializableClassDefinitions.h>
 #include <ORVELSerialization/SerializationItem.h>
-#include <ORVELSerialization/SerializationItems.h>
 #include <ORVELSerialization/SerializationObjectWithGuid.h>
 #include <ORVELSerialization/SklSrzMode.h>
 #include <ORVELSerialization/XmlArchive.h>

@@ -1,7 +1,7 @@
 #include "ORVELSerialization/SerializableClassDefinitions.h"
 
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/ORVELSerializationLogMessages.h>
-#include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel::details
 {

@@ -20,9 +20,9 @@
 
 #include <ORVELSerialization/BaseIArchive.h>
 #include <ORVELSerialization/BaseOArchive.h>
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/ORVELSerializationExport.h>
 #include <ORVELSerialization/SerializableClass.h>
-#include <ORVELSerialization/SerializationItems.h>
 #include <ORVELUtil/DynamicRegistrator.h>
 #include <ORVELUtil/ORVELUtilLogMessages.h>
 #include <ORVELUtil/Raise.h>

@@ -4,8 +4,8 @@
 #include <boost/uuid/string_generator.hpp>
 #include <boost/uuid/uuid_io.hpp>
 
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/SerializableClassDefinitions.h>
-#include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel
 {

@@ -9,8 +9,8 @@
 #include <ORVELBaseData/Buffer/BufferUtils.h>
 #include <ORVELBaseData/Buffer/Private/OwnedBlock.h>
 #include <ORVELBaseData/ORVELBaseDataLogMessages.h>
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/SerializableClassDefinitions.h>
-#include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel
 {

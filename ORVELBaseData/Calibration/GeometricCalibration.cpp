@@ -5,8 +5,8 @@
 #include <boost/make_shared.hpp>
 
 #include <ORVELBaseData/Calibration/CalibrationLogMessages.h>
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/SerializableClassDefinitions.h>
-#include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel
 {

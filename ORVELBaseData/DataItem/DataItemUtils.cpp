@@ -9,7 +9,7 @@
 #include <ORVELBaseData/DataItem/Map/DataItemMap.h>
 #include <ORVELBaseData/DataItem/NodeColl/BaseDataItemNodeColl.h>
 #include <ORVELMath/RelativeComparison.h>
-#include <ORVELSerialization/SerializationItems.h>
+#include <ORVELSerialization/ItemOperators.h>
 
 namespace orvel
 {

@@ -1,7 +1,7 @@
 #include "ORVELBaseData/Pattern/OffsetXYZ.h"
 
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/SerializableClassDefinitions.h>
-#include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel
 {

@@ -36,7 +36,7 @@ namespace orvel
 /// | with skeleton | eSSM_Full, eSSM_Skeleton | hands the mode on, then the map | the map |
 /// | with skeleton | eSSM_Data | hands the mode on, then an item "curObject" per object | those items |
 ///
-/// The map is the item "_planIndexedColl" (\see SerializationItems.h): reading it drops the old objects
+/// The map is the item "_planIndexedColl" (\see ItemOperators.h): reading it drops the old objects
 /// first; after a failure the collection holds the plans read so far. Null pointers come from an archive, or
 /// from a prototype whose duplicateShared() returns one. In an archive that is not trusted, objects without a
 /// skeleton where there should be one are refused (ORVELSerializationException) and null pointers stand in

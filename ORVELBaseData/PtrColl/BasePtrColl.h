@@ -31,7 +31,7 @@ namespace orvel
 /// | with skeleton | eSSM_Full, eSSM_Skeleton | hands the mode on, then the item "_coll" | the item "_coll" |
 /// | with skeleton | eSSM_Data | hands the mode on, then an item "curObject" per element | those items |
 ///
-/// "_coll" has the form of vectors of shared objects (\see SerializationItems.h): reading it drops the old
+/// "_coll" has the form of vectors of shared objects (\see ItemOperators.h): reading it drops the old
 /// elements first; after a failure the collection holds the elements read so far, and null pointers in place
 /// of the others. In an archive that is not trusted, elements without a skeleton where there should be one
 /// are refused (ORVELSerializationException) and null pointers stand in their places.

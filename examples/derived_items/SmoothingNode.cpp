@@ -3,8 +3,8 @@
 #include <boost/make_shared.hpp>
 
 #include <ORVELBaseData/DataItem/Node/DataItemNodeFactory.h>
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/SerializableClassDefinitions.h>
-#include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel
 {

@@ -10,7 +10,7 @@
 #include <ORVELBaseData/Pattern/Kernel/KernelXY.h>
 #include <ORVELBaseData/Range/ElementsRange.h>
 #include <ORVELSerialization/BinaryArchive.h>
-#include <ORVELSerialization/SerializationItems.h>
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELUtil/DynamicObjectFactory.h>
 #include <ORVELUtil/DynamicRegistrator.h>
 #include <ORVELUtil/ORVELUtilException.h>

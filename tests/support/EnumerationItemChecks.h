@@ -13,9 +13,9 @@
 
 #include <gtest/gtest.h>
 
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
 #include <ORVELSerialization/ORVELSerializationLog.h>
-#include <ORVELSerialization/SerializationItems.h>
 #include <support/EnumerationChecks.h>
 #include <support/HandWrittenArchive.h>
 #include <support/RaisedFailure.h>

@@ -6,7 +6,7 @@
 #include <ORVELBaseData/Buffer/BaseBlockBuffer.h>
 #include <ORVELBaseData/Buffer/BufferUtils.h>
 #include <ORVELBaseData/Buffer/Private/OwnedBlock.h>
-#include <ORVELSerialization/SerializationItems.h>
+#include <ORVELSerialization/ItemOperators.h>
 
 namespace orvel::details
 {

@@ -1,8 +1,8 @@
 #include "ORVELBaseData/DataItem/Leaf/BaseDataItemEnumLeaf.h"
 
 #include <ORVELBaseData/DataItem/DataItemLogMessages.h>
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/SerializableClassDefinitions.h>
-#include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel
 {

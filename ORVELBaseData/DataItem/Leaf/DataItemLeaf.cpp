@@ -1,7 +1,7 @@
 #include "ORVELBaseData/DataItem/Leaf/DataItemLeaf.h"
 
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/SerializableClassDefinitions.h>
-#include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel
 {

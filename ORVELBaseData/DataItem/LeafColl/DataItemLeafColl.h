@@ -17,7 +17,7 @@ namespace orvel
 /// namespace of the kit: "orvel::DataItemLeafColl<ipInt16>". That of bool is packed, one bit per value, as
 /// std::vector<bool> is.
 ///
-/// Archive version 1: the item "_coll", in the form of vectors (\see SerializationItems.h). Its count has 32
+/// Archive version 1: the item "_coll", in the form of vectors (\see ItemOperators.h). Its count has 32
 /// bits: a collection of 2^32 values or more does not survive an archive. Assigned to itself a collection
 /// keeps its values.
 template <class T>

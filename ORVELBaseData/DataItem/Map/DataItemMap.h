@@ -32,7 +32,7 @@ struct DataItemComparison;
 /// duplicates made so far. A map may become a copy of a map that it holds; a copy of a map around it holds a
 /// half-made copy of itself.
 ///
-/// Archive version 1: the item "_itemMap", in the form of maps (\see SerializationItems.h). A reader needs to
+/// Archive version 1: the item "_itemMap", in the form of maps (\see ItemOperators.h). A reader needs to
 /// know nothing of the items: each is created by the name of its class, which has to be registered with
 /// DynamicObjectFactory, and reads itself. Reading drops the old items first; a name that comes again keeps
 /// its last item, and after a failure the map holds the items read so far. Null pointers can come from an

@@ -2,8 +2,8 @@
 
 #include <ORVELBaseData/DataItem/DataItemLogMessages.h>
 #include <ORVELBaseData/DataItem/Private/Duplication.h>
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/SerializableClassDefinitions.h>
-#include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel
 {

@@ -23,7 +23,7 @@ namespace orvel
 /// emptied first, so the collection is empty afterwards. When a node can't be duplicated the target holds the
 /// duplicates made so far.
 ///
-/// Archive version 1: the item "_coll", in the form of vectors of shared objects (\see SerializationItems.h).
+/// Archive version 1: the item "_coll", in the form of vectors of shared objects (\see ItemOperators.h).
 /// Each node is created by the name of its class, which has to be registered with DynamicObjectFactory, and
 /// reads itself. Reading drops the old nodes first; after a failure the collection holds the nodes read so
 /// far, and null pointers in place of the others. Null pointers can come from an archive only, also from a

@@ -11,7 +11,7 @@
 #include <utility>
 
 #include <ORVELBaseData/Pattern/Private/OffsetCoordinates.h>
-#include <ORVELSerialization/SerializationItems.h>
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELUtil/ScalarTypes.h>
 
 namespace orvel::details

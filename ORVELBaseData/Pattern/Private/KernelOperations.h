@@ -6,7 +6,7 @@
 #include <cmath>
 
 #include <ORVELBaseData/Pattern/Private/BoundingBox.h>
-#include <ORVELSerialization/SerializationItems.h>
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELUtil/ScalarTypes.h>
 
 namespace orvel::details

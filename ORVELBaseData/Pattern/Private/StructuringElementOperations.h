@@ -7,7 +7,7 @@
 #include <utility>
 
 #include <ORVELBaseData/Pattern/Private/BoundingBox.h>
-#include <ORVELSerialization/SerializationItems.h>
+#include <ORVELSerialization/ItemOperators.h>
 
 namespace orvel::details
 {

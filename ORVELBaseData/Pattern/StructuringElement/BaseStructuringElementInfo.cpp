@@ -1,7 +1,7 @@
 #include "ORVELBaseData/Pattern/StructuringElement/BaseStructuringElementInfo.h"
 
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/SerializableClassDefinitions.h>
-#include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel
 {

@@ -7,8 +7,8 @@
 #include <ORVELBaseData/Pattern/StructuringElement/StructuringElementInfoUtils.h>
 #include <ORVELBaseData/Pattern/StructuringElement/StructuringElementLogMessages.h>
 #include <ORVELBaseData/Pattern/StructuringElement/StructuringElementUtils.h>
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/SerializableClassDefinitions.h>
-#include <ORVELSerialization/SerializationItems.h>
 
 namespace orvel
 {

@@ -7,7 +7,7 @@
 #include <utility>
 
 #include <ORVELSerialization/BaseObjectWithSkeleton.h>
-#include <ORVELSerialization/SerializationItems.h>
+#include <ORVELSerialization/ItemOperators.h>
 
 namespace orvel::details
 {

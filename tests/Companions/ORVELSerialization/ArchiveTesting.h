@@ -14,8 +14,8 @@
 #include <boost/filesystem/path.hpp>
 
 #include <ORVELSerialization/BinaryArchive.h>
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
-#include <ORVELSerialization/SerializationItems.h>
 #include <ORVELSerialization/XmlArchive.h>
 
 namespace orvel::test

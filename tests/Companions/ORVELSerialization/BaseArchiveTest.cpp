@@ -6,8 +6,8 @@
 #include <gtest/gtest.h>
 
 #include "RecordingArchive.h"
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
-#include <ORVELSerialization/SerializationItems.h>
 #include <support/FailingAllocation.h>
 #include <support/LayoutChecks.h>
 #include <support/RaisedFailure.h>

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "RecordingArchive.h"
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
-#include <ORVELSerialization/SerializationItems.h>
 #include <support/RaisedFailure.h>
 
 namespace

@@ -8,10 +8,10 @@
 
 #include "RecordingArchive.h"
 #include "SampleClasses.h"
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
 #include <ORVELSerialization/ORVELSerializationLog.h>
 #include <ORVELSerialization/SerializableClassDefinitions.h>
-#include <ORVELSerialization/SerializationItems.h>
 #include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/RaisedFailure.h>
 

@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "BufferTesting.h"
-#include <ORVELSerialization/SerializationItems.h>
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/LayoutChecks.h>
 #include <support/Sanitizers.h>

@@ -12,8 +12,8 @@
 #include <gtest/gtest.h>
 
 #include "BufferTesting.h"
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
-#include <ORVELSerialization/SerializationItems.h>
 #include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/LayoutChecks.h>
 #include <support/Sanitizers.h>

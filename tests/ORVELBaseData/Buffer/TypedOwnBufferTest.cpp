@@ -9,8 +9,8 @@
 
 #include "BufferTesting.h"
 #include <ORVELBaseData/ORVELBaseDataException.h>
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
-#include <ORVELSerialization/SerializationItems.h>
 #include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/FailingAllocation.h>
 #include <support/HandWrittenArchive.h>

@@ -16,9 +16,9 @@
 
 #include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELBaseData/ORVELBaseDataLog.h>
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
 #include <ORVELSerialization/ORVELSerializationLog.h>
-#include <ORVELSerialization/SerializationItems.h>
 #include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/FailingAllocation.h>
 #include <support/HandWrittenArchive.h>

@@ -18,7 +18,7 @@
 
 #include <ORVELSerialization/BaseOArchive.h>
 #include <ORVELSerialization/BaseSerializationObject.h>
-#include <ORVELSerialization/SerializationItems.h>
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELUtil/ScalarTypes.h>
 
 namespace orvel::test

@@ -16,7 +16,7 @@
 #include <ORVELBaseData/DataItem/Node/DataItemNodeFactory.h>
 #include <ORVELBaseData/DataItem/NodeColl/BaseDataItemNodeColl.h>
 #include <ORVELBaseData/ORVELBaseDataException.h>
-#include <ORVELSerialization/SerializationItems.h>
+#include <ORVELSerialization/ItemOperators.h>
 #include <support/HandWrittenArchive.h>
 #include <support/SampleNode.h>
 

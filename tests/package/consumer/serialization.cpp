@@ -4,7 +4,7 @@
 #include <string>
 
 #include <ORVELSerialization/BinaryArchive.h>
-#include <ORVELSerialization/SerializationItems.h>
+#include <ORVELSerialization/ItemOperators.h>
 
 int main()
 {

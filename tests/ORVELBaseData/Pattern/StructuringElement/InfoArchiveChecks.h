@@ -12,8 +12,8 @@
 #include <gtest/gtest.h>
 
 #include "InfoTesting.h"
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
-#include <ORVELSerialization/SerializationItems.h>
 #include <support/HandWrittenArchive.h>
 #include <support/RaisedFailure.h>
 

@@ -1,4 +1,4 @@
-#include "ORVELSerialization/SerializationItems.h"
+#include "ORVELSerialization/ItemOperators.h"
 
 #include <limits>
 #include <new>
@@ -40,7 +40,7 @@ const Kind g_kinds[] = {Kind::elementWise, Kind::blocks};
 
 // Scalars
 
-TEST(SerializationItems, HoldAKeyAndAReference)
+TEST(ItemOperators, HoldAKeyAndAReference)
 {
   int value = 5;
   const SerializationOItem output("K", value);
@@ -54,7 +54,7 @@ TEST(SerializationItems, HoldAKeyAndAReference)
   static_assert(std::is_same_v<decltype(input.getValue()), int&>);
 }
 
-TEST(SerializationItems, HoldNothingElse)
+TEST(ItemOperators, HoldNothingElse)
 {
   const std::string value;
   const SerializationOItem output("K", value);
@@ -65,7 +65,7 @@ TEST(SerializationItems, HoldNothingElse)
   static_assert(!std::is_polymorphic_v<SerializationIItem<std::string>>);
 }
 
-TEST(SerializationItems, FileEachScalarAsOneValue)
+TEST(ItemOperators, FileEachScalarAsOneValue)
 {
   for (const Kind kind : g_kinds)
   {
@@ -97,7 +97,7 @@ void expectRead(RecordingIArchive::Value answer, T expected, const std::string& 
   }
 }
 
-TEST(SerializationItems, ReadEachScalarInItsOwnWidth)
+TEST(ItemOperators, ReadEachScalarInItsOwnWidth)
 {
   expectRead<bool>(true, true, "bool K");
   expectRead<signed char>(ipInt64{-128}, -128, "integer K [-128, 127]");
@@ -119,7 +119,7 @@ TEST(SerializationItems, ReadEachScalarInItsOwnWidth)
 
 // Objects in place
 
-TEST(SerializationItems, MoveAnObjectInPlaceThroughItsOwnWriteAndRead)
+TEST(ItemOperators, MoveAnObjectInPlaceThroughItsOwnWriteAndRead)
 {
   EXPECT_EQ(written(TestPoint(1, 2)), (Calls{"object K {", "section orvel::TestPoint {", "unsigned version 3",
                                              "}", "integer _x 1", "integer _y 2", "}"}));
@@ -130,7 +130,7 @@ TEST(SerializationItems, MoveAnObjectInPlaceThroughItsOwnWriteAndRead)
   EXPECT_TRUE(point == TestPoint(1, 2));
 }
 
-TEST(SerializationItems, MoveAnObjectByAReferenceToItsRoot)
+TEST(ItemOperators, MoveAnObjectByAReferenceToItsRoot)
 {
   const TestPoint point(1, 2);
   const BaseSerializationObject& root = point;
@@ -143,7 +143,7 @@ TEST(SerializationItems, MoveAnObjectByAReferenceToItsRoot)
 
 // Vectors
 
-TEST(SerializationItems, FileAVectorOfNumbersElementByElement)
+TEST(ItemOperators, FileAVectorOfNumbersElementByElement)
 {
   EXPECT_EQ(written(std::vector<short>{-1, 2}, Kind::elementWise),
             (Calls{"section K {", "section vector {", "unsigned size 2", "integer value -1",
@@ -170,7 +170,7 @@ void expectBlock()
   EXPECT_EQ(target, values);
 }
 
-TEST(SerializationItems, FileAVectorOfNumbersAsOneBlockElsewhere)
+TEST(ItemOperators, FileAVectorOfNumbersAsOneBlockElsewhere)
 {
   expectBlock<signed char>();
   expectBlock<unsigned char>();
@@ -184,7 +184,7 @@ TEST(SerializationItems, FileAVectorOfNumbersAsOneBlockElsewhere)
   expectBlock<double>();
 }
 
-TEST(SerializationItems, FileTheBlockOfAnEmptyVectorToo)
+TEST(ItemOperators, FileTheBlockOfAnEmptyVectorToo)
 {
   EXPECT_EQ(written(std::vector<ipUInt8>{}),
             (Calls{"section K {", "section vector {", "unsigned size 0", "block of 0 bytes", "}", "}"}));
@@ -195,7 +195,7 @@ TEST(SerializationItems, FileTheBlockOfAnEmptyVectorToo)
   EXPECT_TRUE(target.empty());
 }
 
-TEST(SerializationItems, ReadAVectorOfNumbersElementByElement)
+TEST(ItemOperators, ReadAVectorOfNumbersElementByElement)
 {
   std::vector<short> values = {9, 9, 9};
   EXPECT_EQ(read(values, {ipUInt64{2}, ipInt64{-1}, ipInt64{2}}, Kind::elementWise),
@@ -204,7 +204,7 @@ TEST(SerializationItems, ReadAVectorOfNumbersElementByElement)
   EXPECT_EQ(values, (std::vector<short>{-1, 2}));
 }
 
-TEST(SerializationItems, ReadElementsIntoThePlaceOfTheOldOnes)
+TEST(ItemOperators, ReadElementsIntoThePlaceOfTheOldOnes)
 {
   // Resized first: what a failure leaves is the new length, with old elements behind the new ones.
   std::vector<short> numbers = {7, 8, 9};
@@ -224,7 +224,7 @@ TEST(SerializationItems, ReadElementsIntoThePlaceOfTheOldOnes)
   EXPECT_EQ(texts, (std::vector<std::string>{"c", "b", ""}));
 }
 
-TEST(SerializationItems, ReadBitsIntoThePlaceOfTheOldOnes)
+TEST(ItemOperators, ReadBitsIntoThePlaceOfTheOldOnes)
 {
   for (const Kind kind : g_kinds)
   {
@@ -238,7 +238,7 @@ TEST(SerializationItems, ReadBitsIntoThePlaceOfTheOldOnes)
   }
 }
 
-TEST(SerializationItems, FileOtherVectorsElementByElementInEveryArchive)
+TEST(ItemOperators, FileOtherVectorsElementByElementInEveryArchive)
 {
   for (const Kind kind : g_kinds)
   {
@@ -260,7 +260,7 @@ TEST(SerializationItems, FileOtherVectorsElementByElementInEveryArchive)
   }
 }
 
-TEST(SerializationItems, ReadOtherVectorsElementByElementInEveryArchive)
+TEST(ItemOperators, ReadOtherVectorsElementByElementInEveryArchive)
 {
   for (const Kind kind : g_kinds)
   {
@@ -292,7 +292,7 @@ TEST(SerializationItems, ReadOtherVectorsElementByElementInEveryArchive)
   }
 }
 
-TEST(SerializationItems, LetTheOldElementsOfAVectorOfPointersGoFirst)
+TEST(ItemOperators, LetTheOldElementsOfAVectorOfPointersGoFirst)
 {
   const int nbBefore = TestNode::g_nbAlive;
   std::vector<TestNodePtr> nodes = {boost::make_shared<TestNode>(), boost::make_shared<TestNode>()};
@@ -303,7 +303,7 @@ TEST(SerializationItems, LetTheOldElementsOfAVectorOfPointersGoFirst)
   EXPECT_EQ(nodes, (std::vector<TestNodePtr>{nullptr, nullptr}));
 }
 
-TEST(SerializationItems, KeepTheOldElementsIfNotEvenTheCountComes)
+TEST(ItemOperators, KeepTheOldElementsIfNotEvenTheCountComes)
 {
   std::vector<TestNodePtr> nodes = {boost::make_shared<TestNode>()};
   RecordingIArchive archive;
@@ -343,7 +343,7 @@ struct LazyAllocator
   bool operator!=(const LazyAllocator&) const { return false; }
 };
 
-TEST(SerializationItems, CutACountToItsLowThirtyTwoBits)
+TEST(ItemOperators, CutACountToItsLowThirtyTwoBits)
 {
   const std::vector<unsigned short, LazyAllocator<unsigned short>> values((std::size_t{1} << 32U) + 5);
   // The block is that of the vector: what is cut is the number that is stored.
@@ -351,7 +351,7 @@ TEST(SerializationItems, CutACountToItsLowThirtyTwoBits)
                                     "block of 8589934602 bytes", "}", "}"}));
 }
 
-TEST(SerializationItems, StoreTheLargestCountThatFits)
+TEST(ItemOperators, StoreTheLargestCountThatFits)
 {
   const std::vector<unsigned char, LazyAllocator<unsigned char>> values(4294967295U);
   EXPECT_EQ(written(values), (Calls{"section K {", "section vector {", "unsigned size 4294967295",
@@ -360,7 +360,7 @@ TEST(SerializationItems, StoreTheLargestCountThatFits)
 
 // Sets
 
-TEST(SerializationItems, FileASetInItsOrder)
+TEST(ItemOperators, FileASetInItsOrder)
 {
   for (const Kind kind : g_kinds)
   {
@@ -374,7 +374,7 @@ TEST(SerializationItems, FileASetInItsOrder)
   }
 }
 
-TEST(SerializationItems, KeepTheFirstOfRepeatedSetElements)
+TEST(ItemOperators, KeepTheFirstOfRepeatedSetElements)
 {
   for (const Kind kind : g_kinds)
   {
@@ -409,7 +409,7 @@ TEST(SerializationItems, KeepTheFirstOfRepeatedSetElements)
 
 // Maps
 
-TEST(SerializationItems, FileAMapInItsOrder)
+TEST(ItemOperators, FileAMapInItsOrder)
 {
   for (const Kind kind : g_kinds)
   {
@@ -422,7 +422,7 @@ TEST(SerializationItems, FileAMapInItsOrder)
   }
 }
 
-TEST(SerializationItems, FileMapKeysInPlaceAndMappedPointersAsPointers)
+TEST(ItemOperators, FileMapKeysInPlaceAndMappedPointersAsPointers)
 {
   const std::map<TestPoint, TestPointPtr> map = {{TestPoint(1, 2), boost::make_shared<TestPoint>(3, 4)}};
   EXPECT_EQ(written(map),
@@ -442,7 +442,7 @@ TEST(SerializationItems, FileMapKeysInPlaceAndMappedPointersAsPointers)
   EXPECT_EQ(target.begin()->second, mapped);
 }
 
-TEST(SerializationItems, KeepTheLastOfRepeatedMapKeys)
+TEST(ItemOperators, KeepTheLastOfRepeatedMapKeys)
 {
   std::map<int, std::string> map = {{50, "old"}};
   EXPECT_EQ(read(map, {ipUInt64{4}, ipInt64{2}, std::string("a"), ipInt64{1}, std::string("b"), ipInt64{2},
@@ -452,7 +452,7 @@ TEST(SerializationItems, KeepTheLastOfRepeatedMapKeys)
   EXPECT_EQ(map, (std::map<int, std::string>{{1, "b"}, {2, "c"}, {9, "d"}}));
 }
 
-TEST(SerializationItems, EnterEachEntryAsItIsRead)
+TEST(ItemOperators, EnterEachEntryAsItIsRead)
 {
   std::map<int, int> map = {{50, 50}};
   RecordingIArchive archive(Kind::blocks, {ipUInt64{2}, ipInt64{1}, ipInt64{10}, ipInt64{2}});
@@ -465,7 +465,7 @@ TEST(SerializationItems, EnterEachEntryAsItIsRead)
   EXPECT_EQ(set, (std::set<TestPoint>{TestPoint(1, 10)}));
 }
 
-TEST(SerializationItems, EmptySetsAndMapsAlsoIfNotEvenTheCountComes)
+TEST(ItemOperators, EmptySetsAndMapsAlsoIfNotEvenTheCountComes)
 {
   for (const Kind kind : g_kinds)
   {
@@ -483,7 +483,7 @@ TEST(SerializationItems, EmptySetsAndMapsAlsoIfNotEvenTheCountComes)
 
 // Containers of containers
 
-TEST(SerializationItems, FileContainersWithinContainers)
+TEST(ItemOperators, FileContainersWithinContainers)
 {
   const std::map<int, std::vector<std::vector<short>>> map = {{1, {{2, 3}, {}}}};
   EXPECT_EQ(written(map), (Calls{"section K {",
@@ -513,7 +513,7 @@ TEST(SerializationItems, FileContainersWithinContainers)
 
 // Shared objects
 
-TEST(SerializationItems, FileASharedObjectUnderTheNameOfItsType)
+TEST(ItemOperators, FileASharedObjectUnderTheNameOfItsType)
 {
   for (const Kind kind : g_kinds)
   {
@@ -538,14 +538,14 @@ struct LongNamed : TestPoint
   }
 };
 
-TEST(SerializationItems, FileASharedObjectUnderANameOfAnyLength)
+TEST(ItemOperators, FileASharedObjectUnderANameOfAnyLength)
 {
   EXPECT_EQ(written(boost::shared_ptr<LongNamed>(), Kind::elementWise),
             (Calls{"section K {", "section shared_ptr<orvel::" + std::string(500, 'a') + "> {",
                    "pointer pObject null", "}", "}"}));
 }
 
-TEST(SerializationItems, ReadASharedObjectUnderTheNameOfNoType)
+TEST(ItemOperators, ReadASharedObjectUnderTheNameOfNoType)
 {
   for (const Kind kind : g_kinds)
   {
@@ -559,7 +559,7 @@ TEST(SerializationItems, ReadASharedObjectUnderTheNameOfNoType)
   }
 }
 
-TEST(SerializationItems, TakePointersToConstantObjects)
+TEST(ItemOperators, TakePointersToConstantObjects)
 {
   const boost::shared_ptr<const TestPoint> point = boost::make_shared<TestPoint>(1, 2);
   RecordingOArchive archive;
@@ -579,7 +579,7 @@ TEST(SerializationItems, TakePointersToConstantObjects)
   EXPECT_EQ(target, object);
 }
 
-TEST(SerializationItems, TrustTheClassOfASharedObjectUnlessToldOtherwise)
+TEST(ItemOperators, TrustTheClassOfASharedObjectUnlessToldOtherwise)
 {
   if (isSanitized)
     GTEST_SKIP() << "a conversion on trust to a wrong class is what the sanitizers look for";
@@ -590,7 +590,7 @@ TEST(SerializationItems, TrustTheClassOfASharedObjectUnlessToldOtherwise)
   EXPECT_EQ(point->getClassName(), "orvel::TestWithMode"); // no point at all, as the contract says
 }
 
-TEST(SerializationItems, RefuseAnotherClassWhenUntrusted)
+TEST(ItemOperators, RefuseAnotherClassWhenUntrusted)
 {
   RecordingIArchive archive(Kind::blocks, {SerializationObjectPtr(boost::make_shared<TestWithMode>())});
   archive.setUntrusted(true);
@@ -604,7 +604,7 @@ TEST(SerializationItems, RefuseAnotherClassWhenUntrusted)
   EXPECT_TRUE(archive.isFailed());
 }
 
-TEST(SerializationItems, TakeDerivedClassesAndNullWhenUntrusted)
+TEST(ItemOperators, TakeDerivedClassesAndNullWhenUntrusted)
 {
   const SerializationObjectPtr object = boost::make_shared<TestWithMode>();
   RecordingIArchive archive(Kind::blocks, {object, SerializationObjectPtr()});
@@ -618,7 +618,7 @@ TEST(SerializationItems, TakeDerivedClassesAndNullWhenUntrusted)
 
 // Counts that an archive can't fill
 
-TEST(SerializationItems, AskTheArchiveBeforeAVectorGrows)
+TEST(ItemOperators, AskTheArchiveBeforeAVectorGrows)
 {
   std::vector<double> values = {1, 2};
   RecordingIArchive archive(Kind::blocks, {ipUInt64{4294967295}});
@@ -641,7 +641,7 @@ void expectCountRefused(Kind kind)
   EXPECT_TRUE(values.empty());
 }
 
-TEST(SerializationItems, AskTheArchiveBeforeAnyContainerGrows)
+TEST(ItemOperators, AskTheArchiveBeforeAnyContainerGrows)
 {
   expectCountRefused<std::vector<float>>(Kind::elementWise);
   for (const Kind kind : g_kinds)

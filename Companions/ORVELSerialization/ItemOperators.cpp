@@ -1,4 +1,4 @@
-#include "ORVELSerialization/SerializationItems.h"
+#include "ORVELSerialization/ItemOperators.h"
 
 #include <ORVELSerialization/DataType.h>
 
