@@ -28,8 +28,10 @@ double normalDistribution(double x, double stdDev, double mean)
 
 double normalDistributionFirstDerivative(double x, double stdDev, double mean)
 {
-  const double deviation = (mean - x) / stdDev;
-  return timesDensity(deviation / stdDev, normalDistribution(x, stdDev, mean));
+  const double towardsMean = 0 - (x - mean); // at the mean +0, whatever the signs of two zeros
+  const double slope = timesDensity(towardsMean / stdDev / stdDev, normalDistribution(x, stdDev, mean));
+  // One sign for a slope of 0, whether the density, the factor or their product underflows.
+  return slope == 0 ? std::copysign(slope, towardsMean) : slope;
 }
 
 double normalDistributionSecondDerivative(double x, double stdDev, double mean)

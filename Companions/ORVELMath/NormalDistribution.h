@@ -24,7 +24,8 @@ ORVELMATH_EXPORT double normalDistribution(double x, double stdDev, double mean)
 
 /// \brief Return the first derivative of the normal density with respect to \p x, in 1 / (unit of x)^2.
 ///
-/// -((x - mean) / stdDev^2) times the density. At the mean it is +0.
+/// -((x - mean) / stdDev^2) times the density. At the mean it is +0. Where it underflows it is -0 above the
+/// mean and +0 below.
 ORVELMATH_EXPORT double normalDistributionFirstDerivative(double x, double stdDev, double mean);
 
 /// \brief Return the second derivative of the normal density with respect to \p x, in 1 / (unit of x)^3.

@@ -8,6 +8,7 @@
 #include <boost/make_shared.hpp>
 
 #include <ORVELBaseData/Pattern/Kernel/KernelLogMessages.h>
+#include <ORVELBaseData/Pattern/Private/ComputedNaN.h>
 #include <ORVELBaseData/Pattern/Private/OffsetCoordinates.h>
 #include <ORVELMath/Round.h>
 
@@ -166,9 +167,9 @@ void addShare(Kernel& kernel, const typename Kernel::OffsetType& offset, ipReal3
   if (!isKept(share, keepNullCoefs))
     return;
   if (kernel.exists(offset))
-    kernel.replace(offset, kernel.getValue(offset) + share);
+    kernel.replace(offset, details::withDefaultNaN(kernel.getValue(offset) + share));
   else
-    kernel.insert(offset, share);
+    kernel.insert(offset, details::withDefaultNaN(share));
 }
 
 /// A coordinate between two of the grid: the one that it is truncated to, the next one, and their weights.
@@ -317,7 +318,7 @@ KernelXYPtr rotate2dKernel(ipReal32 angle, boost::shared_ptr<const KernelXY> pKe
     else
     {
       // The absolute value is that of the coefficient there alone, and the half comes before the division.
-      rotated->replace(place, (std::abs(rotated->getValue(place)) + value) * 0.5F);
+      rotated->replace(place, details::withDefaultNaN((std::abs(rotated->getValue(place)) + value) * 0.5F));
       counts.replace(place, counts.getValue(place) + 1);
     }
   }

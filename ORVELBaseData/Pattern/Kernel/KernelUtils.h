@@ -28,7 +28,7 @@
 ///
 /// All is computed in single precision. An angle that is NaN or infinite gives NaN coordinates, which round
 /// and truncate to -2147483648. A snapped line takes its last axis for the dominant one then and steps on it;
-/// in space that axis is still good where only the azimuth is not.
+/// in space that axis is still good where only the azimuth is not. NaN shares are the default quiet NaN.
 ///
 /// **Errors.** ORVELBaseDataException for an even number of values of a line (eEvenKernelSize) and for a box
 /// whose size is not that of the list (eKernelSizeMismatchXY, eKernelSizeMismatchXYZ). Snapped lines of more

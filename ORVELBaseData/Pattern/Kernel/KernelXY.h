@@ -32,6 +32,9 @@ struct KernelOperations;
 ///    subtracts from, so that they may differ by rounding from a fresh summation. NaN and infinity are
 ///    legal coefficients and spoil both sums until clear().
 ///
+/// A NaN coefficient is stored as it is given. A NaN that is computed, in a sum, a product or by a builder,
+/// is the default quiet NaN, which is positive.
+///
 /// A kernel has two empty states. Fresh or cleared: box and sums are 0. Emptied by remove: each minimum is
 /// 2147483647, each size 2, and the sums hold what rounding left. Both answer alike, and after the next
 /// insert both have the box of that one tap.

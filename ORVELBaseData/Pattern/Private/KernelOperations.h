@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include <ORVELBaseData/Pattern/Private/BoundingBox.h>
+#include <ORVELBaseData/Pattern/Private/ComputedNaN.h>
 #include <ORVELSerialization/ItemOperators.h>
 #include <ORVELUtil/ScalarTypes.h>
 
@@ -66,9 +67,9 @@ struct KernelOperations
   static void multiply(Kernel& kernel, ipReal32 factor)
   {
     for (auto& tap : kernel._dataColl)
-      tap.second *= factor;
-    kernel._coefSum *= factor;
-    kernel._absCoefSum *= factor;
+      tap.second = withDefaultNaN(tap.second * factor);
+    kernel._coefSum = withDefaultNaN(kernel._coefSum * factor);
+    kernel._absCoefSum = withDefaultNaN(kernel._absCoefSum * factor);
   }
 
   static void clear(Kernel& kernel)
@@ -82,7 +83,7 @@ struct KernelOperations
   static ipReal32 computeAbsCoefSum(Kernel& kernel)
   {
     for (auto& tap : kernel._dataColl)
-      tap.second = std::abs(tap.second) + tap.second;
+      tap.second = withDefaultNaN(std::abs(tap.second) + tap.second);
     return 0;
   }
 
@@ -122,14 +123,14 @@ private:
 
   static void addToSums(Kernel& kernel, Value value)
   {
-    kernel._coefSum += value;
-    kernel._absCoefSum += std::abs(value);
+    kernel._coefSum = withDefaultNaN(kernel._coefSum + value);
+    kernel._absCoefSum = withDefaultNaN(kernel._absCoefSum + std::abs(value));
   }
 
   static void subtractFromSums(Kernel& kernel, Value value)
   {
-    kernel._coefSum -= value;
-    kernel._absCoefSum -= std::abs(value);
+    kernel._coefSum = withDefaultNaN(kernel._coefSum - value);
+    kernel._absCoefSum = withDefaultNaN(kernel._absCoefSum - std::abs(value));
   }
 };
 

@@ -66,6 +66,32 @@ TEST(NormalDistributionFirstDerivative, IsPositiveZeroAtTheMean)
 {
   EXPECT_EQ(normalDistributionFirstDerivative(3, 2, 3), 0);
   EXPECT_FALSE(std::signbit(normalDistributionFirstDerivative(3, 2, 3)));
+  for (const double x : {0.0, -0.0})
+    for (const double mean : {0.0, -0.0})
+      EXPECT_FALSE(std::signbit(normalDistributionFirstDerivative(x, 1, mean))) << x << " " << mean;
+}
+
+TEST(NormalDistributionFirstDerivative, IsNegativeZeroAboveTheMeanWhereItUnderflows)
+{
+  // The density of the first three, the product of the fourth, the factor of the others.
+  const double arguments[][2] = {{0.4, 0.01}, {1e300, 1e-10}, {2e10, 1},
+                                 {1, 1e120},  {1, 1e300},     {1, g_infinity}};
+  for (const auto& [x, stdDev] : arguments)
+  {
+    const double above = normalDistributionFirstDerivative(5 + x, stdDev, 5);
+    EXPECT_EQ(above, 0) << x << " " << stdDev;
+    EXPECT_TRUE(std::signbit(above)) << x << " " << stdDev;
+    const double below = normalDistributionFirstDerivative(5 - x, stdDev, 5);
+    EXPECT_EQ(below, 0) << x << " " << stdDev;
+    EXPECT_FALSE(std::signbit(below)) << x << " " << stdDev;
+  }
+}
+
+TEST(NormalDistributionSecondDerivative, IsPositiveZeroFarOut)
+{
+  EXPECT_FALSE(std::signbit(normalDistributionSecondDerivative(100, 1, 0)));
+  EXPECT_FALSE(std::signbit(normalDistributionSecondDerivative(-100, 1, 0)));
+  EXPECT_FALSE(std::signbit(normalDistributionSecondDerivative(1, g_infinity, 0)));
 }
 
 TEST(NormalDistributionFirstDerivative, IsTheSlopeOfTheDensity)

@@ -18,7 +18,8 @@
 /// **Coefficients.** Computed in double precision and rounded once to float. The smoothing kernels hold the
 /// raw density: their sum is below 1 where the kernel is cut, and may be above 1 for a small standard
 /// deviation. The gradient and Hessian coefficients are divided by mass(n + 1), or by the float epsilon where
-/// that is larger. A coefficient of 0 is a tap like any other. The gradient is negative at positive offsets.
+/// that is larger. A coefficient of 0 is a tap like any other. The gradient is negative at positive offsets;
+/// it is +0 at the centre, and where it underflows -0 at positive and +0 at negative offsets.
 ///
 /// **Parameters.**
 ///  - \c stdDevX, \c stdDevY, \c stdDevZ: standard deviation along each axis, above 0, in offset steps;

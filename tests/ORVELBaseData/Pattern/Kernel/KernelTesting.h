@@ -7,6 +7,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <map>
 #include <ostream>
@@ -27,6 +28,25 @@ inline bool isSame(float one, float other)
 {
   return std::memcmp(&one, &other, sizeof one) == 0 || (std::isnan(one) && std::isnan(other));
 }
+
+/// \brief Return a coefficient as its bits: the sign of a zero or a NaN shows.
+inline std::uint32_t bitsOf(float value)
+{
+  std::uint32_t bits = 0;
+  std::memcpy(&bits, &value, sizeof bits);
+  return bits;
+}
+
+/// \brief Return the coefficient that has these bits.
+inline float floatOf(std::uint32_t bits)
+{
+  float value = 0;
+  std::memcpy(&value, &bits, sizeof value);
+  return value;
+}
+
+inline constexpr std::uint32_t g_defaultNaNBits =
+    0x7FC00000; ///< the NaN that arithmetic gives, on every build
 
 /// \brief A tap of the plane. Taps are equal to the bit.
 struct TapXY

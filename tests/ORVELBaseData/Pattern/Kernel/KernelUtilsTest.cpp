@@ -12,6 +12,7 @@
 #include <string>
 #include <thread>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include <boost/make_shared.hpp>
@@ -988,6 +989,54 @@ TEST(LinearInterpolatedKernel, HandsTheWholeOfEachValueOut)
   }
 }
 
+/// Expects that every tap is the NaN that has one form on every build.
+template <class Kernel>
+void expectDefaultNaNs(const Kernel& kernel, std::size_t nbTaps)
+{
+  EXPECT_EQ(kernel.getNbData(), nbTaps);
+  for (const auto& tap : kernel.getDataColl())
+    EXPECT_EQ(bitsOf(tap.second), g_defaultNaNBits);
+  EXPECT_EQ(bitsOf(kernel.getCoefSum()), g_defaultNaNBits);
+  EXPECT_EQ(bitsOf(kernel.getAbsCoefSum()), g_defaultNaNBits);
+}
+
+TEST(LinearInterpolatedKernel, HasOneFormOfNaNForAnAngleThatIsNone)
+{
+  const float negativeNaN = floatOf(0xFFC12345);
+  const Real32Vector lists[] = {{1, 0, 2}, {-1, negativeNaN, 2}, {g_nan, -g_infinity, negativeNaN}};
+  for (const Real32Vector& values : lists)
+    for (const float angle : {g_nan, negativeNaN, g_infinity, -g_infinity})
+    {
+      expectDefaultNaNs(*linearInterpolatedKernelXY(angle, values, false), 4);
+      expectDefaultNaNs(*linearInterpolatedKernelXYZ(angle, angle, values, false), 8);
+      for (const auto& tap : linearInterpolatedKernelXYZ(angle, 0.5F, values, true)->getDataColl())
+        EXPECT_EQ(bitsOf(tap.second), g_defaultNaNBits);
+      for (const auto& tap : linearInterpolatedKernelXYZ(0.5F, angle, {values[0]}, true)->getDataColl())
+        EXPECT_EQ(bitsOf(tap.second), g_defaultNaNBits);
+    }
+}
+
+TEST(LinearInterpolatedKernel, HasOneFormOfNaNForValuesThatAreNone)
+{
+  const float negativeNaN = floatOf(0xFFC12345);
+  expectDefaultNaNs(*linearInterpolatedKernelXY(0.7F, {0, negativeNaN, 0}, false), 4);
+  expectDefaultNaNs(*linearInterpolatedKernelXYZ(1, 2, {0, negativeNaN, 0}, false), 8);
+  // Both ends have shares at the same four places.
+  expectDefaultNaNs(*linearInterpolatedKernelXY(g_pi / 4, {negativeNaN, 0, g_nan}, false), 4);
+  expectDefaultNaNs(*linearInterpolatedKernelXY(g_pi / 4, {g_nan, 0, negativeNaN}, false), 4);
+  // Infinity less infinity at one of the four, infinity times no weight at three.
+  expectDefaultNaNs(*linearInterpolatedKernelXY(g_pi / 4, {g_infinity, g_infinity, -g_infinity}, false), 4);
+}
+
+TEST(KernelBuilders, KeepAGivenNaNAsItIs)
+{
+  const float payload = floatOf(0xFFC12345);
+  EXPECT_EQ(bitsOf(rectangularKernelXY(1, 0, {1, payload, 2}, false)->getValue(OffsetXY(0, 0))), 0xFFC12345U);
+  EXPECT_EQ(bitsOf(cubicKernelXYZ(0, {payload}, false)->getValue(OffsetXYZ(0, 0, 0))), 0xFFC12345U);
+  EXPECT_EQ(bitsOf(linearKernelXY(1, {payload}, false)->getValue(OffsetXY(0, 0))), 0xFFC12345U);
+  EXPECT_EQ(bitsOf(linearKernelXYZ(1, 1, {payload}, false)->getValue(OffsetXYZ(0, 0, 0))), 0xFFC12345U);
+}
+
 // --- Rotation ------------------------------------------------------------------------------------------
 
 KernelXYPtr makeKernel(const TapsXY& taps)
@@ -1167,6 +1216,21 @@ TEST(Rotate2dKernel, SendsAllTapsToTheLowestPlaceForAnAngleThatIsNone)
     EXPECT_EQ(tapsOf(*rotate2dKernel(angle, makeKernel({{-1, 0, 1}, {0, 0, 2}, {1, 0, 4.5F}}))),
               (TapsXY{{g_lowest, g_lowest, 1}}))
         << angle;
+}
+
+TEST(Rotate2dKernel, HasOneFormOfNaNWhereTapsMeet)
+{
+  const float negativeNaN = floatOf(0xFFC12345);
+  for (const auto& [first, second] :
+       {std::pair(g_nan, negativeNaN), std::pair(negativeNaN, g_nan), std::pair(negativeNaN, 5.0F),
+        std::pair(5.0F, negativeNaN), std::pair(g_infinity, -g_infinity)})
+  {
+    const KernelXYPtr rotated = rotate2dKernel(g_pi / 4, makeKernel({{1, 0, first}, {2, 0, second}}));
+    EXPECT_EQ(rotated->getNbData(), 1U);
+    EXPECT_EQ(bitsOf(rotated->getValue(OffsetXY(1, 1))), g_defaultNaNBits) << first << " " << second;
+  }
+  EXPECT_EQ(bitsOf(rotate2dKernel(g_pi, makeKernel({{1, 0, negativeNaN}}))->getValue(OffsetXY(-1, 0))),
+            0xFFC12345U); // met by none
 }
 
 TEST(Rotate2dKernel, SendsATapBeyondTheGridToTheLowestCoordinate)

@@ -17,6 +17,7 @@
 #include <boost/scoped_ptr.hpp>
 #include <gtest/gtest.h>
 
+#include "../Kernel/KernelTesting.h"
 #include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELBaseData/Pattern/Kernel/KernelXY.h>
 #include <ORVELBaseData/Pattern/Kernel/KernelXYZ.h>
@@ -569,6 +570,54 @@ TYPED_TEST(Kernel, TakesNaNAsACoefficientThatPoisonsBothSums)
   kernel.remove(this->at(1, 1, 1));
   EXPECT_TRUE(std::isnan(kernel.getCoefSum()));
   EXPECT_TRUE(std::isnan(kernel.getAbsCoefSum()));
+}
+
+template <class KernelType>
+void expectDefaultNaNSums(const KernelType& kernel)
+{
+  EXPECT_EQ(bitsOf(kernel.getCoefSum()), g_defaultNaNBits);
+  EXPECT_EQ(bitsOf(kernel.getAbsCoefSum()), g_defaultNaNBits);
+}
+
+TYPED_TEST(Kernel, KeepsAGivenNaNAndHasOneFormOfItInBothSums)
+{
+  TypeParam kernel;
+  kernel.insert(this->at(0, 0), floatOf(0xFFC12345));
+  expectDefaultNaNSums(kernel);
+  kernel.insert(this->at(1, 0), floatOf(0xFFC00000));
+  expectDefaultNaNSums(kernel);
+  kernel.replace(this->at(1, 0), floatOf(0x7FC00001));
+  expectDefaultNaNSums(kernel);
+  EXPECT_EQ(bitsOf(kernel.getValue(this->at(0, 0))), 0xFFC12345U);
+  EXPECT_EQ(bitsOf(kernel.getValue(this->at(1, 0))), 0x7FC00001U);
+  kernel.remove(this->at(0, 0));
+  expectDefaultNaNSums(kernel);
+}
+
+TYPED_TEST(Kernel, HasOneFormOfNaNForInfinityLessInfinity)
+{
+  constexpr float infinity = std::numeric_limits<float>::infinity();
+  TypeParam kernel;
+  kernel.insert(this->at(0, 0), infinity);
+  kernel.insert(this->at(1, 0), -infinity);
+  EXPECT_EQ(bitsOf(kernel.getCoefSum()), g_defaultNaNBits);
+  EXPECT_EQ(kernel.getAbsCoefSum(), infinity);
+  kernel.remove(this->at(1, 0));
+  expectDefaultNaNSums(kernel);
+}
+
+TYPED_TEST(Kernel, HasOneFormOfNaNInProducts)
+{
+  TypeParam kernel;
+  kernel.insert(this->at(0, 0), std::numeric_limits<float>::infinity());
+  kernel.multiply(0);
+  EXPECT_EQ(bitsOf(kernel.getValue(this->at(0, 0))), g_defaultNaNBits);
+  expectDefaultNaNSums(kernel);
+  kernel.insert(this->at(1, 0), floatOf(0xFFC12345));
+  kernel.multiply(floatOf(0xFFC00001));
+  EXPECT_EQ(bitsOf(kernel.getValue(this->at(0, 0))), g_defaultNaNBits);
+  EXPECT_EQ(bitsOf(kernel.getValue(this->at(1, 0))), g_defaultNaNBits);
+  expectDefaultNaNSums(kernel);
 }
 
 TYPED_TEST(Kernel, IsWalkedInAscendingOrderOfOffsets)

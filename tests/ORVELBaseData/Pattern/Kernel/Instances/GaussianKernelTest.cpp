@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include "../../Signature.h"
+#include "../KernelTesting.h"
 #include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELBaseData/ORVELBaseDataLog.h>
 #include <support/FailingAllocation.h>
@@ -321,6 +322,43 @@ TEST(GaussianKernel, AcceptsAnInfiniteStandardDeviation)
     EXPECT_EQ(onX(*kernels.x), Floats(5, 0.0f)) << family.name;
     EXPECT_EQ(onY(*kernels.y), Floats(5, 0.0f)) << family.name;
   }
+}
+
+/// "+" or "-" for each coefficient, by its sign bit.
+std::string signsOf(const Floats& coefficients)
+{
+  std::string signs;
+  for (const float coefficient : coefficients)
+    signs += std::signbit(coefficient) ? '-' : '+';
+  return signs;
+}
+
+TEST(GaussianKernel, HasOneSignOnEachSideWhereTheGradientUnderflows)
+{
+  // The density underflows from 4 on in double precision, from 2 on in single precision.
+  const KernelsXY plane = makeXY(gradient(), 0.1f, 0.01f, 0, 5);
+  EXPECT_EQ(signsOf(onX(*plane.x)), "++++++-----");
+  EXPECT_EQ(signsOf(onY(*plane.y)), "++++++-----");
+  EXPECT_NE(plane.x->getValue(OffsetXY(1, 0)), 0);
+  for (const int i : {-5, -4, -3, -2, 0, 2, 3, 4, 5})
+    EXPECT_EQ(plane.x->getValue(OffsetXY(i, 0)), 0) << i;
+
+  const KernelsXYZ space = makeXYZ(gradient(), 0.1f, 1e-40f, g_infinity, 0, 5);
+  EXPECT_EQ(signsOf(onX(*space.x)), "++++++-----");
+  EXPECT_EQ(signsOf(onY(*space.y)), "++++++-----");
+  EXPECT_EQ(signsOf(onZ(*space.z)), "++++++-----"); // no tap but zeros
+  EXPECT_EQ(onZ(*space.z), Floats(11, 0.0f));
+}
+
+TEST(GaussianKernel, HasPositiveZerosWhereTheOtherFamiliesUnderflow)
+{
+  for (const Family* const family : {&smoothing(), &hessian()})
+    for (const float stdDev : {0.1f, g_infinity})
+    {
+      const Floats coefficients = onX(*makeXY(*family, stdDev, 1, 0, 5).x);
+      for (const int i : {0, 1, 2, 8, 9, 10})
+        EXPECT_EQ(bitsOf(coefficients[static_cast<std::size_t>(i)]), 0U) << family->name << " " << i - 5;
+    }
 }
 
 TEST(GaussianKernel, AcceptsTheSmallestStandardDeviation)
