@@ -107,9 +107,11 @@ boost::shared_ptr<Kernel> makeBox(const Sizes<NB_AXES>& halfSizes, const Real32V
 
 // Lines
 
-bool isEven(const Real32Vector& values)
+/// Raises in the caller's name for an even number of values.
+void requireOdd(const Real32Vector& values, const SourceLocation& here)
 {
-  return values.size() % 2 == 0;
+  if (values.size() % 2 == 0)
+    raise(here, eKernelMessage::eEvenKernelSize, values.size());
 }
 
 /// Calls use(index, value) for each value, the index running from -h to h.
@@ -207,15 +209,13 @@ KernelXYPtr squareKernelXY(ipUInt32 halfKernelSize, const Real32Vector& values, 
 
 KernelXYPtr linearKernelXY(ipReal32 orientation, const Real32Vector& values, ipBool keepNullCoefs)
 {
-  if (isEven(values))
-    raise(ORVEL_HERE, eKernelMessage::eEvenKernelSize, values.size());
+  requireOdd(values, ORVEL_HERE);
   return makeLine<KernelXY>(directionOf(orientation), values, keepNullCoefs);
 }
 
 KernelXYPtr linearInterpolatedKernelXY(ipReal32 orientation, const Real32Vector& values, ipBool keepNullCoefs)
 {
-  if (isEven(values))
-    raise(ORVEL_HERE, eKernelMessage::eEvenKernelSize, values.size());
+  requireOdd(values, ORVEL_HERE);
   const DirectionXY direction = directionOf(orientation);
   auto kernel = boost::make_shared<KernelXY>();
   forEachIndex(values,
@@ -256,16 +256,14 @@ KernelXYZPtr cubicKernelXYZ(ipUInt32 halfKernelSize, const Real32Vector& values,
 KernelXYZPtr linearKernelXYZ(ipReal32 polarAngle, ipReal32 azimuthAngle, const Real32Vector& values,
                              ipBool keepNullCoefs)
 {
-  if (isEven(values))
-    raise(ORVEL_HERE, eKernelMessage::eEvenKernelSize, values.size());
+  requireOdd(values, ORVEL_HERE);
   return makeLine<KernelXYZ>(directionOf(polarAngle, azimuthAngle), values, keepNullCoefs);
 }
 
 KernelXYZPtr linearInterpolatedKernelXYZ(ipReal32 polarAngle, ipReal32 azimuthAngle,
                                          const Real32Vector& values, ipBool keepNullCoefs)
 {
-  if (isEven(values))
-    raise(ORVEL_HERE, eKernelMessage::eEvenKernelSize, values.size());
+  requireOdd(values, ORVEL_HERE);
   const DirectionXYZ direction = directionOf(polarAngle, azimuthAngle);
   auto kernel = boost::make_shared<KernelXYZ>();
   forEachIndex(values,

@@ -1,16 +1,12 @@
 #include "ORVELBaseData/Pattern/Kernel/Instances/GaussianKernel.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdlib>
 #include <limits>
-#include <utility>
-
-#include <boost/make_shared.hpp>
 
 #include <ORVELBaseData/Pattern/Kernel/KernelLogMessages.h>
-#include <ORVELBaseData/Pattern/Private/OffsetCoordinates.h>
+#include <ORVELBaseData/Pattern/Private/SeparableKernels.h>
 #include <ORVELMath/NormalDistribution.h>
 #include <ORVELMath/NumericLimits.h>
 #include <ORVELUtil/Raise.h>
@@ -65,8 +61,6 @@ public:
   }
 
 private:
-  using Coordinates = decltype(details::coordinatesOf(std::declval<typename Kernel::OffsetType>()));
-
   /// Share of the distribution between -i and i.
   double mass(double i) const { return 2 * (math::cumulativeNormalDistribution(i, _stdDev, 0) - 0.5); }
 
@@ -88,9 +82,7 @@ private:
 
   typename Kernel::OffsetType offsetAt(ipInt32 i) const
   {
-    Coordinates coordinates = {};
-    coordinates[_axis] = i;
-    return details::offsetAt(coordinates);
+    return details::offsetOnAxis<typename Kernel::OffsetType>(_axis, i);
   }
 
   // The sums of a kernel depend on the order of its taps: outward from the centre here, ascending below.
@@ -122,16 +114,15 @@ private:
   ipInt32 _halfSize;
 };
 
-/// The body of all six functions, for the N axes of a kernel's space.
-template <class Kernel, std::size_t N>
-void makeSeparable(const SourceLocation& here, const Family& family, const ipReal32 (&stdDevs)[N],
-                   const Reach& reach, boost::shared_ptr<Kernel>* const (&results)[N])
+/// The body of all six functions, for the axes of a kernel's space.
+template <class Kernel, std::size_t nbAxes>
+void makeSeparable(const SourceLocation& here, const Family& family, const ipReal32 (&stdDevs)[nbAxes],
+                   const Reach& reach, boost::shared_ptr<Kernel>* const (&results)[nbAxes])
 {
-  for (boost::shared_ptr<Kernel>* const result : results)
-    result->reset();
+  details::releaseAll(results);
 
   // Written so that a NaN fails each check.
-  for (std::size_t axis = 0; axis < N; ++axis)
+  for (std::size_t axis = 0; axis < nbAxes; ++axis)
     if (!(stdDevs[axis] > 0))
       raise(here, g_invalidStdDev[axis], stdDevs[axis]);
   if (!(reach.ratio >= 0 && reach.ratio < 1))
@@ -139,14 +130,9 @@ void makeSeparable(const SourceLocation& here, const Family& family, const ipRea
   if (reach.ratio == 0 && reach.minKernelSize == 0)
     raise(here, eKernelMessage::eNullGaussianRatioAndKernelSize);
 
-  // Handed out when all are done: running out of memory half way leaves the caller's pointers null.
-  std::array<boost::shared_ptr<Kernel>, N> kernels;
-  for (boost::shared_ptr<Kernel>& kernel : kernels)
-    kernel = boost::make_shared<Kernel>();
-  for (std::size_t axis = 0; axis < N; ++axis)
-    Line<Kernel>(family, axis, static_cast<double>(stdDevs[axis]), reach).fill(*kernels[axis]);
-  for (std::size_t axis = 0; axis < N; ++axis)
-    *results[axis] = kernels[axis];
+  details::makeForEachAxis(
+      results, [&](Kernel& kernel, std::size_t axis)
+      { Line<Kernel>(family, axis, static_cast<double>(stdDevs[axis]), reach).fill(kernel); });
 }
 
 } // namespace

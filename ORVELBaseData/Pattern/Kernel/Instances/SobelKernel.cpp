@@ -1,8 +1,11 @@
 #include "ORVELBaseData/Pattern/Kernel/Instances/SobelKernel.h"
 
+#include <cstddef>
 #include <initializer_list>
 
-#include <boost/make_shared.hpp>
+#include <boost/shared_ptr.hpp>
+
+#include <ORVELBaseData/Pattern/Private/SeparableKernels.h>
 
 namespace orvel
 {
@@ -50,68 +53,43 @@ Coefficients gradientCoefficients(const eSobelKernelType& type)
   return g_three;
 }
 
-void makeKernels(const Coefficients& coefficients, KernelXYPtr& pKernelX, KernelXYPtr& pKernelY)
+/// The body of all four functions.
+template <class Kernel, std::size_t nbAxes>
+void makeKernels(const Coefficients& coefficients, boost::shared_ptr<Kernel>* const (&results)[nbAxes])
 {
-  pKernelX.reset();
-  pKernelY.reset();
-  // Handed out when they are whole: memory may run out on the way, and one pointer may be given for both.
-  const auto kernelX = boost::make_shared<KernelXY>();
-  const auto kernelY = boost::make_shared<KernelXY>();
-  ipInt32 place = -static_cast<ipInt32>(coefficients.size() / 2);
-  for (const ipReal32 coefficient : coefficients)
-  {
-    kernelX->insert(OffsetXY(place, 0), coefficient);
-    kernelY->insert(OffsetXY(0, place), coefficient);
-    ++place;
-  }
-  pKernelX = kernelX;
-  pKernelY = kernelY;
-}
-
-void makeKernels(const Coefficients& coefficients, KernelXYZPtr& pKernelX, KernelXYZPtr& pKernelY,
-                 KernelXYZPtr& pKernelZ)
-{
-  pKernelX.reset();
-  pKernelY.reset();
-  pKernelZ.reset();
-  const auto kernelX = boost::make_shared<KernelXYZ>();
-  const auto kernelY = boost::make_shared<KernelXYZ>();
-  const auto kernelZ = boost::make_shared<KernelXYZ>();
-  ipInt32 place = -static_cast<ipInt32>(coefficients.size() / 2);
-  for (const ipReal32 coefficient : coefficients)
-  {
-    kernelX->insert(OffsetXYZ(place, 0, 0), coefficient);
-    kernelY->insert(OffsetXYZ(0, place, 0), coefficient);
-    kernelZ->insert(OffsetXYZ(0, 0, place), coefficient);
-    ++place;
-  }
-  pKernelX = kernelX;
-  pKernelY = kernelY;
-  pKernelZ = kernelZ;
+  details::releaseAll(results);
+  details::makeForEachAxis(results,
+                           [&](Kernel& kernel, std::size_t axis)
+                           {
+                             ipInt32 i = -static_cast<ipInt32>(coefficients.size() / 2);
+                             for (const ipReal32 coefficient : coefficients)
+                               kernel.insert(details::offsetOnAxis<typename Kernel::OffsetType>(axis, i++),
+                                             coefficient);
+                           });
 }
 
 } // namespace
 
 void separableSobelSmoothing(const eSobelKernelType& type, KernelXYPtr& pKernelX, KernelXYPtr& pKernelY)
 {
-  makeKernels(smoothingCoefficients(type), pKernelX, pKernelY);
+  makeKernels(smoothingCoefficients(type), {&pKernelX, &pKernelY});
 }
 
 void separableSobelGradient(const eSobelKernelType& type, KernelXYPtr& pKernelX, KernelXYPtr& pKernelY)
 {
-  makeKernels(gradientCoefficients(type), pKernelX, pKernelY);
+  makeKernels(gradientCoefficients(type), {&pKernelX, &pKernelY});
 }
 
 void separableSobelSmoothing(const eSobelKernelType& type, KernelXYZPtr& pKernelX, KernelXYZPtr& pKernelY,
                              KernelXYZPtr& pKernelZ)
 {
-  makeKernels(smoothingCoefficients(type), pKernelX, pKernelY, pKernelZ);
+  makeKernels(smoothingCoefficients(type), {&pKernelX, &pKernelY, &pKernelZ});
 }
 
 void separableSobelGradient(const eSobelKernelType& type, KernelXYZPtr& pKernelX, KernelXYZPtr& pKernelY,
                             KernelXYZPtr& pKernelZ)
 {
-  makeKernels(gradientCoefficients(type), pKernelX, pKernelY, pKernelZ);
+  makeKernels(gradientCoefficients(type), {&pKernelX, &pKernelY, &pKernelZ});
 }
 
 } // namespace orvel
