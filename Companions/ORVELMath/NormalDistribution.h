@@ -4,9 +4,9 @@
 /// \brief The normal distribution: density, its first two derivatives, cumulative distribution.
 ///
 /// The four functions share their arguments: the place \c x, the standard deviation \c stdDev and the mean
-/// \c mean, all in the same unit. Range: \c x and \c mean any finite numbers with a finite difference,
-/// \c stdDev above 0, infinity included, which stands for the limit of an ever flatter distribution; above
-/// 7e307 it may be taken for infinity. A NaN argument gives a NaN. Nothing is checked and nothing is raised.
+/// \c mean, all in the same unit. Range: \c x and \c mean finite with a finite difference; \c stdDev above 0,
+/// infinity gives the limit value, and above 7e307 it may be treated as infinity. A NaN argument gives a NaN.
+/// Nothing is checked and nothing is raised.
 ///
 /// \par Reference
 /// M. Abramowitz, I. A. Stegun, Handbook of Mathematical Functions: 26.2.1 and 26.2.8 (the density), 26.2.10

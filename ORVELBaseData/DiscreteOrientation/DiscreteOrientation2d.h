@@ -11,7 +11,7 @@ namespace orvel
 
 /// \brief Step from a pixel to one of its eight neighbours.
 ///
-/// The name gives the step along each axis, y before x: M for -1, 0 for none, P for +1. The numbers run
+/// The name gives the step along each axis, y before x: M for -1, 0 for 0, P for +1. The numbers run
 /// through y and within it through x, from M to P. The null step has no enumerator: behind it the numbers are
 /// one less than 3 (y + 1) + (x + 1).
 ///

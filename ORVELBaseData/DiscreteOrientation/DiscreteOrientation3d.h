@@ -11,7 +11,7 @@ namespace orvel
 
 /// \brief Step from a voxel to one of its 26 neighbours.
 ///
-/// The name gives the step along each axis, z before y before x: M for -1, 0 for none, P for +1. The numbers
+/// The name gives the step along each axis, z before y before x: M for -1, 0 for 0, P for +1. The numbers
 /// run through z, within it through y and within that through x, from M to P. The null step has no
 /// enumerator: behind it the numbers are one less than 9 (z + 1) + 3 (y + 1) + (x + 1).
 ///

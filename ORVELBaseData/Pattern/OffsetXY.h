@@ -12,17 +12,19 @@ namespace orvel
 
 /// \brief Integer displacement from a centre pixel, the address of a neighbour.
 ///
-/// Unit: pixels. A plain value: any two numbers are accepted. There is no operator!= and no hash. Archive
-/// version 1; a read that fails keeps the coordinates read so far.
+/// Unit: pixels. Range: any two 32-bit numbers. A plain value: it has no states and checks nothing.
+/// Offsets have an order and ==, but neither != nor a hash.
+///
+/// Archive version 1. A read that fails leaves the coordinates that it has read until then.
 class ORVELBASEDATA_EXPORT OffsetXY : public BaseSerializationObject
 {
   ORVEL_DECLARE_SERIALIZABLE(OffsetXY)
 
 public:
-  /// \brief Make an offset whose coordinates are not set: they have no value until they are assigned or read.
-  OffsetXY() {} // stands for = default, which would let OffsetXY() zero the coordinates
+  /// \brief Make an offset whose coordinates have no value until they are assigned or read.
+  OffsetXY() {} // not = default, with which OffsetXY() would zero the coordinates
 
-  /// \brief Make an offset of these coordinates.
+  /// \brief Make an offset with these coordinates.
   OffsetXY(ipInt32 x, ipInt32 y)
     : _xOffset(x)
     , _yOffset(y)
@@ -37,9 +39,9 @@ private:
   ipInt32 _yOffset;
 };
 
-/// \brief Order by y, then by x, signed: the raster order of a neighbourhood.
+/// \brief Order by y, then by x, as signed numbers: the raster order of a neighbourhood.
 ///
-/// Kernels and structuring elements are walked, summed and archived in this order.
+/// Kernels and structuring elements keep, sum and store their offsets in this order.
 inline bool operator<(const OffsetXY& left, const OffsetXY& right)
 {
   if (left.getYOffset() != right.getYOffset())
@@ -47,7 +49,7 @@ inline bool operator<(const OffsetXY& left, const OffsetXY& right)
   return left.getXOffset() < right.getXOffset();
 }
 
-/// \brief Compare every coordinate.
+/// \brief Return whether all coordinates are equal.
 inline bool operator==(const OffsetXY& left, const OffsetXY& right)
 {
   return left.getXOffset() == right.getXOffset() && left.getYOffset() == right.getYOffset();

@@ -12,18 +12,16 @@ namespace orvel
 
 /// \brief Integer displacement from a centre voxel, the address of a neighbour.
 ///
-/// Unit: voxels. A plain value: any three numbers are accepted. It is no OffsetXY, and nothing converts
-/// the two. There is no operator!= and no hash. Archive version 1; a read that fails keeps the coordinates
-/// read so far.
+/// As OffsetXY, with one axis more; neither class derives from the other. Unit: voxels. Archive version 1.
 class ORVELBASEDATA_EXPORT OffsetXYZ : public BaseSerializationObject
 {
   ORVEL_DECLARE_SERIALIZABLE(OffsetXYZ)
 
 public:
-  /// \brief Make an offset whose coordinates are not set: they have no value until they are assigned or read.
-  OffsetXYZ() {} // stands for = default, which would let OffsetXYZ() zero the coordinates
+  /// \brief Make an offset whose coordinates have no value until they are assigned or read.
+  OffsetXYZ() {} // not = default, with which OffsetXYZ() would zero the coordinates
 
-  /// \brief Make an offset of these coordinates.
+  /// \brief Make an offset with these coordinates.
   OffsetXYZ(ipInt32 x, ipInt32 y, ipInt32 z)
     : _xOffset(x)
     , _yOffset(y)
@@ -41,9 +39,9 @@ private:
   ipInt32 _zOffset;
 };
 
-/// \brief Order by z, then by y, then by x, signed: plane by plane, each in raster order.
+/// \brief Order by z, then by y, then by x, as signed numbers: plane by plane, each in raster order.
 ///
-/// Kernels and structuring elements are walked, summed and archived in this order.
+/// Kernels and structuring elements keep, sum and store their offsets in this order.
 inline bool operator<(const OffsetXYZ& left, const OffsetXYZ& right)
 {
   if (left.getZOffset() != right.getZOffset())
@@ -53,7 +51,7 @@ inline bool operator<(const OffsetXYZ& left, const OffsetXYZ& right)
   return left.getXOffset() < right.getXOffset();
 }
 
-/// \brief Compare every coordinate.
+/// \brief Return whether all coordinates are equal.
 inline bool operator==(const OffsetXYZ& left, const OffsetXYZ& right)
 {
   return left.getXOffset() == right.getXOffset() && left.getYOffset() == right.getYOffset() &&

@@ -3,10 +3,10 @@
 // usage: gallery FOLDER
 //
 // Writes NAME.txt and NAME.svg for each picture into an existing folder. x runs to the right, y down, and the
-// planes of a volume stand side by side, z ascending.
+// planes of a volume lie side by side, z ascending.
 //
-// In a text picture of a structuring element "#" is an offset and "." none; the origin is "O" or "o". In one
-// of a kernel a number is a tap and "." none; the origin stands in brackets.
+// In a text picture of a structuring element "#" is an offset and "." is not; the origin is "O" or "o". In
+// one of a kernel a number is a tap and "." is not; the origin has brackets.
 
 #include <algorithm>
 #include <array>

@@ -7,7 +7,8 @@ set -euo pipefail
 
 usage() {
   echo 'usage: ./dev demo [SIGMA_X [SIGMA_Y [RATIO]]]' >&2
-  echo '  standard deviations in pixels, above 0, and the share of the mass that ends the taps, from 0 to below 1' >&2
+  echo '  standard deviations in pixels, above 0; the share of the distribution, from 0 to below 1: a kernel' >&2
+  echo '  ends before the first tap that reaches it' >&2
   exit 2
 }
 
@@ -46,12 +47,12 @@ for family in smoothing gradient hessian; do
 done
 "$programs/read_kernels" "${files[@]}"
 
-# The reader names files as it was given them; here the names are enough.
+# The reader prints the names that it is given; here those without a folder are enough.
 cd "$folder"
 [[ $programs == /* ]] || programs="$OLDPWD/$programs"
 
 echo "What failures look like"
-echo "- an invalid standard deviation:"
+echo "- a standard deviation below 0:"
 expect_failure "$programs/write_kernels" -1 "$sigma_y" "$ratio" "$folder"
 
 echo "- files that are cut short:"

@@ -2,8 +2,8 @@
 //
 // usage: read_kernels FILE...
 //
-// The program knows the files' names and nothing else: what each one holds, its class and its format, the
-// file itself tells.
+// The program knows the names of the files and nothing else: each file says what its class and its format
+// are.
 
 #include <algorithm>
 #include <cmath>
@@ -63,7 +63,7 @@ void print(const Kernel& kernel)
               << bar(coefficient, largest) << '\n';
 }
 
-/// Tells whether two numbers have the same bits.
+/// Whether two numbers have the same bits.
 bool isSame(float left, float right)
 {
   return std::memcmp(&left, &right, sizeof(left)) == 0;
@@ -86,7 +86,7 @@ bool isEqual(const Kernel& left, const Kernel& right)
                     right.getDataColl().end(), isSameTap);
 }
 
-/// Calls an operation with the kernel that an object is. \return false if it is none
+/// Calls an operation with an object that is a kernel. \return false if it is no kernel
 template <class Operation>
 bool withKernel(const orvel::BaseSerializationObject* object, Operation operation)
 {
@@ -103,7 +103,7 @@ bool withKernel(const orvel::BaseSerializationObject* object, Operation operatio
 bool show(const boost::filesystem::path& file,
           std::map<boost::filesystem::path, orvel::SerializationObjectPtr>& kernels)
 {
-  // The file may come from anywhere, so its word is not taken for the classes of its objects.
+  // The file may come from anywhere: the classes of its objects are checked.
   const orvel::SerializationObjectPtr object = orvel::loadObject(file, orvel::ArchiveTrust::untrusted);
   boost::filesystem::path name = file;
   name.replace_extension();

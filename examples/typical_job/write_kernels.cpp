@@ -1,4 +1,4 @@
-// Makes Gaussian kernels and files each of them twice, as XML and as binary.
+// Makes Gaussian kernels and saves each of them twice, as XML and as binary.
 //
 // usage: write_kernels SIGMA_X SIGMA_Y RATIO FOLDER
 
@@ -17,8 +17,7 @@
 namespace
 {
 
-/// Standard deviations in pixels, and the share of the distribution: the taps end where the next one would
-/// pass it.
+/// Standard deviations in pixels, and a share of the distribution: taps end before the one that reaches it.
 struct Settings
 {
   float sigmaX = 0;

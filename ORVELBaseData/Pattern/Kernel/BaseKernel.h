@@ -21,9 +21,9 @@ class ORVELBASEDATA_EXPORT BaseKernel : public BaseSerializationObject
 public:
   ~BaseKernel() override = 0;
 
-  virtual eKernelType getKernelType() const = 0; ///< the space in which the taps lie
+  virtual eKernelType getKernelType() const = 0; ///< kind of the kernel: plane or space
   virtual ipUInt32 getNbData() const = 0;        ///< number of taps
-  virtual void clear() = 0;                      ///< \brief Go back to the state of a new kernel.
+  virtual void clear() = 0;                      ///< remove all taps, back to the state of a new kernel
 
 protected:
   BaseKernel() = default;

@@ -12,26 +12,26 @@
 namespace orvel
 {
 
-/// \brief Failures and warnings of the kernels and their generators. The texts stand in the source.
+/// \brief Failures and warnings of the kernels and their generators. The comments name the arguments of each text.
 class ORVELBASEDATA_EXPORT eKernelMessage : public NamedEnumeration<eKernelMessage>
 {
 public:
   enum domain
   {
-    eInsertExistingKernelElt,        ///< the offset has a tap
-    eReplaceMissingKernelElt,        ///< registered, but raised by nobody: replace raises the next one
-    eRemoveMissingKernelElt,         ///< remove or replace: the offset has no tap
-    eGetMissingKernelElt,            ///< the offset has no tap
-    eNullGaussianRatioAndKernelSize, ///< neither a ratio nor a minimum size asks for any tap
-    eInvalidGaussianRatio,           ///< not in [0, 1[: the ratio
-    eInvalidStdDevX,                 ///< not above 0: the standard deviation
-    eInvalidStdDevY,                 ///< not above 0: the standard deviation
-    eInvalidStdDevZ,                 ///< not above 0: the standard deviation
-    eEvenKernelSize,                 ///< the number of values
+    eInsertExistingKernelElt,        ///< insert(): the offset already has a tap
+    eReplaceMissingKernelElt,        ///< never raised: replace() raises eRemoveMissingKernelElt
+    eRemoveMissingKernelElt,         ///< remove() or replace(): the offset has no tap
+    eGetMissingKernelElt,            ///< getValue(): the offset has no tap
+    eNullGaussianRatioAndKernelSize, ///< ratio and minimum size are both 0
+    eInvalidGaussianRatio,           ///< the ratio, which is not in [0, 1[
+    eInvalidStdDevX,                 ///< the standard deviation, which is not above 0
+    eInvalidStdDevY,                 ///< the standard deviation, which is not above 0
+    eInvalidStdDevZ,                 ///< the standard deviation, which is not above 0
+    eEvenKernelSize,                 ///< the number of values of a line, which is even
     eKernelSizeMismatchXY,           ///< half sizes along x and y, and the number of values
     eKernelSizeMismatchXYZ,          ///< half sizes along x, y and z, and the number of values
-    eCloseStdDevXY,                  ///< a warning
-    eTooLowOrientation               ///< a warning
+    eCloseStdDevXY,                  ///< warning of an oriented Gaussian kernel
+    eTooLowOrientation               ///< warning of an oriented Gaussian kernel: it is not turned
   };
 
   using NamedEnumeration::NamedEnumeration;

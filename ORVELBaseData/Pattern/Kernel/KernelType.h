@@ -9,14 +9,14 @@
 namespace orvel
 {
 
-/// \brief Kind of a kernel: the space in which its taps lie.
+/// \brief Kind of a kernel, by the number of its axes.
 class ORVELBASEDATA_EXPORT eKernelType : public NamedEnumeration<eKernelType>
 {
 public:
   enum domain
   {
-    eKT_XY, ///< the plane: KernelXY
-    eKT_XYZ ///< space: KernelXYZ
+    eKT_XY, ///< of the plane: KernelXY
+    eKT_XYZ ///< of space: KernelXYZ
   };
 
   using NamedEnumeration::NamedEnumeration;

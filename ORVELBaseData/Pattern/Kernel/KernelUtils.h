@@ -6,36 +6,42 @@
 /// What the builders have in common:
 ///
 /// **Parameters.** \c values are the coefficients, read from first to last. A coefficient of 0 becomes a tap
-/// only where \c keepNullCoefs is true; NaN always does. Angles are in radians: \c orientation from +x
-/// towards +y, \c polarAngle from +z, \c azimuthAngle from +x towards +y. A list that is too long for 32 bits
-/// counts by its low 32 bits. A new kernel is returned.
+/// only if \c keepNullCoefs is true; NaN always does. Angles are in radians, any number is accepted: \c
+/// orientation runs from +x towards +y, \c polarAngle from +z, \c azimuthAngle from +x towards +y. The size
+/// of a list is truncated to 32 bits. A new kernel is returned.
 ///
 /// **Boxes** have (2 hx + 1)(2 hy + 1)[(2 hz + 1)] values in raster order, x fastest, the first at (-hx, -hy
-/// [, -hz]); these numbers and the coordinates are 32-bit ones that wrap around. A half size of 2147483648 so
-/// stands for the one coordinate -2147483648.
+/// [, -hz]). Sizes and coordinates are 32-bit numbers that wrap around: a half size of 2147483648 gives the
+/// one coordinate -2147483648.
 ///
-/// **Lines** have an odd number n of values, which run along the direction from index -(n / 2) to n / 2, from
-/// its negative end to its positive one, with the origin in the middle.
-///  - *Snapped* lines move one grid step per index on the dominant axis, that of the largest component of the
-///    unit direction (ties to x, then y), and round the other coordinates to the grid, halves away from zero:
-///    a digital line, whose taps are up to sqrt(2), in space sqrt(3), apart.
+/// **Lines** have an odd number n of values. They run along the direction from its negative end to its
+/// positive end, index -(n / 2) to n / 2, with the origin in the middle. The unit direction is (cos
+/// orientation, sin orientation) in the plane, and (sin polar cos azimuth, sin polar sin azimuth, cos polar)
+/// in space.
+///  - *Snapped* lines move one grid step per index on the dominant axis, the one with the largest component
+///    of the direction (ties go to x, then y). The other coordinates are rounded, halves away from zero. Taps
+///    are up to sqrt(2) apart, in space sqrt(3).
 ///  - *Interpolated* lines step by the unit direction and share each value among the 4 (in space 8) grid
-///    points next to it, with weights that are linear in the distance. The points are those of the coordinate
-///    truncated toward zero and of one more, so that behind the origin the weights extrapolate, with values
-///    outside 0 to 1, and the kernel is not symmetric. The shares add up to the value. A share of 0 is left
-///    out as a coefficient would be. A NaN value gives NaN to all of them, an infinite one to those of weight
-///    0.
+///    points next to it. Along an axis, a coordinate f lies between i, which is f truncated toward zero, and
+///    i + 1; these have the weights i + 1 - f and f - i, which add up to 1, and a share is the value times
+///    the weights of its point. Behind the origin f is below i: the weights leave the range 0 to 1, and the
+///    kernel is not symmetric. A share of 0 is left out as a coefficient is. A NaN value reaches all points;
+///    an infinite one gives NaN to those of weight 0.
 ///
 /// All is computed in single precision. An angle that is NaN or infinite gives NaN coordinates, which round
-/// and truncate to -2147483648. A snapped line takes its last axis for the dominant one then and steps on it;
-/// in space that axis is still good where only the azimuth is not. NaN shares are the default quiet NaN.
+/// and truncate to -2147483648, and NaN shares. A snapped line then takes its last axis as the dominant one
+/// and steps on it; in space that axis is still right if only the azimuth is not finite.
 ///
-/// **Errors.** ORVELBaseDataException for an even number of values of a line (eEvenKernelSize) and for a box
-/// whose size is not that of the list (eKernelSizeMismatchXY, eKernelSizeMismatchXYZ). Snapped lines of more
-/// than 33554433 values have indices that single precision cannot tell apart: two taps of one such index are
-/// refused (eInsertExistingKernelElt).
+/// **Errors.** ORVELBaseDataException for a line with an even number of values, 0 included (eEvenKernelSize)
+/// and for a box whose size is not that of the list (eKernelSizeMismatchXY, eKernelSizeMismatchXYZ). The
+/// outer indices of a snapped line of more than 33554433 values are not distinct in single precision: two
+/// taps of one index are refused (eInsertExistingKernelElt).
 ///
-/// Complexity: linear for boxes, n log n for lines.
+/// Complexity: O(n) for boxes, O(n log n) for lines.
+///
+/// \par Reference
+/// R. Klette, A. Rosenfeld, Digital straightness - a review, Discrete Applied Mathematics 139, 2004 (the
+/// rounding of snapped lines is their grid-intersection digitization).
 
 #include <boost/shared_ptr.hpp>
 
@@ -83,16 +89,20 @@ ORVELBASEDATA_EXPORT KernelXYZPtr linearInterpolatedKernelXYZ(ipReal32 polarAngl
 
 /// \brief Turn a kernel about its centre, tap by tap.
 ///
-/// Each tap goes to its turned place, rounded to the grid, halves away from zero, all in single precision. A
-/// tap that comes to a taken place changes the coefficient c there to (|c| + v) / 2, with v its own; in the
-/// end such a coefficient is divided by the number of taps that have come. So of positive coefficients a
-/// quarter of the sum is left where two meet, and an earlier negative one loses its sign. Nothing is
-/// interpolated, filled or normalised; a place that no tap reaches stays empty. A coordinate beyond the 32
-/// bits becomes -2147483648, and a NaN or infinite angle sends all taps to (-2147483648, -2147483648).
-/// Complexity: n log n.
+/// A tap at (x, y) goes to (cos a x - sin a y, sin a x + cos a y) for the angle a, rounded to the grid,
+/// halves away from zero, all in single precision: beyond 2^24 neighbours may meet.
+///
+/// A tap v that meets a coefficient c changes it to (|c| + v) / 2; at the end such a coefficient is divided
+/// by the number of taps that met there. So two positive taps leave a quarter of their sum, and a negative
+/// one that came earlier loses its sign. The rule is kept for compatibility.
+///
+/// Nothing is interpolated, filled or normalised; a place that no tap reaches stays empty. A coordinate
+/// beyond 32 bits becomes -2147483648, and a NaN or infinite angle sends all taps to (-2147483648,
+/// -2147483648). Complexity: O(n log n).
 ///
 /// \param angle in radians, from +x towards +y
-/// \param pKernel is not changed; must not be null
+/// \param pKernel is not changed; must not be null, which is not checked
+/// \return a new kernel
 ORVELBASEDATA_EXPORT KernelXYPtr rotate2dKernel(ipReal32 angle, boost::shared_ptr<const KernelXY> pKernel);
 
 } // namespace orvel

@@ -24,27 +24,28 @@ struct KernelOperations;
 
 /// \brief Sparse weighted neighbourhood of a pixel: a coefficient for each offset that has a tap.
 ///
-/// Beside the taps it keeps what filters ask for again and again:
-///  - the bounding box of the offsets, as the smallest coordinate and the size along each axis, both in
-///    32-bit arithmetic that wraps around. The box touches a tap on each side and may have holes. Taps at
-///    both ends of the range give the size 0, which the next insert takes for a box without taps;
-///  - the sums of the coefficients and of their absolute values, running floats that each change adds to and
-///    subtracts from, so that they may differ by rounding from a fresh summation. NaN and infinity are
-///    legal coefficients and spoil both sums until clear().
+/// Taps are kept in ascending order of their offsets. A coefficient of 0 is a tap like any other. The kernel
+/// also keeps what filters often need:
+///  - the bounding box of the offsets: the smallest coordinate and the size along each axis, in pixels. The
+///    box touches a tap on each side and may hold places without taps. Its arithmetic has 32 bits and wraps
+///    around; a size that has wrapped to 0 counts as no box;
+///  - the sum of the coefficients and that of their absolute values. Each change adds to them and subtracts
+///    from them as floats, so they may differ by rounding from a fresh summation.
 ///
-/// A NaN coefficient is stored as it is given. A NaN that is computed, in a sum, a product or by a builder,
-/// is the default quiet NaN, which is positive.
+/// A copy takes box and sums as they are.
 ///
-/// A kernel has two empty states. Fresh or cleared: box and sums are 0. Emptied by remove: each minimum is
-/// 2147483647, each size 2, and the sums hold what rounding left. Both answer alike, and after the next
-/// insert both have the box of that one tap.
+/// A NaN coefficient is accepted, is stored as it is given, and makes both sums NaN until clear(), as an
+/// infinite one that is removed does. A NaN that is computed, in a sum, in a product or by a builder, is the
+/// default quiet NaN, which is positive.
 ///
-/// A coefficient of 0 is a tap. A copy takes the box and the sums as they are.
+/// A kernel without taps has one of two states. New or cleared: box and sums are 0. Emptied by remove(): each
+/// minimum is 2147483647, each size 2, and the sums hold what rounding left. All operations answer the same
+/// in both states, and the next insert() gives both the box of that one tap.
 ///
-/// Archive version 2; version 1 held no sum of absolute values and is still read: each of its coefficients v
-/// becomes |v| + v, and the sum of absolute values 0. The archived box and sums are taken as they are,
-/// without a check against the taps. An offset that comes twice is one tap, with the later coefficient. A
-/// read that fails has lost the old taps and keeps what it read.
+/// Archive version 2. Version 1 held no sum of absolute values and is still read: each coefficient v becomes
+/// |v| + v, which is 2 max(v, 0), and the sum of absolute values becomes 0. Box and sums are read without a
+/// check against the taps; an offset that is stored twice is one tap with the later coefficient. A read that
+/// fails leaves what it has read until then.
 class ORVELBASEDATA_EXPORT KernelXY : public BaseKernel
 {
   ORVEL_DECLARE_SERIALIZABLE(KernelXY)
@@ -53,26 +54,24 @@ public:
   using OffsetType = OffsetXY; ///< place of a tap
   using ValueType = ipReal32;  ///< coefficient of a tap
 
-  KernelXY(); ///< a kernel without taps; box and sums are 0
+  KernelXY(); ///< no taps; box and sums are 0
 
   /// \brief Add a tap.
   ///
-  /// Complexity: one lookup, none for a tap behind the last one.
-  /// \throw ORVELBaseDataException (eInsertExistingKernelElt) if the offset has a tap; the kernel is
-  /// unchanged
+  /// Complexity: O(log n); O(1) for an offset behind the last one.
+  /// \throw ORVELBaseDataException (eInsertExistingKernelElt) if the offset has a tap; the kernel is unchanged
   void insert(const OffsetType& offset, const ValueType& value);
 
-  /// \brief Change the coefficient of a tap; the box stays. Complexity: one lookup.
-  /// \throw ORVELBaseDataException (eRemoveMissingKernelElt: the text is that of remove) if the offset has no
-  /// tap; the kernel is unchanged
+  /// \brief Change the coefficient of a tap; the box stays. Complexity: O(log n).
+  /// \throw ORVELBaseDataException (eRemoveMissingKernelElt, with the text of remove()) if the offset has no tap; the
+  /// kernel is unchanged
   void replace(const OffsetType& offset, const ValueType& value);
 
-  /// \brief Remove a tap and shrink the box to the taps that are left. Complexity: a walk over all taps.
-  /// \throw ORVELBaseDataException (eRemoveMissingKernelElt) if the offset has no tap; the kernel is
-  /// unchanged
+  /// \brief Remove a tap and shrink the box to the taps that are left. Complexity: O(n).
+  /// \throw ORVELBaseDataException (eRemoveMissingKernelElt) if the offset has no tap; the kernel is unchanged
   void remove(const OffsetType& offset);
 
-  /// \brief Return the coefficient of a tap.
+  /// \brief Return the coefficient of a tap. Complexity: O(log n), as that of exists().
   /// \throw ORVELBaseDataException (eGetMissingKernelElt) if the offset has no tap
   ValueType getValue(const OffsetType& offset) const;
 
@@ -80,7 +79,8 @@ public:
 
   /// \brief Multiply every coefficient and both sums by a factor; the box stays.
   ///
-  /// The sum of absolute values is multiplied by the factor itself: a negative factor turns its sign.
+  /// The sum of absolute values is multiplied by the factor itself, not by its absolute value: a negative
+  /// factor changes its sign. Complexity: O(n).
   void multiply(ipReal32 factor);
 
   eKernelType getKernelType() const override; ///< eKT_XY
@@ -101,7 +101,7 @@ private:
   friend struct details::BoundingBox<KernelXY>;
   friend struct details::KernelOperations<KernelXY>;
 
-  /// \brief Replace each coefficient v by |v| + v and return 0: what reading a kernel of version 1 does.
+  /// \brief Replace each coefficient v by |v| + v and return 0, for kernels of version 1.
   ipReal32 computeAbsCoefSum();
 
   std::map<OffsetType, ValueType> _dataColl;

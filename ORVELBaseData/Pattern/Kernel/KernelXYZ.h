@@ -24,8 +24,7 @@ struct KernelOperations;
 
 /// \brief Sparse weighted neighbourhood of a voxel: a coefficient for each offset that has a tap.
 ///
-/// The same as KernelXY, with one axis more: the box, the sums, the two empty states, the versions of the
-/// archive and every operation behave as told there.
+/// As KernelXY, with one axis more: every operation behaves and fails as described there. Archive version 2.
 /// \see KernelXY
 class ORVELBASEDATA_EXPORT KernelXYZ : public BaseKernel
 {
@@ -35,31 +34,14 @@ public:
   using OffsetType = OffsetXYZ; ///< place of a tap
   using ValueType = ipReal32;   ///< coefficient of a tap
 
-  KernelXYZ(); ///< a kernel without taps; box and sums are 0
+  KernelXYZ(); ///< no taps; box and sums are 0
 
-  /// \brief Add a tap. \see KernelXY::insert
-  /// \throw ORVELBaseDataException (eInsertExistingKernelElt) if the offset has a tap; the kernel is
-  /// unchanged
-  void insert(const OffsetType& offset, const ValueType& value);
-
-  /// \brief Change the coefficient of a tap. \see KernelXY::replace
-  /// \throw ORVELBaseDataException (eRemoveMissingKernelElt: the text is that of remove) if the offset has no
-  /// tap; the kernel is unchanged
-  void replace(const OffsetType& offset, const ValueType& value);
-
-  /// \brief Remove a tap and shrink the box to the taps that are left. \see KernelXY::remove
-  /// \throw ORVELBaseDataException (eRemoveMissingKernelElt) if the offset has no tap; the kernel is
-  /// unchanged
-  void remove(const OffsetType& offset);
-
-  /// \brief Return the coefficient of a tap.
-  /// \throw ORVELBaseDataException (eGetMissingKernelElt) if the offset has no tap
-  ValueType getValue(const OffsetType& offset) const;
-
-  ipBool exists(const OffsetType& offset) const; ///< whether the offset has a tap
-
-  /// \brief Multiply every coefficient and both sums by a factor. \see KernelXY::multiply
-  void multiply(ipReal32 factor);
+  void insert(const OffsetType& offset, const ValueType& value);  ///< \see KernelXY::insert
+  void replace(const OffsetType& offset, const ValueType& value); ///< \see KernelXY::replace
+  void remove(const OffsetType& offset);                          ///< \see KernelXY::remove
+  ValueType getValue(const OffsetType& offset) const;             ///< \see KernelXY::getValue
+  ipBool exists(const OffsetType& offset) const;                  ///< whether the offset has a tap
+  void multiply(ipReal32 factor);                                 ///< \see KernelXY::multiply
 
   eKernelType getKernelType() const override; ///< eKT_XYZ
   ipUInt32 getNbData() const override;

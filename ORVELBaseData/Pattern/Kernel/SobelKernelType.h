@@ -11,7 +11,7 @@ namespace orvel
 
 /// \brief Kind of a pair of Sobel kernels: the operator and the number of taps of a kernel.
 ///
-/// A value that is none counts as eSKT_Scharr3.
+/// A value that is not an enumerator is treated as eSKT_Scharr3.
 class ORVELBASEDATA_EXPORT eSobelKernelType : public NamedEnumeration<eSobelKernelType>
 {
 public:

@@ -13,7 +13,8 @@ namespace orvel::details
 
 /// \brief Return a computed coefficient or sum; a NaN as the default quiet one, which is positive.
 ///
-/// Of two NaN operands the processor returns the first one, and which one is the first the compiler chooses.
+/// The sign of a computed NaN depends on the processor, and for two NaN operands on the order in which the
+/// compiler puts them.
 inline ipReal32 withDefaultNaN(ipReal32 computed)
 {
   return std::isnan(computed) ? std::numeric_limits<ipReal32>::quiet_NaN() : computed;

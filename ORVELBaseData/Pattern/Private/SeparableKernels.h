@@ -17,12 +17,12 @@ namespace orvel::details
 {
 
 /// \brief The pointers that a generator fills, x first.
-template <class Kernel, std::size_t nbAxes>
-using KernelResults = boost::shared_ptr<Kernel>* const (&)[nbAxes];
+template <class Kernel, std::size_t NB_AXES>
+using KernelResults = boost::shared_ptr<Kernel>* const (&)[NB_AXES];
 
 /// \brief Reset all pointers, in order.
-template <class Kernel, std::size_t nbAxes>
-void releaseAll(KernelResults<Kernel, nbAxes> results)
+template <class Kernel, std::size_t NB_AXES>
+void releaseAll(KernelResults<Kernel, NB_AXES> results)
 {
   for (boost::shared_ptr<Kernel>* const result : results)
     result->reset();
@@ -32,15 +32,15 @@ void releaseAll(KernelResults<Kernel, nbAxes> results)
 ///
 /// They are handed out when all are done: running out of memory half way leaves the pointers as they were,
 /// and one pointer may be given for several axes.
-template <class Kernel, std::size_t nbAxes, class Fill>
-void makeForEachAxis(KernelResults<Kernel, nbAxes> results, Fill fill)
+template <class Kernel, std::size_t NB_AXES, class Fill>
+void makeForEachAxis(KernelResults<Kernel, NB_AXES> results, Fill fill)
 {
-  std::array<boost::shared_ptr<Kernel>, nbAxes> kernels;
+  std::array<boost::shared_ptr<Kernel>, NB_AXES> kernels;
   for (boost::shared_ptr<Kernel>& kernel : kernels)
     kernel = boost::make_shared<Kernel>();
-  for (std::size_t axis = 0; axis < nbAxes; ++axis)
+  for (std::size_t axis = 0; axis < NB_AXES; ++axis)
     fill(*kernels[axis], axis);
-  for (std::size_t axis = 0; axis < nbAxes; ++axis)
+  for (std::size_t axis = 0; axis < NB_AXES; ++axis)
     *results[axis] = kernels[axis];
 }
 

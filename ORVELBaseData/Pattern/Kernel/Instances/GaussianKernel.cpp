@@ -17,7 +17,7 @@ namespace orvel
 namespace
 {
 
-/// What tells the three families apart.
+/// What the three families differ in.
 struct Family
 {
   double (*sample)(double x, double stdDev, double mean);
@@ -66,7 +66,7 @@ private:
 
   ipInt32 findHalfSize(const Reach& reach) const
   {
-    // As a signed number: a minimum of 2147483648 and more is none.
+    // As a signed number: a minimum from 2147483648 on counts as 0.
     auto halfSize = std::max(static_cast<ipInt32>(reach.minKernelSize), 0);
     while (halfSize < std::numeric_limits<ipInt32>::max() && // beyond lies no offset
            static_cast<double>(reach.ratio) > mass(halfSize + 1.0))
@@ -115,14 +115,14 @@ private:
 };
 
 /// The body of all six functions, for the axes of a kernel's space.
-template <class Kernel, std::size_t nbAxes>
-void makeSeparable(const SourceLocation& here, const Family& family, const ipReal32 (&stdDevs)[nbAxes],
-                   const Reach& reach, boost::shared_ptr<Kernel>* const (&results)[nbAxes])
+template <class Kernel, std::size_t NB_AXES>
+void makeSeparable(const SourceLocation& here, const Family& family, const ipReal32 (&stdDevs)[NB_AXES],
+                   const Reach& reach, boost::shared_ptr<Kernel>* const (&results)[NB_AXES])
 {
   details::releaseAll(results);
 
   // Written so that a NaN fails each check.
-  for (std::size_t axis = 0; axis < nbAxes; ++axis)
+  for (std::size_t axis = 0; axis < NB_AXES; ++axis)
     if (!(stdDevs[axis] > 0))
       raise(here, g_invalidStdDev[axis], stdDevs[axis]);
   if (!(reach.ratio >= 0 && reach.ratio < 1))

@@ -4,23 +4,23 @@
 /// \brief Gaussian kernels of the plane along turned axes.
 ///
 /// Both functions make the two kernels of GaussianKernel.h, with its parameters and checks, and turn both by
-/// one angle with rotate2dKernel(): two lines of taps along the turned axes, whose taps may have merged and
-/// are not normalised anew.
+/// one angle with rotate2dKernel(): two lines of taps along the turned axes. Taps may have merged, by which
+/// a gradient may lose signs, and are not normalised again. One pointer given for both kernels is turned
+/// twice.
 ///
 /// \c orientation is in radians, from +x towards +y. Up to the square root of the float epsilon, and for NaN,
-/// nothing is turned, and a warning is logged (eTooLowOrientation).
+/// nothing is turned and a warning is logged (eTooLowOrientation).
 ///
-/// A warning that the standard deviations are close (eCloseStdDevXY), so that a rotation may not be visible,
-/// is logged by the smoothing function where they differ by less than the square root of the double epsilon,
-/// and by the gradient function where they differ by *more* than that. Applications know the two as they are.
+/// A warning that the standard deviations are close (eCloseStdDevXY) is logged before any argument is
+/// checked: by the smoothing function if they differ by less than the square root of the double epsilon, by
+/// the gradient function if they differ by *more* than that. The difference is kept for compatibility.
 ///
-/// The warning of the deviations comes before any check of the arguments. Both go to the library's logger at
-/// WARN level, and stop nothing. A refused argument is reported by the function of GaussianKernel.h.
+/// Warnings go to the library's logger at WARN level and stop nothing.
 ///
-/// After a refused argument the result pointers are null. Where memory runs out while the kernels are turned
-/// they hold the straight ones, the first of which may be turned already. Where the log fails they hold at
-/// the first warning what they held, at the second the straight kernels. One pointer given for both kernels
-/// is turned twice.
+/// **Errors.** Those of GaussianKernel.h, in the name of its functions; the results are null then. If memory
+/// runs out while the kernels are turned, the results hold the straight kernels, the first of which may be
+/// turned already. BaseException if a warning cannot be logged: the results then hold what they held, or the
+/// straight kernels.
 
 #include <ORVELBaseData/ORVELBaseDataExport.h>
 #include <ORVELBaseData/Pattern/Kernel/KernelXY.h>

@@ -54,8 +54,8 @@ Coefficients gradientCoefficients(const eSobelKernelType& type)
 }
 
 /// The body of all four functions.
-template <class Kernel, std::size_t nbAxes>
-void makeKernels(const Coefficients& coefficients, boost::shared_ptr<Kernel>* const (&results)[nbAxes])
+template <class Kernel, std::size_t NB_AXES>
+void makeKernels(const Coefficients& coefficients, boost::shared_ptr<Kernel>* const (&results)[NB_AXES])
 {
   details::releaseAll(results);
   details::makeForEachAxis(results,

@@ -10,16 +10,18 @@
 /// | eSKT_Sobel5 | 1, 4, 6, 4, 1 | -1, -2, 0, 2, 1 |
 /// | eSKT_Sobel7 | 1, 6, 15, 20, 15, 6, 1 | -1, -4, -5, 0, 5, 4, 1 |
 ///
-/// **Shape.** Taps from the most negative offset to the most positive on the kernel's axis, around the
-/// centre. The 0 at the centre of a gradient is a tap like any other. The smoothing rows of Sobel are
-/// binomial, and a gradient is the smoothing row two shorter convolved with -1, 0, 1. Nothing is normalised:
-/// the smoothing sums are 16, 4, 16 and 64. A gradient is positive at positive offsets, unlike the Gaussian
-/// ones.
+/// **Shape.** Taps on the kernel's axis around the centre; the table runs from the most negative offset to
+/// the most positive. The 0 at the centre of a gradient is a tap like any other. The smoothing rows of Sobel
+/// are binomial, and a gradient is the smoothing row two taps shorter, convolved with -1, 0, 1. Nothing is
+/// normalised: the smoothing sums are 16, 4, 16 and 64. A gradient is positive at positive offsets, unlike
+/// the Gaussian ones.
 ///
-/// **Parameters.** The type, a value that is none counting as eSKT_Scharr3; the results, whose old contents
-/// are released first. One pointer given for several axes holds the last kernel.
+/// **Parameters.**
+///  - \c type: the row of the table; a value that is not an enumerator is treated as eSKT_Scharr3.
+///  - \c pKernelX, \c pKernelY, \c pKernelZ: the results; what they held is released first. One
+///    pointer given for several axes holds the last kernel.
 ///
-/// **Errors.** None but for memory: the results are null then.
+/// **Errors.** None for any argument. If memory runs out, the results are null.
 ///
 /// \par Reference
 /// I. Sobel, G. Feldman, A 3x3 isotropic gradient operator for image processing, 1968; H. Scharr, Optimal
