@@ -17,6 +17,9 @@
 #include <utility>
 #include <vector>
 
+#include <gtest/gtest.h>
+
+#include "../OffsetTesting.h"
 #include <ORVELBaseData/Pattern/Kernel/KernelXY.h>
 #include <ORVELBaseData/Pattern/Kernel/KernelXYZ.h>
 
@@ -106,6 +109,36 @@ inline TapsXYZ tapsOf(const KernelXYZ& kernel)
   return taps;
 }
 
+/// \brief Names and makes what belongs to a kernel of either class; places are given for x, y and z.
+template <class Kernel>
+struct KernelTraits;
+
+template <>
+struct KernelTraits<KernelXY> : OffsetTraits<OffsetXY>
+{
+  static constexpr const char* name = "KernelXY";
+  static constexpr const char* offsetName = "OffsetXY";
+};
+
+template <>
+struct KernelTraits<KernelXYZ> : OffsetTraits<OffsetXYZ>
+{
+  static constexpr const char* name = "KernelXYZ";
+  static constexpr const char* offsetName = "OffsetXYZ";
+};
+
+/// \brief For suites over both kernels, which gtest calls by the classes' names.
+using Kernels = ::testing::Types<KernelXY, KernelXYZ>;
+
+struct KernelNames
+{
+  template <class Kernel>
+  static std::string GetName(int)
+  {
+    return KernelTraits<Kernel>::name;
+  }
+};
+
 /// \brief Smallest coordinates and sizes of a kernel's box, x first.
 using Box = std::pair<std::vector<int>, std::vector<unsigned int>>;
 
@@ -118,6 +151,18 @@ inline Box boxOf(const KernelXYZ& kernel)
 {
   return {{kernel.getMinX(), kernel.getMinY(), kernel.getMinZ()},
           {kernel.getSizeX(), kernel.getSizeY(), kernel.getSizeZ()}};
+}
+
+/// \brief Make a kernel that appends its name to a text when it is released.
+template <class Kernel>
+boost::shared_ptr<Kernel> makeNoting(char name, std::string& released)
+{
+  return boost::shared_ptr<Kernel>(new Kernel,
+                                   [name, &released](Kernel* kernel)
+                                   {
+                                     released += name;
+                                     delete kernel;
+                                   });
 }
 
 /// \brief What a kernel of nbAxes axes should be, kept in the plainest way.

@@ -12,7 +12,6 @@
 #include <boost/weak_ptr.hpp>
 #include <gtest/gtest.h>
 
-#include "../../Signature.h"
 #include "../KernelTesting.h"
 #include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELBaseData/ORVELBaseDataLog.h>
@@ -462,7 +461,7 @@ TEST(GaussianKernel, IsTheSameOnEveryAxisForEqualDeviations)
   }
 }
 
-TEST(GaussianKernel, LetsGoWhatThePointersHeld)
+TEST(GaussianKernel, ReleasesWhatThePointersHeld)
 {
   for (const Family& family : g_families)
   {
@@ -477,34 +476,22 @@ TEST(GaussianKernel, LetsGoWhatThePointersHeld)
   }
 }
 
-/// Notes in which order kernels are let go.
-template <class Kernel>
-boost::shared_ptr<Kernel> makeNoting(char name, std::string& letGo)
-{
-  return boost::shared_ptr<Kernel>(new Kernel,
-                                   [name, &letGo](Kernel* kernel)
-                                   {
-                                     letGo += name;
-                                     delete kernel;
-                                   });
-}
-
-TEST(GaussianKernel, LetsGoInTheOrderOfTheAxesBeforeItChecksAnything)
+TEST(GaussianKernel, ReleasesInTheOrderOfTheAxesBeforeItChecksAnything)
 {
   for (const Family& family : g_families)
   {
-    std::string letGo;
-    KernelXYPtr planeX = makeNoting<KernelXY>('x', letGo);
-    KernelXYPtr planeY = makeNoting<KernelXY>('y', letGo);
+    std::string released;
+    KernelXYPtr planeX = makeNoting<KernelXY>('x', released);
+    KernelXYPtr planeY = makeNoting<KernelXY>('y', released);
     EXPECT_THROW(family.makeXY(0, 0, 2, 0, planeX, planeY), ORVELBaseDataException) << family.name;
-    EXPECT_EQ(letGo, "xy") << family.name;
+    EXPECT_EQ(released, "xy") << family.name;
 
-    letGo.clear();
-    KernelXYZPtr x = makeNoting<KernelXYZ>('x', letGo);
-    KernelXYZPtr y = makeNoting<KernelXYZ>('y', letGo);
-    KernelXYZPtr z = makeNoting<KernelXYZ>('z', letGo);
+    released.clear();
+    KernelXYZPtr x = makeNoting<KernelXYZ>('x', released);
+    KernelXYZPtr y = makeNoting<KernelXYZ>('y', released);
+    KernelXYZPtr z = makeNoting<KernelXYZ>('z', released);
     EXPECT_THROW(family.makeXYZ(0, 0, 0, 2, 0, x, y, z), ORVELBaseDataException) << family.name;
-    EXPECT_EQ(letGo, "xyz") << family.name;
+    EXPECT_EQ(released, "xyz") << family.name;
   }
 }
 
@@ -673,59 +660,34 @@ TEST(GaussianKernel, ChecksItsArgumentsInOrder)
   expectFailureXYZ(1, 1, 0, 2, 0, textWith(g_invalidZ, "0.000000"));
 }
 
-TEST(GaussianKernel, NamesThePublicFunctionAndItsStatement)
+TEST(GaussianKernel, RaisesEachFailureInTheNameOfItsFunction)
 {
+  const std::string file = "ORVELBaseData/Pattern/Kernel/Instances/GaussianKernel.cpp";
   for (const Family& family : g_families)
   {
-    KernelsXY plane;
-    const ORVELBaseDataException inPlane =
-        failureOf<ORVELBaseDataException>([&] { family.makeXY(0, 1, 0.9f, 0, plane.x, plane.y); });
-    EXPECT_EQ(normalisedSignature(inPlane.getFunction()),
-              normalisedSignature("void orvel::" + family.name +
-                                  "(ipReal32, ipReal32, ipReal32, ipUInt32, KernelXYPtr&, KernelXYPtr&)"));
-    KernelsXYZ space;
-    const ORVELBaseDataException inSpace =
-        failureOf<ORVELBaseDataException>([&] { family.makeXYZ(1, 1, 1, 0, 0, space.x, space.y, space.z); });
-    EXPECT_EQ(normalisedSignature(inSpace.getFunction()),
-              normalisedSignature("void orvel::" + family.name +
-                                  "(ipReal32, ipReal32, ipReal32, ipReal32, ipUInt32, KernelXYZPtr&, "
-                                  "KernelXYZPtr&, KernelXYZPtr&)"));
-    for (const ORVELBaseDataException* failure : {&inPlane, &inSpace})
+    const std::string inPlane =
+        "void orvel::" + family.name + "(ipReal32, ipReal32, ipReal32, ipUInt32, KernelXYPtr&, KernelXYPtr&)";
+    const auto expectXY = [&](const auto& operation, const std::string& text)
     {
-      EXPECT_EQ(failure->getFile(), "ORVELBaseData/Pattern/Kernel/Instances/GaussianKernel.cpp");
-      EXPECT_NE(sourceLine(failure->getFile(), failure->getLine()).find("ORVEL_HERE"), std::string::npos);
-    }
-  }
-}
+      expectRaised<ORVELBaseDataException>(operation, {text, inPlane, file, "", "ORVEL_HERE"});
+    };
+    expectXY([&] { makeXY(family, 0, 1, 0.9f, 0); }, textWith(g_invalidX, "0.000000"));
+    expectXY([&] { makeXY(family, 1, 0, 0.9f, 0); }, textWith(g_invalidY, "0.000000"));
+    expectXY([&] { makeXY(family, 1, 1, 1, 0); }, textWith(g_invalidRatio, "1.000000"));
+    expectXY([&] { makeXY(family, 1, 1, 0, 0); }, g_bothNull);
 
-/// Expects the record of a failure as the only one, with the failure's text and place.
-template <class Operation>
-void expectLogged(Operation operation, const std::string& text)
-{
-  const LogCapture log(getORVELBaseDataLogger());
-  const auto failure = failureOf<ORVELBaseDataException>(operation);
-  ASSERT_EQ(log.getRecords().size(), 1U) << text;
-  const LogRecord& record = log.getRecords().front();
-  EXPECT_EQ(record.level, 40000);
-  EXPECT_EQ(record.logger, getORVELBaseDataLoggerName());
-  EXPECT_EQ(record.message, text);
-  EXPECT_EQ(record.file, failure.getFile());
-  EXPECT_EQ(record.line, static_cast<int>(failure.getLine()));
-}
-
-TEST(GaussianKernel, LogsEachFailureAtErrorLevel)
-{
-  for (const Family& family : g_families)
-  {
-    expectLogged([&] { makeXY(family, 0, 1, 0.9f, 0); }, textWith(g_invalidX, "0.000000"));
-    expectLogged([&] { makeXY(family, 1, 0, 0.9f, 0); }, textWith(g_invalidY, "0.000000"));
-    expectLogged([&] { makeXY(family, 1, 1, 1, 0); }, textWith(g_invalidRatio, "1.000000"));
-    expectLogged([&] { makeXY(family, 1, 1, 0, 0); }, g_bothNull);
-    expectLogged([&] { makeXYZ(family, 0, 1, 1, 0.9f, 0); }, textWith(g_invalidX, "0.000000"));
-    expectLogged([&] { makeXYZ(family, 1, 0, 1, 0.9f, 0); }, textWith(g_invalidY, "0.000000"));
-    expectLogged([&] { makeXYZ(family, 1, 1, 0, 0.9f, 0); }, textWith(g_invalidZ, "0.000000"));
-    expectLogged([&] { makeXYZ(family, 1, 1, 1, 1, 0); }, textWith(g_invalidRatio, "1.000000"));
-    expectLogged([&] { makeXYZ(family, 1, 1, 1, 0, 0); }, g_bothNull);
+    const std::string inSpace = "void orvel::" + family.name +
+                                "(ipReal32, ipReal32, ipReal32, ipReal32, ipUInt32, KernelXYZPtr&, "
+                                "KernelXYZPtr&, KernelXYZPtr&)";
+    const auto expectXYZ = [&](const auto& operation, const std::string& text)
+    {
+      expectRaised<ORVELBaseDataException>(operation, {text, inSpace, file, "", "ORVEL_HERE"});
+    };
+    expectXYZ([&] { makeXYZ(family, 0, 1, 1, 0.9f, 0); }, textWith(g_invalidX, "0.000000"));
+    expectXYZ([&] { makeXYZ(family, 1, 0, 1, 0.9f, 0); }, textWith(g_invalidY, "0.000000"));
+    expectXYZ([&] { makeXYZ(family, 1, 1, 0, 0.9f, 0); }, textWith(g_invalidZ, "0.000000"));
+    expectXYZ([&] { makeXYZ(family, 1, 1, 1, 1, 0); }, textWith(g_invalidRatio, "1.000000"));
+    expectXYZ([&] { makeXYZ(family, 1, 1, 1, 0, 0); }, g_bothNull);
   }
 }
 
