@@ -6,8 +6,8 @@
 /// What the builders have in common:
 ///
 /// **Parameters.** \c values are the coefficients, read from first to last. A coefficient of 0 becomes a tap
-/// only if \c keepNullCoefs is true; NaN always does. Angles are in radians, any number is accepted: \c
-/// orientation runs from +x towards +y, \c polarAngle from +z, \c azimuthAngle from +x towards +y. The size
+/// only if \c keepNullCoefs is true; NaN always does. Angles are in radians; any number is accepted.
+/// `orientation` runs from +x towards +y, `polarAngle` from +z, `azimuthAngle` from +x towards +y. The size
 /// of a list is truncated to 32 bits. A new kernel is returned.
 ///
 /// **Boxes** have (2 hx + 1)(2 hy + 1)[(2 hz + 1)] values in raster order, x fastest, the first at (-hx, -hy
@@ -32,7 +32,7 @@
 /// and truncate to -2147483648, and NaN shares. A snapped line then takes its last axis as the dominant one
 /// and steps on it; in space that axis is still right if only the azimuth is not finite.
 ///
-/// **Errors.** ORVELBaseDataException for a line with an even number of values, 0 included (eEvenKernelSize)
+/// **Errors.** ORVELBaseDataException for a line with an even number of values, 0 included (eEvenKernelSize),
 /// and for a box whose size is not that of the list (eKernelSizeMismatchXY, eKernelSizeMismatchXYZ). The
 /// outer indices of a snapped line of more than 33554433 values are not distinct in single precision: two
 /// taps of one index are refused (eInsertExistingKernelElt).
@@ -53,36 +53,36 @@
 namespace orvel
 {
 
-/// \brief Make a box of the plane. \see KernelUtils.h
+/// \brief Make a 2-D box. \see KernelUtils.h
 ORVELBASEDATA_EXPORT KernelXYPtr rectangularKernelXY(ipUInt32 halfKernelSizeX, ipUInt32 halfKernelSizeY,
                                                      const Real32Vector& values, ipBool keepNullCoefs);
 
-/// \brief Make a box of the plane with one half size. \see KernelUtils.h
+/// \brief Make a 2-D box with one half size. \see KernelUtils.h
 ORVELBASEDATA_EXPORT KernelXYPtr squareKernelXY(ipUInt32 halfKernelSize, const Real32Vector& values,
                                                 ipBool keepNullCoefs);
 
-/// \brief Make a snapped line of the plane. \see KernelUtils.h
+/// \brief Make a 2-D snapped line. \see KernelUtils.h
 ORVELBASEDATA_EXPORT KernelXYPtr linearKernelXY(ipReal32 orientation, const Real32Vector& values,
                                                 ipBool keepNullCoefs);
 
-/// \brief Make an interpolated line of the plane. \see KernelUtils.h
+/// \brief Make a 2-D interpolated line. \see KernelUtils.h
 ORVELBASEDATA_EXPORT KernelXYPtr linearInterpolatedKernelXY(ipReal32 orientation, const Real32Vector& values,
                                                             ipBool keepNullCoefs);
 
-/// \brief Make a box of space. \see KernelUtils.h
+/// \brief Make a 3-D box. \see KernelUtils.h
 ORVELBASEDATA_EXPORT KernelXYZPtr rectangularKernelXYZ(ipUInt32 halfKernelSizeX, ipUInt32 halfKernelSizeY,
                                                        ipUInt32 halfKernelSizeZ, const Real32Vector& values,
                                                        ipBool keepNullCoefs);
 
-/// \brief Make a box of space with one half size. \see KernelUtils.h
+/// \brief Make a 3-D box with one half size. \see KernelUtils.h
 ORVELBASEDATA_EXPORT KernelXYZPtr cubicKernelXYZ(ipUInt32 halfKernelSize, const Real32Vector& values,
                                                  ipBool keepNullCoefs);
 
-/// \brief Make a snapped line of space. \see KernelUtils.h
+/// \brief Make a 3-D snapped line. \see KernelUtils.h
 ORVELBASEDATA_EXPORT KernelXYZPtr linearKernelXYZ(ipReal32 polarAngle, ipReal32 azimuthAngle,
                                                   const Real32Vector& values, ipBool keepNullCoefs);
 
-/// \brief Make an interpolated line of space. \see KernelUtils.h
+/// \brief Make a 3-D interpolated line. \see KernelUtils.h
 ORVELBASEDATA_EXPORT KernelXYZPtr linearInterpolatedKernelXYZ(ipReal32 polarAngle, ipReal32 azimuthAngle,
                                                               const Real32Vector& values,
                                                               ipBool keepNullCoefs);

@@ -46,34 +46,34 @@
 namespace orvel
 {
 
-/// \brief Make the smoothing kernels of the plane. \see GaussianKernel.h
+/// \brief Make the 2-D smoothing kernels. \see GaussianKernel.h
 ORVELBASEDATA_EXPORT void separableGaussianSmoothing(ipReal32 stdDevX, ipReal32 stdDevY, ipReal32 ratio,
                                                      ipUInt32 minKernelSize, KernelXYPtr& pKernelX,
                                                      KernelXYPtr& pKernelY);
 
-/// \brief Make the gradient kernels of the plane. \see GaussianKernel.h
+/// \brief Make the 2-D gradient kernels. \see GaussianKernel.h
 ORVELBASEDATA_EXPORT void separableGaussianGradient(ipReal32 stdDevX, ipReal32 stdDevY, ipReal32 ratio,
                                                     ipUInt32 minKernelSize, KernelXYPtr& pKernelX,
                                                     KernelXYPtr& pKernelY);
 
-/// \brief Make the Hessian kernels of the plane. \see GaussianKernel.h
+/// \brief Make the 2-D Hessian kernels. \see GaussianKernel.h
 ORVELBASEDATA_EXPORT void separableGaussianHessian(ipReal32 stdDevX, ipReal32 stdDevY, ipReal32 ratio,
                                                    ipUInt32 minKernelSize, KernelXYPtr& pKernelX,
                                                    KernelXYPtr& pKernelY);
 
-/// \brief Make the smoothing kernels of space. \see GaussianKernel.h
+/// \brief Make the 3-D smoothing kernels. \see GaussianKernel.h
 ORVELBASEDATA_EXPORT void separableGaussianSmoothing(ipReal32 stdDevX, ipReal32 stdDevY, ipReal32 stdDevZ,
                                                      ipReal32 ratio, ipUInt32 minKernelSize,
                                                      KernelXYZPtr& pKernelX, KernelXYZPtr& pKernelY,
                                                      KernelXYZPtr& pKernelZ);
 
-/// \brief Make the gradient kernels of space. \see GaussianKernel.h
+/// \brief Make the 3-D gradient kernels. \see GaussianKernel.h
 ORVELBASEDATA_EXPORT void separableGaussianGradient(ipReal32 stdDevX, ipReal32 stdDevY, ipReal32 stdDevZ,
                                                     ipReal32 ratio, ipUInt32 minKernelSize,
                                                     KernelXYZPtr& pKernelX, KernelXYZPtr& pKernelY,
                                                     KernelXYZPtr& pKernelZ);
 
-/// \brief Make the Hessian kernels of space. \see GaussianKernel.h
+/// \brief Make the 3-D Hessian kernels. \see GaussianKernel.h
 ORVELBASEDATA_EXPORT void separableGaussianHessian(ipReal32 stdDevX, ipReal32 stdDevY, ipReal32 stdDevZ,
                                                    ipReal32 ratio, ipUInt32 minKernelSize,
                                                    KernelXYZPtr& pKernelX, KernelXYZPtr& pKernelY,

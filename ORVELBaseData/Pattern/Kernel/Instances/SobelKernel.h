@@ -35,19 +35,19 @@
 namespace orvel
 {
 
-/// \brief Make the smoothing kernels of the plane. \see SobelKernel.h
+/// \brief Make the 2-D smoothing kernels. \see SobelKernel.h
 ORVELBASEDATA_EXPORT void separableSobelSmoothing(const eSobelKernelType& type, KernelXYPtr& pKernelX,
                                                   KernelXYPtr& pKernelY);
 
-/// \brief Make the gradient kernels of the plane. \see SobelKernel.h
+/// \brief Make the 2-D gradient kernels. \see SobelKernel.h
 ORVELBASEDATA_EXPORT void separableSobelGradient(const eSobelKernelType& type, KernelXYPtr& pKernelX,
                                                  KernelXYPtr& pKernelY);
 
-/// \brief Make the smoothing kernels of space. \see SobelKernel.h
+/// \brief Make the 3-D smoothing kernels. \see SobelKernel.h
 ORVELBASEDATA_EXPORT void separableSobelSmoothing(const eSobelKernelType& type, KernelXYZPtr& pKernelX,
                                                   KernelXYZPtr& pKernelY, KernelXYZPtr& pKernelZ);
 
-/// \brief Make the gradient kernels of space. \see SobelKernel.h
+/// \brief Make the 3-D gradient kernels. \see SobelKernel.h
 ORVELBASEDATA_EXPORT void separableSobelGradient(const eSobelKernelType& type, KernelXYZPtr& pKernelX,
                                                  KernelXYZPtr& pKernelY, KernelXYZPtr& pKernelZ);
 
