@@ -18,6 +18,11 @@ struct ArchiveLimits
   /// Units of work that reading may cost per byte of the archive read so far, above a start of 4096 units.
   /// Every item, element and reference costs one unit.
   ipUInt64 maxWork = 16;
+
+  /// Bytes of memory that the objects of an archive may take in all without bytes of the archive to fill
+  /// them, such as the lists of empty fragments; the same on writing, so that what can be written can be
+  /// read.
+  ipUInt64 maxUnfilledBytes = ipUInt64{64} << 20U;
 };
 
 } // namespace orvel

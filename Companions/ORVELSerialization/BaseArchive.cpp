@@ -1,5 +1,6 @@
 #include "ORVELSerialization/BaseArchive.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <utility>
 
@@ -40,6 +41,18 @@ ipUInt32 BaseArchive::getRegisterClassVersion(const std::string& className) cons
   if (version == nullptr)
     throw std::out_of_range("No version of class " + className + " is registered in archive " + _name);
   return *version;
+}
+
+void BaseArchive::countUnfilledBytes(ipUInt64 sizeInBytes)
+{
+  checkOpen();
+  if (sizeInBytes > _limits.maxUnfilledBytes - std::min(_nbUnfilledBytes, _limits.maxUnfilledBytes))
+  {
+    markFailed();
+    raise(ORVEL_HERE, eORVELSerializationMessage::eTooManyUnfilledBytes, _name, getPlace(),
+          _limits.maxUnfilledBytes);
+  }
+  _nbUnfilledBytes += sizeInBytes;
 }
 
 void BaseArchive::leaveSection()

@@ -63,6 +63,14 @@ public:
   /// \throw std::out_of_range naming the class if none is recorded: ask isClassVersionRegistred() first
   ipUInt32 getRegisterClassVersion(const std::string& className) const;
 
+  /// \brief Count memory of an object that no bytes of the archive fill.
+  ///
+  /// Classes that have such objects call it on writing and, before they allocate, on reading, with the same
+  /// size: what one archive takes the other gives back.
+  /// \throw ORVELSerializationException if the archive has more of it in all than
+  /// ArchiveLimits::maxUnfilledBytes
+  void countUnfilledBytes(ipUInt64 sizeInBytes);
+
   const ArchiveLimits& getLimits() const { return _limits; }
   void setLimits(const ArchiveLimits& limits) { _limits = limits; } ///< from the next operation on
 
@@ -169,6 +177,7 @@ private:
   State _state = State::open;
   ipUInt32 _depth = 0;
   ipUInt32 _deepest = 0; // depth reached so far within the object that is being moved
+  ipUInt64 _nbUnfilledBytes = 0;
   ArchiveLimits _limits;
   details::NameTable _classNames;
   std::vector<ipUInt32> _classVersions;       // by number in _classNames

@@ -44,6 +44,8 @@ constexpr MessageTableEntry g_messages[] = {
      "Version %d of class %s is not supported, the highest supported version is %d"},
     {M::eUnknownEnumerationText, "eUnknownEnumerationText", "Unknown enumeration text %s"},
     {M::eUnknownEnumerationValue, "eUnknownEnumerationValue", "Unknown enumeration value %d"},
+    {M::eTooManyUnfilledBytes, "eTooManyUnfilledBytes",
+     "Archive %s, %s: more than %d bytes of memory that the archive does not fill"},
 };
 
 } // namespace

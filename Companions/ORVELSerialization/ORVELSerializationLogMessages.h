@@ -23,8 +23,8 @@ struct ORVELSerializationMessageOwner
 
 /// \brief Failures of archives and of what they hold. The texts stand in the source.
 ///
-/// The texts of 0 to 24 begin with the archive's name and, but for 0, the place in it: the byte offset, or
-/// the line and the column. The arguments below come after those.
+/// The texts of 0 to 24 and of 28 begin with the archive's name and, but for 0, the place in it: the byte
+/// offset, or the line and the column. The arguments below come after those.
 class ORVELSERIALIZATION_EXPORT eORVELSerializationMessage
   : public NamedEnumeration<eORVELSerializationMessage>
 {
@@ -59,7 +59,8 @@ public:
     eUnsupportedClassVersion, ///< version of a class above the supported one: version, class, supported
                               ///< version
     eUnknownEnumerationText,  ///< text of no enumerator: the text
-    eUnknownEnumerationValue  ///< number of no enumerator: the number
+    eUnknownEnumerationValue, ///< number of no enumerator: the number
+    eTooManyUnfilledBytes     ///< memory beyond the limit without bytes to fill it: the limit
   };
 
   using NamedEnumeration::NamedEnumeration;

@@ -1,5 +1,6 @@
 #include "ORVELSerialization/BaseArchive.h"
 
+#include <limits>
 #include <memory>
 #include <stdexcept>
 
@@ -149,9 +150,44 @@ TEST(BaseArchive, HasLimitsThatCanBeChanged)
   RecordingIArchive archive;
   EXPECT_EQ(archive.getLimits().maxDepth, 128U);
   EXPECT_EQ(archive.getLimits().maxWork, 16U);
-  archive.setLimits({3, 4});
+  EXPECT_EQ(archive.getLimits().maxUnfilledBytes, 67108864U);
+  archive.setLimits({3, 4, 5});
   EXPECT_EQ(archive.getLimits().maxDepth, 3U);
   EXPECT_EQ(archive.getLimits().maxWork, 4U);
+  EXPECT_EQ(archive.getLimits().maxUnfilledBytes, 5U);
+}
+
+template <class Archive>
+void expectUnfilledBytesCounted()
+{
+  constexpr ipUInt64 largest = std::numeric_limits<ipUInt64>::max();
+  Archive archive;
+  archive.setLimits({128, 16, 100});
+  archive.countUnfilledBytes(0);
+  archive.countUnfilledBytes(60);
+  archive.countUnfilledBytes(40);
+  archive.countUnfilledBytes(0);
+  EXPECT_EQ(messageOf<ORVELSerializationException>([&] { archive.countUnfilledBytes(1); }),
+            "Archive recording, call 0: more than 100 bytes of memory that the archive does not fill");
+  EXPECT_TRUE(archive.isFailed());
+  EXPECT_EQ(messageOf<ORVELSerializationException>([&] { archive.countUnfilledBytes(0); }),
+            "Archive recording, call 0: the archive can't be used after a failure");
+
+  Archive another;
+  another.countUnfilledBytes(67108864);
+  another.setLimits({128, 16, 50}); // less than there is already
+  EXPECT_THROW(another.countUnfilledBytes(1), ORVELSerializationException);
+
+  Archive third;
+  third.setLimits({128, 16, largest});
+  third.countUnfilledBytes(largest);
+  EXPECT_THROW(third.countUnfilledBytes(largest), ORVELSerializationException);
+}
+
+TEST(BaseArchive, CountsBytesThatItDoesNotFillAlikeInBothDirections)
+{
+  expectUnfilledBytesCounted<RecordingOArchive>();
+  expectUnfilledBytesCounted<RecordingIArchive>();
 }
 
 TEST(BaseArchive, StartsOpenUnderItsName)

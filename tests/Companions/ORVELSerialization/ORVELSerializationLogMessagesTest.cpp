@@ -82,6 +82,8 @@ TEST(ORVELSerializationLogMessages, RenderEachTextWithItsArguments)
             "Version 3 of class orvel::X is not supported, the highest supported version is 2");
   EXPECT_EQ(raised(Message::eUnknownEnumerationText, "x"), "Unknown enumeration text x");
   EXPECT_EQ(raised(Message::eUnknownEnumerationValue, -1), "Unknown enumeration value -1");
+  EXPECT_EQ(raised(Message::eTooManyUnfilledBytes, g_name, g_place, 64U),
+            "Archive a.xml, byte 7: more than 64 bytes of memory that the archive does not fill");
 }
 
 TEST(ORVELSerializationLogMessages, HaveTheFixedNumbers)
@@ -92,7 +94,8 @@ TEST(ORVELSerializationLogMessages, HaveTheFixedNumbers)
   EXPECT_EQ(Message::eFailedBefore, 23);
   EXPECT_EQ(Message::eClosed, 24);
   EXPECT_STREQ(Message::findText(25), "eUnsupportedClassVersion");
-  EXPECT_EQ(Message::findText(28), nullptr);
+  EXPECT_EQ(Message::eTooManyUnfilledBytes, 28);
+  EXPECT_EQ(Message::findText(29), nullptr);
 }
 
 TEST(ORVELSerializationLogMessages, AreRegisteredAtLoadUnderTheKeyOfTheirDomain)
