@@ -19,10 +19,10 @@ namespace
 static_assert(std::numeric_limits<ipReal32>::is_iec559 && std::numeric_limits<ipReal64>::is_iec559,
               "every double has a float that it is rounded to, infinity included");
 
-/// Also what is above the enumerators is refused under this name.
-const char* getNameOfNone()
+/// Also what is above the enumerators is refused as eDT_None.
+[[noreturn]] void raiseTypeOfNone(const SourceLocation& here)
 {
-  return eDataType(eDataType::eDT_None).getText();
+  raise(here, eORVELBaseDataMessage::eInvalidBufferType, eDataType(eDataType::eDT_None).getText());
 }
 
 /// Truncates toward 0; NaN and what Int can't hold give the lowest number. The language leaves the latter
@@ -115,7 +115,8 @@ void copyBuffer(void* dst, ipUInt64 sizeInBytes, const void* src)
 void copyBuffer(void* dst, const eDataType& dataType, ipUInt64 nbElements, const void* src)
 {
   if (dataType == eDataType::eDT_None)
-    raise(ORVEL_HERE, eORVELBaseDataMessage::eInvalidBufferType, getNameOfNone());
+    raiseTypeOfNone(ORVEL_HERE_IN(
+        "void orvel::copyBuffer(void*, const orvel::eDataType&, orvel::ipUInt64, const void*)"));
   copyBuffer(dst, getBufferBaseSize(dataType) * nbElements, src);
 }
 
@@ -123,7 +124,8 @@ void copyBufferMiror(void* dst, const eDataType& dataType, ipUInt64 nbElements, 
 {
   const ipUInt64 elementSize = getBufferBaseSize(dataType);
   if (elementSize == 0)
-    raise(ORVEL_HERE, eORVELBaseDataMessage::eInvalidBufferType, getNameOfNone());
+    raiseTypeOfNone(ORVEL_HERE_IN(
+        "void orvel::copyBufferMiror(void*, const orvel::eDataType&, orvel::ipUInt64, const void*)"));
   details::mirrorElements(dst, elementSize, nbElements, src);
 }
 
@@ -141,7 +143,8 @@ void setBufferValues(ipReal64 value, const eDataType& dataType, ipUInt64 nbEleme
     ORVEL_FOR_EACH_ELEMENT_TYPE(ORVEL_FILL_WITH_CONVERTED)
 #undef ORVEL_FILL_WITH_CONVERTED
   default:
-    raise(ORVEL_HERE, eORVELBaseDataMessage::eInvalidBufferType, getNameOfNone());
+    raiseTypeOfNone(ORVEL_HERE_IN(
+        "void orvel::setBufferValues(orvel::ipReal64, const orvel::eDataType&, orvel::ipUInt64, void*)"));
   }
 }
 

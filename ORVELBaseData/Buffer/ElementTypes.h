@@ -15,16 +15,22 @@
 namespace orvel
 {
 
-/// \brief What the code has to know of an element type T; there is nothing for any other type.
-///  - `dataType`, the enumerator of eDataType;
-///  - `name`, the alias of the type, such as "ipInt16".
+/// \brief Whether T is one of the eleven element types.
+template <class T>
+inline constexpr bool isElementType = false;
+
+/// \brief Properties of an element type T; other types do not compile.
+///  - `dataType`: the enumerator of eDataType
+///  - `name`: the alias of the type, such as "ipInt16"
 template <class T>
 struct ElementType
 {
-  static_assert(sizeof(T) == 0, "this is no type of buffer elements: it is not among those of eDataType");
+  static_assert(isElementType<T>, "T is not an element type of buffers: eDataType has no enumerator for it");
 };
 
 #define ORVEL_DESCRIBE_ELEMENT_TYPE(Name)                                                                    \
+  template <>                                                                                                \
+  inline constexpr bool isElementType<ip##Name> = true;                                                      \
   template <>                                                                                                \
   struct ElementType<ip##Name>                                                                               \
   {                                                                                                          \
