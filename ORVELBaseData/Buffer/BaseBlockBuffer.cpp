@@ -1,7 +1,7 @@
 #include "ORVELBaseData/Buffer/BaseBlockBuffer.h"
 
 #include <ORVELBaseData/Buffer/Private/Addresses.h>
-#include <ORVELBaseData/ORVELBaseDataLogMessages.h>
+#include <ORVELBaseData/Buffer/Private/BufferChecks.h>
 #include <ORVELSerialization/SerializableClassDefinitions.h>
 
 namespace orvel
@@ -13,15 +13,13 @@ BaseBlockBuffer::~BaseBlockBuffer() = default;
 
 void* BaseBlockBuffer::getDataPtr()
 {
-  if (!isInitialized())
-    raise(ORVEL_HERE, eORVELBaseDataMessage::eBufferNotInitialized);
+  details::requireInitialized(*this, ORVEL_HERE);
   return _dataPtr;
 }
 
 const void* BaseBlockBuffer::getDataPtr() const
 {
-  if (!isInitialized())
-    raise(ORVEL_HERE, eORVELBaseDataMessage::eBufferNotInitialized);
+  details::requireInitialized(*this, ORVEL_HERE);
   return _dataPtr;
 }
 

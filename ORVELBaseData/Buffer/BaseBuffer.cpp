@@ -1,6 +1,7 @@
 #include "ORVELBaseData/Buffer/BaseBuffer.h"
 
 #include <ORVELBaseData/Buffer/BufferUtils.h>
+#include <ORVELBaseData/Buffer/Private/BufferChecks.h>
 #include <ORVELBaseData/ORVELBaseDataLogMessages.h>
 #include <ORVELSerialization/SerializableClassDefinitions.h>
 
@@ -17,22 +18,19 @@ void BaseBuffer::clearDerived()
 
 ipUInt64 BaseBuffer::getSize() const
 {
-  if (!_isInitialized)
-    raise(ORVEL_HERE, eORVELBaseDataMessage::eBufferNotInitialized);
+  details::requireInitialized(*this, ORVEL_HERE);
   return _size;
 }
 
 ipUInt32 BaseBuffer::getBufferBaseSize() const
 {
-  if (!_isInitialized)
-    raise(ORVEL_HERE, eORVELBaseDataMessage::eBufferNotInitialized);
+  details::requireInitialized(*this, ORVEL_HERE);
   return _baseSize;
 }
 
 const eDataType& BaseBuffer::getDataType() const
 {
-  if (!_isInitialized)
-    raise(ORVEL_HERE, eORVELBaseDataMessage::eBufferNotInitialized);
+  details::requireInitialized(*this, ORVEL_HERE);
   return _dataType;
 }
 

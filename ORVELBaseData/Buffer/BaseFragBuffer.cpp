@@ -4,6 +4,7 @@
 #include <new>
 
 #include <ORVELBaseData/Buffer/Private/Addresses.h>
+#include <ORVELBaseData/Buffer/Private/BufferChecks.h>
 #include <ORVELBaseData/Buffer/Private/OwnedBlock.h>
 #include <ORVELBaseData/ORVELBaseDataLogMessages.h>
 #include <ORVELSerialization/SerializableClassDefinitions.h>
@@ -13,40 +14,46 @@ namespace orvel
 
 ORVEL_DEFINE_WITHOUT_COPY(BaseFragBuffer)
 
+namespace
+{
+
+void requireFragment(const BaseFragBuffer& buffer, ipUInt64 fragment, const SourceLocation& here)
+{
+  if (const ipUInt64 nbFragments = buffer.getNbFragments(); fragment >= nbFragments)
+    raise(here, eORVELBaseDataMessage::eInvalidFragmentIndex, fragment, nbFragments);
+}
+
+} // namespace
+
 BaseFragBuffer::~BaseFragBuffer() = default;
 
 ipUInt64 BaseFragBuffer::getNbFragments() const
 {
-  if (!isInitialized())
-    raise(ORVEL_HERE, eORVELBaseDataMessage::eBufferNotInitialized);
+  details::requireInitialized(*this, ORVEL_HERE);
   return _fragments.size();
 }
 
 ipUInt64 BaseFragBuffer::getFragmentsSize() const
 {
-  if (!isInitialized())
-    raise(ORVEL_HERE, eORVELBaseDataMessage::eBufferNotInitialized);
+  details::requireInitialized(*this, ORVEL_HERE);
   return _fragmentsSize;
 }
 
 const BufferPtrColl& BaseFragBuffer::getBufferPtrColl() const
 {
-  if (!isInitialized())
-    raise(ORVEL_HERE, eORVELBaseDataMessage::eBufferNotInitialized);
+  details::requireInitialized(*this, ORVEL_HERE);
   return _fragments;
 }
 
 void* BaseFragBuffer::getDataPtr(ipUInt64 fragment)
 {
-  if (fragment >= getNbFragments())
-    raise(ORVEL_HERE, eORVELBaseDataMessage::eInvalidFragmentIndex, fragment, getNbFragments());
+  requireFragment(*this, fragment, ORVEL_HERE);
   return _fragments[fragment];
 }
 
 const void* BaseFragBuffer::getDataPtr(ipUInt64 fragment) const
 {
-  if (fragment >= getNbFragments())
-    raise(ORVEL_HERE, eORVELBaseDataMessage::eInvalidFragmentIndex, fragment, getNbFragments());
+  requireFragment(*this, fragment, ORVEL_HERE);
   return _fragments[fragment];
 }
 
@@ -64,8 +71,7 @@ const void* BaseFragBuffer::getDataPtr(ipUInt64 fragment, ipUInt64 offset) const
 
 void BaseFragBuffer::setDataPtr(ipUInt64 fragment, void* dataPtr)
 {
-  if (fragment >= getNbFragments())
-    raise(ORVEL_HERE, eORVELBaseDataMessage::eInvalidFragmentIndex, fragment, getNbFragments());
+  requireFragment(*this, fragment, ORVEL_HERE);
   _fragments[fragment] = dataPtr;
 }
 

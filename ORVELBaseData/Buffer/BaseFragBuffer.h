@@ -10,12 +10,12 @@
 namespace orvel
 {
 
-using BufferPtrColl = std::vector<void*>; ///< starts of fragments, in order
+using BufferPtrColl = std::vector<void*>; ///< first addresses of fragments, in order
 
 /// \brief Root of the buffers whose elements lie in a list of equally long fragments.
 ///
-/// The fragments need not touch each other and belong to nobody here. The number of elements of the buffer is
-/// the number of fragments times the elements of each, in 64-bit arithmetic that wraps around.
+/// The fragments need not touch each other. This class does not own them. The size of the buffer is the
+/// number of fragments times the size of each; the product wraps around at 64 bits.
 class ORVELBASEDATA_EXPORT BaseFragBuffer : public BaseBuffer
 {
   ORVEL_DECLARE_WITHOUT_COPY(BaseFragBuffer)
@@ -31,33 +31,33 @@ public:
   /// \throw ORVELBaseDataException (eBufferNotInitialized) if the buffer is not initialised
   ipUInt64 getFragmentsSize() const;
 
-  /// \brief Return the starts of the fragments, in order.
+  /// \brief Return the first addresses of the fragments, in order.
   /// \throw ORVELBaseDataException (eBufferNotInitialized) if the buffer is not initialised
   const BufferPtrColl& getBufferPtrColl() const;
 
-  /// \brief Return the start of a fragment.
+  /// \brief Return the first address of a fragment.
   /// \throw ORVELBaseDataException (eBufferNotInitialized) if the buffer is not initialised
   /// \throw ORVELBaseDataException (eInvalidFragmentIndex) if there is no such fragment
   void* getDataPtr(ipUInt64 fragment);
   const void* getDataPtr(ipUInt64 fragment) const; ///< \copydoc getDataPtr(ipUInt64)
 
-  /// \brief Return the place of an element of a fragment. The offset, in elements, is not compared with the
-  /// fragment's size.
+  /// \brief Return the address of an element of a fragment. The offset, in elements, is not compared with the
+  /// size of the fragment.
   /// \throw ORVELBaseDataException as getDataPtr(ipUInt64)
   void* getDataPtr(ipUInt64 fragment, ipUInt64 offset);
   const void* getDataPtr(ipUInt64 fragment,
                          ipUInt64 offset) const; ///< \copydoc getDataPtr(ipUInt64, ipUInt64)
 
-  /// \brief Replace the start of one fragment.
-  /// \throw ORVELBaseDataException as getDataPtr(ipUInt64); nothing has changed
+  /// \brief Replace the address of one fragment.
+  /// \throw ORVELBaseDataException as getDataPtr(ipUInt64); nothing is changed
   void setDataPtr(ipUInt64 fragment, void* dataPtr);
 
-  /// \brief Make the first fragment the last one; the others move up. What they hold stays where it is. Time:
-  /// O(number of fragments).
+  /// \brief Make the first fragment the last one; the others move up. Only their addresses move, not their
+  /// elements. Time: O(number of fragments).
   /// \throw ORVELBaseDataException (eBufferNotInitialized) if the buffer is not initialised
   void rollUpFragments();
 
-  /// \brief Make the last fragment the first one: undo rollUpFragments(), in the same time.
+  /// \brief Make the last fragment the first one: the inverse of rollUpFragments().
   /// \throw ORVELBaseDataException (eBufferNotInitialized) if the buffer is not initialised
   void rollDownFragments();
 
@@ -66,12 +66,12 @@ protected:
 
   /// \brief Initialise the buffer with a list, which may be its own.
   /// \throw ORVELBaseDataException (eInvalidBufferType) if dataType is eDT_None; the list and the size of the
-  /// fragments are stored already, the rest has not changed
-  /// \throw ORVELBaseDataException (eMemoryAllocationFailed) if the list finds no memory; the buffer has been
-  /// cleared
+  /// fragments have been stored, the rest is unchanged
+  /// \throw ORVELBaseDataException (eMemoryAllocationFailed) if there is no memory for the list; the buffer
+  /// has been cleared
   void initBase(const eDataType& dataType, const BufferPtrColl& fragments, ipUInt64 fragmentsSize);
 
-  void clearDerived() override; ///< \brief Empty the list; its memory is kept for the next one.
+  void clearDerived() override; ///< \brief Empty the list, but keep its memory.
 
 private:
   BufferPtrColl _fragments;

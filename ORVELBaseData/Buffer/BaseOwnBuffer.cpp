@@ -2,6 +2,7 @@
 
 #include <ORVELBaseData/Buffer/BufferUtils.h>
 #include <ORVELBaseData/Buffer/Private/BlockItems.h>
+#include <ORVELBaseData/Buffer/Private/OwnedBlock.h>
 #include <ORVELSerialization/SerializableClassDefinitions.h>
 
 namespace orvel
@@ -49,13 +50,13 @@ void BaseOwnBuffer::writeMembers(BaseOArchive& archive) const
 
 void BaseOwnBuffer::readMembers(BaseIArchive& archive, ipUInt32 /*version*/)
 {
-  details::readBlockItems(*this, archive,
-                          [this](ipUInt64 size, const eDataType& dataType)
-                          {
-                            if (dataType == eDataType::eDT_None)
-                              BaseBuffer::initBase(size, dataType); // raises, and the block stays
-                            initBase(size, dataType);
-                          });
+  if (const auto structure = details::readBlockStructure(*this, archive))
+  {
+    if (structure->dataType == eDataType::eDT_None)
+      BaseBuffer::initBase(structure->size, structure->dataType); // raises, and the block stays
+    initBase(structure->size, structure->dataType);
+  }
+  details::readBlock(*this, archive, ORVEL_HERE);
 }
 
 } // namespace orvel

@@ -9,16 +9,16 @@
 namespace orvel
 {
 
-/// \brief Kind of a buffer: whose memory its elements lie in, and in how many pieces. Counts from 1.
+/// \brief Kind of a buffer: who owns its memory, and whether it lies in one block or in fragments.
 class ORVELBASEDATA_EXPORT eBufferType : public NamedEnumeration<eBufferType, 1>
 {
 public:
   enum domain
   {
-    eBT_Own = 1,   ///< one block of its own: TOwnBuffer, TypedOwnBuffer
-    eBT_Hybrid,    ///< one block, its own or not: HybridBuffer
-    eBT_External,  ///< one block of somebody else's: ExternalBuffer
-    eBT_FragHybrid ///< fragments, its own or not: FragHybridBuffer
+    eBT_Own = 1,   ///< one owned block: TOwnBuffer, TypedOwnBuffer
+    eBT_Hybrid,    ///< one block, owned or external: HybridBuffer
+    eBT_External,  ///< one external block: ExternalBuffer
+    eBT_FragHybrid ///< fragments, owned or external: FragHybridBuffer
   };
 
   using NamedEnumeration::NamedEnumeration;

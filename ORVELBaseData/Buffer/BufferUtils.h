@@ -19,8 +19,8 @@
 namespace orvel
 {
 
-/// \brief Return the size of one element in bytes; 0 for eDT_None and for a value that is not an enumerator, of
-/// which all 64 bits count.
+/// \brief Return the size of one element in bytes; 0 for eDT_None and for a value that is not an enumerator,
+/// of which all 64 bits count.
 ORVELBASEDATA_EXPORT ipUInt32 getBufferBaseSize(const eDataType& dataType);
 
 /// \brief Copy bytes, as memcpy does: the ranges must not overlap.
@@ -54,7 +54,8 @@ ORVELBASEDATA_EXPORT void copyBufferMiror(void* dst, const eDataType& dataType, 
 /// | eDT_Int32 | truncated to 32 bits signed |
 /// | eDT_UInt32 | truncated to 64 bits signed, then the low 32 bits |
 /// | eDT_Int64 | truncated to 64 bits signed |
-/// | eDT_UInt64 | below 2^63 as eDT_Int64; else value - 2^63 truncated to 64 bits signed, with the top bit inverted |
+/// | eDT_UInt64 | below 2^63 as eDT_Int64; else value - 2^63 truncated to 64 bits signed, with the top bit
+/// inverted |
 /// | eDT_Real32 | rounded in the current rounding mode |
 /// | eDT_Real64 | unchanged |
 ///

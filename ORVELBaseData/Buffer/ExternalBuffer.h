@@ -1,7 +1,7 @@
 #pragma once
 
 /// \file
-/// \brief View on somebody else's block.
+/// \brief View on an external block.
 
 #include <boost/shared_ptr.hpp>
 
@@ -11,10 +11,12 @@
 namespace orvel
 {
 
-/// \brief Typed view on a block of somebody else's, who keeps it alive.
+/// \brief Typed view on an external block, which its owner must keep alive.
 ///
-/// A copy is a second view on the same memory. An archive holds nothing of the view: `write` files and `read`
-/// reads nothing, and the buffer stays as it was. So there is no archive version.
+/// A copy is a second view on the same memory. \see docs/memory.md for how the buffers differ
+///
+/// Beware: archives store nothing of it, neither elements nor size. `write` writes nothing and `read` leaves
+/// the buffer as it was, so there is no archive version. A HybridBuffer stores the elements that it views.
 class ORVELBASEDATA_EXPORT ExternalBuffer : public BaseBlockBuffer
 {
   ORVEL_DECLARE_NAME(ExternalBuffer)
@@ -24,19 +26,19 @@ class ORVELBASEDATA_EXPORT ExternalBuffer : public BaseBlockBuffer
 public:
   ExternalBuffer(); ///< a buffer that is not initialised
 
-  /// \brief Look at the memory of another buffer, as that one does.
+  /// \brief Become a second view on the memory of another buffer.
   /// \throw ORVELBaseDataException (eBufferNotInitialized) if the other buffer is not initialised; this one
   /// is unchanged
   void copy(const BaseDynamicObject& other) override;
 
   eBufferType getBufferType() const override; ///< eBT_External
 
-  /// \brief Look at a block of elements of a type that is given at run time.
+  /// \brief Become a view on a block of elements of a type that is given at run time.
   /// \throw ORVELBaseDataException (eInvalidBufferType) if dataType is eDT_None; an initialised buffer then
   /// has the new address with its old size and type
   void init(ipUInt64 size, const eDataType& dataType, void* dataPtr);
 
-  /// \brief Look at a block of elements of one of the types of eDataType.
+  /// \brief Become a view on a block of elements of one of the types of eDataType.
   template <class T>
   void init(ipUInt64 size, T* dataPtr)
   {

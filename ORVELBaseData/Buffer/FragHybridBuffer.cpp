@@ -7,6 +7,7 @@
 #include <utility>
 
 #include <ORVELBaseData/Buffer/BufferUtils.h>
+#include <ORVELBaseData/Buffer/Private/BlockItems.h>
 #include <ORVELBaseData/Buffer/Private/OwnedBlock.h>
 #include <ORVELBaseData/ORVELBaseDataLogMessages.h>
 #include <ORVELSerialization/ItemOperators.h>
@@ -20,15 +21,21 @@ ORVEL_DEFINE_SERIALIZABLE_COPIED_BY(FragHybridBuffer, BaseFragBuffer, BaseObject
 namespace
 {
 
-/// The bytes that an archive holds of each fragment. Raises where they do not fit 64 bits, as a buffer with
-/// the fragments of somebody else may tell.
+/// The bytes of each block if there are any to be moved, else 0. Raises where they do not fit 64 bits, as
+/// those of a view may not.
 ipUInt64 sizeOfEachBlock(const FragHybridBuffer& buffer, const SourceLocation& here)
 {
-  if (buffer.getNbFragments() == 0)
+  if (!details::asksForBlocks(buffer) || !buffer.isInitialized() || buffer.getNbFragments() == 0)
     return 0;
   const ipUInt64 sizeInBytes = details::multiplySizes(buffer.getBufferBaseSize(), buffer.getFragmentsSize());
   details::requireSize(sizeInBytes, here);
   return sizeInBytes;
+}
+
+/// Counts the list of empty fragments: they have no blocks, but take a pointer each.
+void countEmptyFragments(BaseArchive& archive, ipUInt64 nbFragments)
+{
+  archive.countUnfilledBytes(details::multiplySizes(nbFragments, sizeof(void*)));
 }
 
 } // namespace
@@ -128,21 +135,16 @@ void FragHybridBuffer::copyMembers(const FragHybridBuffer& other)
 
 void FragHybridBuffer::writeMembers(BaseOArchive& archive) const
 {
-  const eSklSrzMode& mode = getSerializationMode();
-  const ipUInt64 sizeInBytes =
-      isInitialized() && mode != eSklSrzMode::eSSM_Skeleton ? sizeOfEachBlock(*this, ORVEL_HERE) : 0;
-  if (mode != eSklSrzMode::eSSM_Data)
+  const ipUInt64 sizeInBytes = sizeOfEachBlock(*this, ORVEL_HERE);
+  if (details::writeStart(*this, archive))
   {
-    const bool initialized = isInitialized();
-    archive << SerializationOItem("bInit", initialized);
-    if (initialized)
-    {
-      const ipUInt64 nbFragments = getNbFragments();
-      const ipUInt64 fragmentsSize = getFragmentsSize();
-      archive << SerializationOItem("dataType", getDataType());
-      archive << SerializationOItem("nbFragments", nbFragments);
-      archive << SerializationOItem("fragmentsSize", fragmentsSize);
-    }
+    const ipUInt64 nbFragments = getNbFragments();
+    const ipUInt64 fragmentsSize = getFragmentsSize();
+    if (details::asksForBlocks(*this) && sizeInBytes == 0)
+      countEmptyFragments(archive, nbFragments);
+    archive << SerializationOItem("dataType", getDataType());
+    archive << SerializationOItem("nbFragments", nbFragments);
+    archive << SerializationOItem("fragmentsSize", fragmentsSize);
   }
   if (sizeInBytes != 0)
     for (const void* const fragment : getBufferPtrColl())
@@ -151,24 +153,14 @@ void FragHybridBuffer::writeMembers(BaseOArchive& archive) const
 
 void FragHybridBuffer::readMembers(BaseIArchive& archive, ipUInt32 /*version*/)
 {
-  const eSklSrzMode mode = getSerializationMode();
-  if (mode != eSklSrzMode::eSSM_Data)
-  {
-    bool initialized = false;
-    archive >> SerializationIItem("bInit", initialized);
-    if (initialized)
-      readStructure(archive, mode != eSklSrzMode::eSSM_Skeleton);
-    else
-      clear();
-  }
-  if (mode == eSklSrzMode::eSSM_Skeleton || !isInitialized())
-    return;
+  if (details::readStart(*this, archive))
+    readStructure(archive);
   if (const ipUInt64 sizeInBytes = sizeOfEachBlock(*this, ORVEL_HERE); sizeInBytes != 0)
     for (void* const fragment : getBufferPtrColl())
       archive.readBlock(fragment, sizeInBytes);
 }
 
-void FragHybridBuffer::readStructure(BaseIArchive& archive, bool isFollowedByData)
+void FragHybridBuffer::readStructure(BaseIArchive& archive)
 {
   eDataType dataType = eDataType::eDT_None;
   ipUInt64 nbFragments = 0;
@@ -178,16 +170,14 @@ void FragHybridBuffer::readStructure(BaseIArchive& archive, bool isFollowedByDat
   archive >> SerializationIItem("fragmentsSize", fragmentsSize);
   if (dataType == eDataType::eDT_None)
     BaseBuffer::initBase(0, dataType); // raises, and the fragments stay
-  // The blocks have to follow: a number in a damaged file does not make us allocate what it can't fill. Empty
-  // fragments have no blocks, but cost a pointer each. A size beyond 64 bits is left to init, which raises it
-  // as an allocation failure.
-  if (const ipUInt64 sizeInBytes = details::multiplySizes(orvel::getBufferBaseSize(dataType), fragmentsSize);
-      isFollowedByData && details::multiplySizes(sizeInBytes, nbFragments) != details::g_tooLarge)
+  if (details::asksForBlocks(*this))
   {
-    if (sizeInBytes != 0)
+    // As for a buffer in one block: a number does not make us allocate what the archive cannot fill.
+    const ipUInt64 sizeInBytes = details::multiplySizes(orvel::getBufferBaseSize(dataType), fragmentsSize);
+    if (sizeInBytes == 0)
+      countEmptyFragments(archive, nbFragments);
+    else if (details::multiplySizes(sizeInBytes, nbFragments) != details::g_tooLarge)
       archive.checkBlock(nbFragments, sizeInBytes);
-    else
-      archive.spendWork(nbFragments);
   }
   init(dataType, nbFragments, fragmentsSize);
 }

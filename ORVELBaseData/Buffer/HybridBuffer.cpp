@@ -4,6 +4,7 @@
 
 #include <ORVELBaseData/Buffer/BufferUtils.h>
 #include <ORVELBaseData/Buffer/Private/BlockItems.h>
+#include <ORVELBaseData/Buffer/Private/OwnedBlock.h>
 #include <ORVELSerialization/SerializableClassDefinitions.h>
 
 namespace orvel
@@ -69,15 +70,14 @@ void HybridBuffer::writeMembers(BaseOArchive& archive) const
 
 void HybridBuffer::readMembers(BaseIArchive& archive, ipUInt32 /*version*/)
 {
-  details::readBlockItems(*this, archive,
-                          [this](ipUInt64 size, const eDataType& dataType)
-                          {
-                            if (isInitialized() && getSize() == size && getDataType() == dataType)
-                              return;
-                            if (dataType == eDataType::eDT_None)
-                              BaseBuffer::initBase(size, dataType); // raises, and the block stays
-                            init(size, dataType);
-                          });
+  const auto structure = details::readBlockStructure(*this, archive);
+  if (structure && !(isInitialized() && getSize() == structure->size && getDataType() == structure->dataType))
+  {
+    if (structure->dataType == eDataType::eDT_None)
+      BaseBuffer::initBase(structure->size, structure->dataType); // raises, and the block stays
+    init(structure->size, structure->dataType);
+  }
+  details::readBlock(*this, archive, ORVEL_HERE);
 }
 
 } // namespace orvel

@@ -1,7 +1,7 @@
 #pragma once
 
 /// \file
-/// \brief One block, owned or looked at.
+/// \brief One block, owned or external.
 
 #include <memory>
 
@@ -13,17 +13,17 @@
 namespace orvel
 {
 
-/// \brief Buffer that owns its block or looks at somebody else's: the form of `init` called last decides.
+/// \brief Buffer that owns its block or views an external one: the form of `init` called last decides.
 ///
-/// A copy goes by what the target is, not the source: an owner takes the elements into its own block, a view
-/// becomes a view on the memory of the source. A target that is not initialised is neither and raises, so
-/// duplicate(), duplicateShared() and the copy constructor raise for every initialised source and make an
-/// empty buffer of any other. An owner may be given a view on its own block: that is copied before it is
-/// freed, if the sizes differ, and the view is left without memory.
+/// The target decides what a copy is: an owner takes the elements into its own block, a view becomes a view
+/// on the memory of the source (docs/memory.md). A target that is not initialised is neither and raises
+/// eBufferNotInitialized. So duplicate(), duplicateShared() and the copy constructor raise for every
+/// initialised source. An owner may be given a view on its own block: if the sizes differ, the old block is
+/// freed after it has been copied, and the view is left without memory.
 ///
-/// Archive version 1, with the items of BaseOwnBuffer; a view files the elements that it looks at. Reading
-/// keeps a view, or an owner, that has just the size and the type that come, and fills its memory; any other
-/// buffer becomes an owner. Data without their structure go into the memory that is there.
+/// Archive version 1, with the items and failures of BaseOwnBuffer; a view stores the elements that it views.
+/// If size and type match, reading fills the present memory, owned or external; otherwise the buffer becomes
+/// an owner. Data alone are read into the present memory.
 class ORVELBASEDATA_EXPORT HybridBuffer : public BaseBlockBuffer
 {
   ORVEL_DECLARE_SERIALIZABLE(HybridBuffer)
@@ -33,19 +33,20 @@ public:
 
   eBufferType getBufferType() const override; ///< eBT_Hybrid
 
-  /// \brief Become the owner of a block. An owner keeps the block that it has, with its contents, if it fits
-  /// to the byte.
+  /// \brief Become the owner of a block. An owner keeps its block, with its contents, if that has the same
+  /// size in bytes.
   ///
-  /// \throw ORVELBaseDataException (eMemoryAllocationFailed) with the std::bad_alloc as its cause; the buffer
-  /// is not initialised then and owns nothing. A size in bytes beyond 64 bits is told as 18446744073709551615
+  /// \throw ORVELBaseDataException (eMemoryAllocationFailed) if there is no memory, with the std::bad_alloc
+  /// as its cause. The buffer is then not initialised and owns nothing. A size in bytes beyond 64 bits is
+  /// reported as 18446744073709551615
   ///
   /// \throw ORVELBaseDataException (eInvalidBufferType) if dataType is eDT_None. The buffer then owns a block
-  /// of 0 bytes. If it was initialised it still answers with its old size and type, so clear it or initialise
-  /// it with another size in bytes before its elements are touched
+  /// of 0 bytes. An initialised buffer still answers with its old size and type: clear() it, or
+  /// initialise it with another size in bytes, before its elements are touched
   void init(ipUInt64 size, const eDataType& dataType);
 
-  /// \brief Become a view on a block of somebody else's, who keeps it alive. An own block is freed first, so
-  /// that an address in it, given to the owner, is left without memory.
+  /// \brief Become a view on an external block, which its owner must keep alive. An owned block is freed
+  /// first: an address in it is left without memory.
   /// \throw ORVELBaseDataException (eInvalidBufferType) if dataType is eDT_None; an initialised buffer then
   /// has the new address with its old size and type
   void init(ipUInt64 size, const eDataType& dataType, void* dataPtr);
@@ -57,18 +58,18 @@ public:
     init(size, ElementType<T>::dataType, dataPtr);
   }
 
-  /// \brief Tell whether the elements lie in a block of the buffer's own.
+  /// \brief Return whether the buffer owns its block.
   ///
-  /// A view on a null pointer counts as an owner, of no block. Taken for an owner it keeps that null "block"
-  /// in an init() of the same size in bytes, and in a copy of the same size, which then writes through it; a
-  /// copy of any other size is deep.
+  /// Beware: a view on a null pointer counts as an owner. It keeps the null pointer in an init() of the same
+  /// size in bytes and in a copy of the same size, which then writes through it; a copy of another size is
+  /// deep.
   ///
   /// \throw ORVELBaseDataException (eBufferNotInitialized) if the buffer is not initialised; it names
   /// getDataPtr()
   bool isBufferOwn() const;
 
 protected:
-  void clearDerived() override; ///< \brief Free the block; somebody else's is left alone.
+  void clearDerived() override; ///< \brief Free an owned block; an external one is left alone.
 
 private:
   std::unique_ptr<char[]> _block;

@@ -1,7 +1,7 @@
 #pragma once
 
 /// \file
-/// \brief Owning buffers of an element type that is known to the compiler.
+/// \brief Owning buffers of an element type known to the compiler.
 
 #include <ORVELBaseData/Buffer/BaseOwnBuffer.h>
 #include <ORVELBaseData/Buffer/ElementTypes.h>
@@ -9,15 +9,15 @@
 namespace orvel
 {
 
-/// \brief Buffer that owns its block, of elements of type T.
+/// \brief Buffer that owns its block, with elements of type T.
 ///
-/// There is one for each of the eleven types of eDataType; a bool takes one byte. The class name spells the
-/// type by its alias: "orvel::TOwnBuffer<orvel::ipInt16>".
+/// T is one of the eleven types of eDataType; a bool takes one byte. The class name spells the type by its
+/// alias: "orvel::TOwnBuffer<orvel::ipInt16>".
 ///
-/// A copy and an archive bring their own element type, which nothing compares with T: the buffer then answers
-/// with the type that came.
+/// Beware: a copy and an archive bring their own element type, which is not compared with T. The buffer then
+/// answers with that type.
 ///
-/// Archive version 1, without items of its own; its version comes after the data. \see BaseOwnBuffer
+/// Archive version 1, without items of its own; its version record follows the elements. \see BaseOwnBuffer
 template <class T>
 class ORVELBASEDATA_EXPORT TOwnBuffer : public BaseOwnBuffer
 {
@@ -29,8 +29,7 @@ public:
 
   eBufferType getBufferType() const override; ///< eBT_Own
 
-  /// \brief Initialise the buffer with elements of T. The contents are kept if the size in bytes stays the
-  /// same. \see BaseOwnBuffer::initBase() for the failures and what they leave
+  /// \brief Initialise the buffer with elements of T. \see BaseOwnBuffer::initBase()
   void init(ipUInt64 size);
 };
 

@@ -1,7 +1,7 @@
 #pragma once
 
 /// \file
-/// \brief Owning buffer of an element type that is known at run time.
+/// \brief Owning buffer of an element type known at run time.
 
 #include <boost/shared_ptr.hpp>
 
@@ -10,9 +10,9 @@
 namespace orvel
 {
 
-/// \brief Buffer that owns its block, of an element type that is given at run time.
+/// \brief Buffer that owns its block, with an element type given at run time.
 ///
-/// Archive version 1, without items of its own; its version comes after the data. \see BaseOwnBuffer
+/// Archive version 1, without items of its own; its version record follows the elements. \see BaseOwnBuffer
 class ORVELBASEDATA_EXPORT TypedOwnBuffer : public BaseOwnBuffer
 {
   ORVEL_DECLARE_SERIALIZABLE(TypedOwnBuffer)
@@ -22,8 +22,7 @@ public:
 
   eBufferType getBufferType() const override; ///< eBT_Own
 
-  /// \brief Initialise the buffer. The contents are kept if the size in bytes stays the same.
-  /// \see BaseOwnBuffer::initBase() for the failures and what they leave
+  /// \brief Initialise the buffer. \see BaseOwnBuffer::initBase()
   void init(ipUInt64 size, const eDataType& dataType);
 };
 

@@ -12,7 +12,7 @@
 namespace orvel
 {
 
-/// \brief Failures of the calibration. The texts stand in the source.
+/// \brief Failures of the calibration. The texts are in the source.
 class ORVELBASEDATA_EXPORT eCalibrationMessage : public NamedEnumeration<eCalibrationMessage>
 {
 public:

@@ -25,13 +25,12 @@ struct Quaternion
 
 /// \brief Scale, unit, origin and rotation of the pixel grid of an image.
 ///
-/// A plain value: nothing here computes with it. Scales are in units per pixel along each axis, the unit has
-/// any name ("mm"), the origin is in those units. The rotation is a quaternion that nobody normalises.
+/// A plain value: the library does no geometry with it. Scales are in units per pixel along each axis, the
+/// unit has any name ("mm"), the origin is in those units. The rotation is a quaternion, never normalised.
 ///
-/// A new calibration has the scales 1, the unit "px", the origin 0 and the rotation (0, 0, 0, 0). Beware:
-/// that is the zero quaternion and not the identity (1, 0, 0, 0).
+/// Beware: a new calibration has the zero quaternion (0, 0, 0, 0), not the identity (1, 0, 0, 0).
 ///
-/// Archive version 2; version 1 held the scales and the unit only: reading it sets the origin and the
+/// Archive version 2. Version 1 held the scales and the unit only: reading it sets the origin and the
 /// rotation to zeros. After a failure the fields read so far have their new values.
 class ORVELBASEDATA_EXPORT GeometricCalibration : public BaseSerializationObject
 {
@@ -42,10 +41,10 @@ public:
 
   /// \brief Set everything for an image in the plane; along z the scale becomes 1 and the origin 0.
   ///
-  /// An empty unit empties the unit. Beware: the rotation takes qr, qi and qj and its qk becomes 0, although
-  /// a rotation within the plane of x and y turns around k. Whoever needs one calls init3d().
-  /// \throw ORVELBaseDataException (eInvalidScale) with the first scale, in the order x, y, that is not above 0,
-  /// NaN included; nothing has changed
+  /// An empty unit empties the unit. Beware: the rotation takes qr, qi and qj, and qk becomes 0, although a
+  /// rotation within the plane of x and y turns around k. Call init3d() to set one.
+  /// \throw ORVELBaseDataException (eInvalidScale) with the first scale, in the order x, y, that is not above
+  /// 0, NaN included; nothing has changed
   void init2d(ipReal32 xScale, ipReal32 yScale, const std::string& unitStr, ipReal32 xOrigin,
               ipReal32 yOrigin, ipReal32 qr, ipReal32 qi, ipReal32 qj);
 
@@ -67,7 +66,7 @@ public:
   /// rounds it, and a scale of 0 makes it NaN, so that the calibration differs from itself.
   void setScale(ipReal32 scale, const std::string& unitStr);
 
-  /// \brief Set the scale along x and y, and the unit unless it is empty. What belongs to z stays.
+  /// \brief Set the scale along x and y, and the unit unless it is empty. Scale and origin along z stay.
   /// \see setScale(ipReal32, const std::string&)
   void setScale(ipReal32 xScale, ipReal32 yScale, const std::string& unitStr);
 
@@ -102,9 +101,10 @@ using GeometricCalibrationPtr = boost::shared_ptr<GeometricCalibration>; ///< sh
 using GeometricCalibrationConstPtr =
     boost::shared_ptr<const GeometricCalibration>; ///< shared constant calibration
 
-/// \name Makers of calibrations of images in the plane
-/// Each returns a new calibration, set by GeometricCalibration::init2d(); what is not given is 0, the scale
-/// of y that of x, and the unit empty, not "px". \throw ORVELBaseDataException (eInvalidScale) as init2d()
+/// \name Calibrations of images in the plane
+/// Each returns a new calibration, set by GeometricCalibration::init2d(). Where an argument is missing, the
+/// scale of y is that of x, other numbers are 0, and the unit is empty, not "px".
+/// \throw ORVELBaseDataException (eInvalidScale) as init2d()
 /// \{
 ORVELBASEDATA_EXPORT GeometricCalibrationPtr createGeometricCalibration2d(ipReal32 scale);
 ORVELBASEDATA_EXPORT GeometricCalibrationPtr createGeometricCalibration2d(ipReal32 xScale, ipReal32 yScale,
@@ -123,9 +123,9 @@ ORVELBASEDATA_EXPORT GeometricCalibrationPtr createGeometricCalibration2d(ipReal
                                                                           ipReal32 qj);
 /// \}
 
-/// \name Makers of calibrations of images in space
-/// Each returns a new calibration, set by GeometricCalibration::init3d(); what is not given is 0, the scales
-/// of y and z that of x, and the unit empty, not "px".
+/// \name Calibrations of images in space
+/// Each returns a new calibration, set by GeometricCalibration::init3d(). Where an argument is missing, the
+/// scales of y and z are that of x, other numbers are 0, and the unit is empty, not "px".
 /// \throw ORVELBaseDataException (eInvalidScale) as init3d()
 /// \{
 ORVELBASEDATA_EXPORT GeometricCalibrationPtr createGeometricCalibration3d(ipReal32 scale);

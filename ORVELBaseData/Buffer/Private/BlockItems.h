@@ -1,86 +1,60 @@
 #pragma once
 
 /// \file
-/// \brief What the buffers that may own their block do alike when they are copied, written and read.
+/// \brief What the buffers that may own their memory share when they are copied, written and read.
+
+#include <optional>
 
 #include <ORVELBaseData/Buffer/BaseBlockBuffer.h>
-#include <ORVELBaseData/Buffer/BufferUtils.h>
-#include <ORVELBaseData/Buffer/Private/OwnedBlock.h>
-#include <ORVELSerialization/ItemOperators.h>
+#include <ORVELSerialization/BaseIArchive.h>
+#include <ORVELSerialization/BaseOArchive.h>
+#include <ORVELUtil/Raise.h>
 
 namespace orvel::details
 {
 
+// For all buffers: the parts that the serialization mode asks for. A mode that is not an enumerator asks for
+// both.
+
+/// \brief Return whether a buffer's mode asks for its blocks.
+bool asksForBlocks(const BaseBuffer& buffer);
+
+/// \brief Write whether a buffer is initialised, if its mode asks for the structure.
+/// \return whether size and type have to follow
+bool writeStart(const BaseBuffer& buffer, BaseOArchive& archive);
+
+/// \brief Read what writeStart() has written, and clear the buffer if the one that was written was not
+/// initialised.
+/// \return whether size and type have to follow
+bool readStart(BaseBuffer& buffer, BaseIArchive& archive);
+
+// For the buffers in one block.
+
+/// \brief Size and type of a buffer, as an archive holds them.
+struct BlockStructure
+{
+  ipUInt64 size = 0;
+  eDataType dataType = eDataType::eDT_None;
+};
+
 /// \brief Copy the bytes of a buffer into one of the same size.
-inline void copyBlock(BaseBlockBuffer& target, const BaseBlockBuffer& source)
-{
-  const ipUInt64 sizeInBytes = source.getMemorySize();
-  if (sizeInBytes != 0 && target.getDataPtr() != source.getDataPtr())
-    copyBuffer(target.getDataPtr(), sizeInBytes, source.getDataPtr());
-}
+void copyBlock(BaseBlockBuffer& target, const BaseBlockBuffer& source);
 
-/// \brief Return the bytes of an initialised buffer's elements.
-/// \throw ORVELBaseDataException (eMemoryAllocationFailed) in the name of `here` if they do not fit 64 bits,
-/// as a view may tell
-inline ipUInt64 sizeOfBlock(const BaseBlockBuffer& buffer, const SourceLocation& here)
-{
-  const ipUInt64 sizeInBytes = multiplySizes(buffer.getBufferBaseSize(), buffer.getSize());
-  requireSize(sizeInBytes, here);
-  return sizeInBytes;
-}
+/// \brief Write a buffer as its mode asks: the structure, the block or both.
+/// \throw ORVELBaseDataException (eMemoryAllocationFailed) in the name of `here` if the bytes of the block do
+/// not fit 64 bits, as those of a view may not
+void writeBlockItems(const BaseBlockBuffer& buffer, BaseOArchive& archive, const SourceLocation& here);
 
-/// \brief File a buffer as its serialization mode asks: the structure, the block or both.
-inline void writeBlockItems(const BaseBlockBuffer& buffer, BaseOArchive& archive, const SourceLocation& here)
-{
-  const eSklSrzMode& mode = buffer.getSerializationMode();
-  const bool isInitialized = buffer.isInitialized();
-  const ipUInt64 sizeInBytes =
-      isInitialized && mode != eSklSrzMode::eSSM_Skeleton ? sizeOfBlock(buffer, here) : 0;
-  if (mode != eSklSrzMode::eSSM_Data)
-  {
-    archive << SerializationOItem("bInit", isInitialized);
-    if (isInitialized)
-    {
-      const ipUInt64 size = buffer.getSize();
-      archive << SerializationOItem("size", size);
-      archive << SerializationOItem("dataType", buffer.getDataType());
-    }
-  }
-  if (sizeInBytes != 0)
-    archive.writeBlock(buffer.getDataPtr(), sizeInBytes);
-}
+/// \brief Read the structure that writeBlockItems() has written, if the mode asks for it.
+///
+/// Where the block follows, the archive has been found to hold it: a number in a damaged file does not make
+/// the caller allocate what it cannot fill. A size beyond 64 bits is left to the caller.
+/// \return null if there is none
+std::optional<BlockStructure> readBlockStructure(BaseBlockBuffer& buffer, BaseIArchive& archive);
 
-/// \brief Read what writeBlockItems has filed.
-/// \param init called with the size and the type of an initialised buffer, after they were found to be
-/// possible
-template <class Init>
-void readBlockItems(BaseBlockBuffer& buffer, BaseIArchive& archive, Init init)
-{
-  const eSklSrzMode mode = buffer.getSerializationMode();
-  if (mode != eSklSrzMode::eSSM_Data)
-  {
-    bool isInitialized = false;
-    archive >> SerializationIItem("bInit", isInitialized);
-    if (isInitialized)
-    {
-      ipUInt64 size = 0;
-      eDataType dataType = eDataType::eDT_None;
-      archive >> SerializationIItem("size", size);
-      archive >> SerializationIItem("dataType", dataType);
-      // The block has to follow: a number in a damaged file does not make us allocate what it can't fill. A
-      // size beyond 64 bits is left to init, which raises it as an allocation failure.
-      const ipUInt64 baseSize = orvel::getBufferBaseSize(dataType);
-      if (mode != eSklSrzMode::eSSM_Skeleton && multiplySizes(baseSize, size) != g_tooLarge)
-        archive.checkBlock(size, baseSize);
-      init(size, dataType);
-    }
-    else
-      buffer.clear();
-  }
-  if (mode == eSklSrzMode::eSSM_Skeleton || !buffer.isInitialized())
-    return;
-  if (const ipUInt64 sizeInBytes = sizeOfBlock(buffer, ORVEL_HERE); sizeInBytes != 0)
-    archive.readBlock(buffer.getDataPtr(), sizeInBytes);
-}
+/// \brief Read the block that writeBlockItems() has written, if the mode asks for it, into the memory of an
+/// initialised buffer.
+/// \throw ORVELBaseDataException as writeBlockItems()
+void readBlock(BaseBlockBuffer& buffer, BaseIArchive& archive, const SourceLocation& here);
 
 } // namespace orvel::details

@@ -25,7 +25,7 @@ struct Avx2
     _mm256_stream_si256(reinterpret_cast<Vector*>(dst), vector);
   }
   static void finishStreaming() { _mm_sfence(); }
-  static const BlockPath& getNarrowerPath() { return sse2Path; }
+  static const BlockPath& getNarrowerPath() { return g_sse2Path; }
   static Vector repeat(ipUInt64 pattern) { return _mm256_set1_epi64x(static_cast<long long>(pattern)); }
 
   template <ipUInt64 SIZE>
@@ -53,8 +53,8 @@ using Loops = VectorLoops<Avx2>;
 
 } // namespace
 
-const BlockPath avx2Path = {"AVX2",           Loops::mirror<1>, Loops::mirror<2>,
-                            Loops::mirror<4>, Loops::mirror<8>, Loops::fill};
+const BlockPath g_avx2Path = {"AVX2",           Loops::mirror<1>, Loops::mirror<2>,
+                              Loops::mirror<4>, Loops::mirror<8>, Loops::fill};
 
 } // namespace orvel::details
 

@@ -53,7 +53,7 @@ struct Sse2
   static void store(char* dst, Vector vector) { _mm_storeu_si128(reinterpret_cast<Vector*>(dst), vector); }
   static void stream(char* dst, Vector vector) { _mm_stream_si128(reinterpret_cast<Vector*>(dst), vector); }
   static void finishStreaming() { _mm_sfence(); }
-  static const BlockPath& getNarrowerPath() { return plainPath; }
+  static const BlockPath& getNarrowerPath() { return g_plainPath; }
   static Vector repeat(ipUInt64 pattern) { return _mm_set1_epi64x(static_cast<long long>(pattern)); }
 
   template <ipUInt64 SIZE>
@@ -107,30 +107,30 @@ ipUInt64 findUsableCacheSize()
 const BlockPath& findFastestPath()
 {
 #if defined(__x86_64__)
-  return hasAvx2() ? avx2Path : sse2Path;
+  return hasAvx2() ? g_avx2Path : g_sse2Path;
 #else
-  return plainPath;
+  return g_plainPath;
 #endif
 }
 
 } // namespace
 
-const BlockPath plainPath = {"plain",          mirrorPlainly<1>, mirrorPlainly<2>,
-                             mirrorPlainly<4>, mirrorPlainly<8>, fillPlainly};
+const BlockPath g_plainPath = {"plain",          mirrorPlainly<1>, mirrorPlainly<2>,
+                               mirrorPlainly<4>, mirrorPlainly<8>, fillPlainly};
 
 #if defined(__x86_64__)
-const BlockPath sse2Path = {
+const BlockPath g_sse2Path = {
     "SSE2",         Sse2Loops::mirror<1>, Sse2Loops::mirror<2>, Sse2Loops::mirror<4>, Sse2Loops::mirror<8>,
     Sse2Loops::fill};
 #endif
 
 std::vector<const BlockPath*> getAvailableBlockPaths()
 {
-  std::vector<const BlockPath*> paths = {&plainPath};
+  std::vector<const BlockPath*> paths = {&g_plainPath};
 #if defined(__x86_64__)
-  paths.push_back(&sse2Path);
+  paths.push_back(&g_sse2Path);
   if (hasAvx2())
-    paths.push_back(&avx2Path);
+    paths.push_back(&g_avx2Path);
 #endif
   return paths;
 }

@@ -34,11 +34,11 @@ struct BlockPath
   FillFunction fill;
 };
 
-extern const BlockPath plainPath; ///< no more than C++, on every processor
+extern const BlockPath g_plainPath; ///< no more than C++, on every processor
 
 #if defined(__x86_64__)
-extern const BlockPath sse2Path; ///< every x86-64 processor has it
-extern const BlockPath avx2Path; ///< only where the processor and the system know its registers
+extern const BlockPath g_sse2Path; ///< every x86-64 processor has it
+extern const BlockPath g_avx2Path; ///< only where the processor and the system know its registers
 #endif
 
 /// \brief Return what this machine can run, the slowest first.

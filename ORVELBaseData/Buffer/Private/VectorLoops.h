@@ -45,16 +45,16 @@ public:
     const auto* const in = static_cast<const char*>(src);
 
     // The vectors at both ends may overlap those between them: they write the same bytes once more.
-    mirrorVector<SIZE, Stores::eCached>(begin + size - vectorSize, in);
-    mirrorVector<SIZE, Stores::eCached>(begin, in + size - vectorSize);
+    mirrorVector<SIZE, Stores::cached>(begin + size - vectorSize, in);
+    mirrorVector<SIZE, Stores::cached>(begin, in + size - vectorSize);
 
     // From here the end of what is to be written is a multiple of the vector's size, unless that falls within
     // an element.
     const ipUInt64 rest = getAddress(begin + size) % vectorSize;
     if (rest % SIZE != 0)
-      mirrorVectors<SIZE, Stores::eCached>(begin, size, in);
+      mirrorVectors<SIZE, Stores::cached>(begin, size, in);
     else if (size < streamFrom)
-      mirrorVectors<SIZE, Stores::eCached>(begin, size - rest, in + rest);
+      mirrorVectors<SIZE, Stores::cached>(begin, size - rest, in + rest);
     else
     {
       streamMirrored<SIZE>(begin, size - rest, in + rest);
@@ -80,10 +80,10 @@ public:
     const ipUInt64 start = vectorSize - getAddress(begin) % vectorSize;
     const Vector vector = InstructionSet::repeat(rotate(pattern, start));
     if (sizeInBytes < streamFrom)
-      fillVectors<Stores::eCached>(begin + start, sizeInBytes - start, vector);
+      fillVectors<Stores::cached>(begin + start, sizeInBytes - start, vector);
     else
     {
-      fillVectors<Stores::eStreaming>(begin + start, sizeInBytes - start, vector);
+      fillVectors<Stores::streaming>(begin + start, sizeInBytes - start, vector);
       InstructionSet::finishStreaming();
     }
   }
@@ -94,8 +94,8 @@ private:
 
   enum class Stores
   {
-    eCached,
-    eStreaming
+    cached,
+    streaming
   };
 
   static ipUInt64 getAddress(const char* pointer) { return reinterpret_cast<std::uintptr_t>(pointer); }
@@ -110,7 +110,7 @@ private:
   template <Stores STORES>
   static void put(char* dst, Vector vector)
   {
-    if constexpr (STORES == Stores::eStreaming)
+    if constexpr (STORES == Stores::streaming)
       InstructionSet::stream(dst, vector);
     else
       InstructionSet::store(dst, vector);
@@ -149,8 +149,8 @@ private:
     const ipUInt64 stretch = size / (nbPlaces * pieceSize) * pieceSize;
     for (ipUInt64 offset = 0; offset < stretch; offset += pieceSize)
       for (ipUInt64 start = offset; start < nbPlaces * stretch; start += stretch)
-        mirrorVectors<SIZE, Stores::eStreaming>(dst + size - start - pieceSize, pieceSize, src + start);
-    mirrorVectors<SIZE, Stores::eStreaming>(dst, size - nbPlaces * stretch, src + nbPlaces * stretch);
+        mirrorVectors<SIZE, Stores::streaming>(dst + size - start - pieceSize, pieceSize, src + start);
+    mirrorVectors<SIZE, Stores::streaming>(dst, size - nbPlaces * stretch, src + nbPlaces * stretch);
   }
 
   /// Stores whole vectors, as many as there are in size bytes.

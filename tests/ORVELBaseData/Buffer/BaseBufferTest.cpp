@@ -196,8 +196,7 @@ TEST(BaseBuffer, RefusesToAnswerBeforeItIsInitialised)
     EXPECT_NE(failure.getFunction().find(accessor.name), std::string::npos);
 #endif
     EXPECT_EQ(failure.getFile(), "ORVELBaseData/Buffer/BaseBuffer.cpp");
-    EXPECT_NE(sourceLine(failure.getFile(), failure.getLine()).find("eBufferNotInitialized"),
-              std::string::npos);
+    EXPECT_NE(sourceLine(failure.getFile(), failure.getLine()).find("requireInitialized"), std::string::npos);
     EXPECT_EQ(failure.getCause(), nullptr);
     ASSERT_EQ(log.getRecords().size(), 1U);
     EXPECT_EQ(log.getRecords()[0].message, g_notInitialized);
@@ -289,15 +288,15 @@ TEST(BaseBuffer, HasItsNameAndNoVersion)
 }
 
 template <class T, class = void>
-constexpr bool hasVersion = false;
+constexpr bool g_hasVersion = false;
 template <class T>
-constexpr bool hasVersion<T, std::void_t<decltype(T::getVersion())>> = true;
+constexpr bool g_hasVersion<T, std::void_t<decltype(T::getVersion())>> = true;
 
 TEST(BaseBuffer, IsARootThatCannotBeCreated)
 {
   static_assert(std::is_abstract_v<BaseBuffer>);
   static_assert(std::is_base_of_v<BaseObjectWithSkeleton, BaseBuffer>);
-  static_assert(!hasVersion<BaseBuffer>);
+  static_assert(!g_hasVersion<BaseBuffer>);
   const PlainBuffer buffer;
   EXPECT_EQ(buffer.getSerializationMode(), eSklSrzMode::eSSM_Full);
 }

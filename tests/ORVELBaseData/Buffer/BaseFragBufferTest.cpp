@@ -318,7 +318,7 @@ TEST(BaseFragBuffer, RefusesToAnswerBeforeItIsInitialisedAndAfterItWasCleared)
     {
       SCOPED_TRACE(accessor.function);
       expectRaised("Buffer should be initialized before used", accessor.function,
-                   "ORVELBaseData/Buffer/BaseFragBuffer.cpp", "eBufferNotInitialized",
+                   "ORVELBaseData/Buffer/BaseFragBuffer.cpp", "requireInitialized",
                    [&] { accessor.call(*buffer); });
       EXPECT_FALSE(buffer->isInitialized());
     }
@@ -327,7 +327,7 @@ TEST(BaseFragBuffer, RefusesToAnswerBeforeItIsInitialisedAndAfterItWasCleared)
 void expectNoFragment(PlainFragBuffer& buffer, ipUInt64 index, const std::string& message)
 {
   const char* const file = "ORVELBaseData/Buffer/BaseFragBuffer.cpp";
-  const char* const statement = "eInvalidFragmentIndex";
+  const char* const statement = "requireFragment";
   const std::string accessor = "orvel::BaseFragBuffer::getDataPtr(orvel::ipUInt64)";
   expectRaised(message, "void* " + accessor, file, statement, [&] { buffer.getDataPtr(index); });
   expectRaised(message, "const void* " + accessor + " const", file, statement,

@@ -182,7 +182,7 @@ TEST(ExternalBuffer, CannotCopyFromABufferThatIsNotInitialised)
   target.init(3, memory);
   expectRaised("Buffer should be initialized before used",
                "orvel::ipUInt64 orvel::BaseBuffer::getSize() const", "ORVELBaseData/Buffer/BaseBuffer.cpp",
-               "eBufferNotInitialized", [&] { target.copy(source); });
+               "requireInitialized", [&] { target.copy(source); });
   expectNotInitialised([&] { target = source; });
   expectView(target, memory);
   const std::ptrdiff_t nbBlocks = getNbBlocksInUse();

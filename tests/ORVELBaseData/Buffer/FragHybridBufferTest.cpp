@@ -5,6 +5,7 @@
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -1138,22 +1139,142 @@ TYPED_TEST(FragHybridBufferArchive, WithoutTheBlocksThatItPromisesAllocatesNothi
   }
 }
 
-TYPED_TEST(FragHybridBufferArchive, OfMoreEmptyFragmentsThanItsLengthAllowsAllocatesNothing)
+constexpr ipUInt64 g_mostEmptyFragments = 8388608; // in one archive: their lists take 64 MiB
+
+TYPED_TEST(FragHybridBufferArchive, BringsBackManyEmptyFragments)
 {
-  for (const std::int64_t nbFragments : {std::int64_t{1000000}, std::int64_t{1} << 60U})
+  for (const bool isUntrusted : {false, true})
+    for (const ipUInt64 nbFragments : {ipUInt64{4535}, ipUInt64{4536}, g_mostEmptyFragments})
+    {
+      FragHybridBuffer buffer;
+      buffer.init(eDataType::eDT_Int8, BufferPtrColl(nbFragments, nullptr), 0);
+      const std::string file = fileOfMode<TypeParam>(buffer, g_full);
+      FragHybridBuffer read;
+      readFile<TypeParam>(file,
+                          [&](BaseIArchive& archive)
+                          {
+                            archive.setUntrusted(isUntrusted);
+                            EXPECT_TRUE(read.read(archive));
+                          });
+      EXPECT_EQ(read.getNbFragments(), nbFragments);
+      EXPECT_EQ(read.getFragmentsSize(), 0U);
+      EXPECT_EQ(read.getDataPtr(nbFragments - 1), blockOf(read));
+    }
+}
+
+TYPED_TEST(FragHybridBufferArchive, BringsBackManyBuffersOfEmptyFragments)
+{
+  constexpr ipUInt64 nbBuffers = 64;
+  FragHybridBuffer buffer;
+  buffer.init(eDataType::eDT_Real64, 10000, 0);
+  const auto writeAll = [&](BaseOArchive& archive)
+  {
+    for (ipUInt64 i = 0; i < nbBuffers; ++i)
+      EXPECT_TRUE(buffer.write(archive));
+  };
+  for (const bool isUntrusted : {false, true})
+    readFile<TypeParam>(fileOf<TypeParam>(writeAll),
+                        [&](BaseIArchive& archive)
+                        {
+                          archive.setUntrusted(isUntrusted);
+                          for (ipUInt64 i = 0; i < nbBuffers; ++i)
+                          {
+                            FragHybridBuffer read;
+                            EXPECT_TRUE(read.read(archive));
+                            EXPECT_EQ(read.getNbFragments(), 10000U);
+                          }
+                        });
+}
+
+constexpr const char* g_tooManyEmptyFragments =
+    ": more than 67108864 bytes of memory that the archive does not fill";
+
+TYPED_TEST(FragHybridBufferArchive, RefusesOnWritingTheEmptyFragmentsThatItWouldRefuseOnReading)
+{
+  FragHybridBuffer buffer;
+  buffer.init(eDataType::eDT_Int8, BufferPtrColl(g_mostEmptyFragments + 1, nullptr), 0);
+  FragHybridBuffer half;
+  half.init(eDataType::eDT_Int8, BufferPtrColl(g_mostEmptyFragments / 2, nullptr), 0);
+  FragHybridBuffer one;
+  one.init(eDataType::eDT_Int8, 1, 0);
+  std::ostringstream stream;
+  typename TypeParam::OArchive archive(stream);
+  const std::string message = messageOf<ORVELSerializationException>([&] { buffer.write(archive); });
+  EXPECT_NE(message.find(g_tooManyEmptyFragments), std::string::npos) << message;
+  EXPECT_TRUE(archive.isFailed());
+
+  typename TypeParam::OArchive another(stream);
+  EXPECT_TRUE(half.write(another));
+  EXPECT_TRUE(half.write(another)); // all of them together count
+  EXPECT_THROW(one.write(another), ORVELSerializationException);
+  EXPECT_TRUE(another.isFailed());
+}
+
+TYPED_TEST(FragHybridBufferArchive, OfMoreEmptyFragmentsThanItMayHaveAllocatesNothing)
+{
+  for (const std::int64_t nbFragments :
+       {static_cast<std::int64_t>(g_mostEmptyFragments + 1), std::int64_t{1} << 60U, std::int64_t{1} << 62U})
   {
     FragHybridBuffer buffer;
     own(buffer, {"ab"});
-    const std::size_t nbArrays = getNbArraysAllocated();
+    const TypeParam archive = this->structureOf(nbFragments, 0);
+    const std::size_t nbBytes = getAllocatedBytes();
     const std::string message =
-        failureOfReading<ORVELSerializationException>(buffer, this->structureOf(nbFragments, 0), g_full)
-            .getMessage();
-    EXPECT_NE(message.find("more work asked for than the length of the archive allows"), std::string::npos)
-        << message;
-    EXPECT_EQ(getNbArraysAllocated(), nbArrays);
+        failureOfReading<ORVELSerializationException>(buffer, archive, g_full).getMessage();
+    EXPECT_NE(message.find(g_tooManyEmptyFragments), std::string::npos) << message;
+    EXPECT_LT(getAllocatedBytes() - nbBytes, 1000000U); // the archive and the failure
     EXPECT_EQ(buffer.getSize(), 2U);
     EXPECT_EQ(textOf(buffer), "ab");
   }
+}
+
+TYPED_TEST(FragHybridBufferArchive, CountsEmptyFragmentsOnlyWhereNoBlocksFillThem)
+{
+  FragHybridBuffer empty;
+  empty.init(eDataType::eDT_Int8, 3, 0);
+  FragHybridBuffer none;
+  none.init(eDataType::eDT_Int8, 0, 3);
+  FragHybridBuffer full;
+  own(full, {"ab", "cd", "ef"});
+  const auto moveAll = [&](auto& archive, const auto move)
+  {
+    archive.setLimits({archive.getLimits().maxDepth, archive.getLimits().maxWork, 23});
+    move(none, g_full);
+    move(full, g_full);
+    move(empty, g_skeleton);
+    move(empty, g_data);
+    EXPECT_THROW(move(empty, g_full), ORVELSerializationException); // 24 bytes
+    EXPECT_TRUE(archive.isFailed());
+  };
+  const auto write = [](BaseOArchive& archive, const FragHybridBuffer& buffer, const eSklSrzMode& mode)
+  {
+    buffer.setSerializationMode(mode);
+    buffer.write(archive);
+  };
+  std::ostringstream stream;
+  typename TypeParam::OArchive output(stream);
+  moveAll(output,
+          [&](const FragHybridBuffer& buffer, const eSklSrzMode& mode) { write(output, buffer, mode); });
+
+  const std::string file = fileOf<TypeParam>(
+      [&](BaseOArchive& archive)
+      {
+        write(archive, none, g_full);
+        write(archive, full, g_full);
+        write(archive, empty, g_skeleton);
+        write(archive, empty, g_data);
+        write(archive, empty, g_full);
+      });
+  readStart<TypeParam>(file,
+                       [&](BaseIArchive& archive)
+                       {
+                         moveAll(archive,
+                                 [&](FragHybridBuffer& buffer, const eSklSrzMode& mode)
+                                 {
+                                   buffer.setSerializationMode(mode);
+                                   buffer.read(archive);
+                                 });
+                       });
 }
 
 TYPED_TEST(FragHybridBufferArchive, OfASkeletonOfMoreEmptyFragmentsThanAnyListHoldsFindsNoMemory)

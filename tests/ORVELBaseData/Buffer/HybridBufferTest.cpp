@@ -117,7 +117,7 @@ TEST(HybridBuffer, CannotTellWhetherItOwnsBeforeItIsInitialised)
   };
   expectRaised("Buffer should be initialized before used",
                "const void* orvel::BaseBlockBuffer::getDataPtr() const",
-               "ORVELBaseData/Buffer/BaseBlockBuffer.cpp", "eBufferNotInitialized", ask);
+               "ORVELBaseData/Buffer/BaseBlockBuffer.cpp", "requireInitialized", ask);
   buffer.init(3, memory);
   buffer.clear();
   expectNotInitialised(ask);
@@ -406,7 +406,7 @@ TEST(HybridBuffer, CannotBeCopiedOntoABufferThatIsNotInitialised)
     HybridBuffer target;
     expectRaised(
         "Buffer should be initialized before used", "const void* orvel::BaseBlockBuffer::getDataPtr() const",
-        "ORVELBaseData/Buffer/BaseBlockBuffer.cpp", "eBufferNotInitialized", [&] { target.copy(*source); });
+        "ORVELBaseData/Buffer/BaseBlockBuffer.cpp", "requireInitialized", [&] { target.copy(*source); });
     expectNotInitialised([&] { target = *source; });
     expectCleared(target);
     expectNumbers(*source, 1, 2, 3);

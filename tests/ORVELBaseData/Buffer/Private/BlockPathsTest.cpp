@@ -18,10 +18,10 @@ using namespace orvel::details;
 using Bytes = std::vector<unsigned char>;
 using Numbers = std::initializer_list<ipUInt64>;
 
-constexpr unsigned char guard = 0xA5;
-constexpr ipUInt64 never = ~ipUInt64{0};
-constexpr ipUInt64 always = 0;
-constexpr ipUInt64 pattern = 0xF1E2D3C4B5A69788; // no two bytes are the same
+constexpr unsigned char g_guard = 0xA5;
+constexpr ipUInt64 g_never = ~ipUInt64{0};
+constexpr ipUInt64 g_always = 0;
+constexpr ipUInt64 g_pattern = 0xF1E2D3C4B5A69788; // no two bytes are the same
 
 /// A copy that begins so many bytes behind a multiple of 64, with 64 bytes before and behind it to be
 /// guarded.
@@ -29,7 +29,7 @@ class Placed
 {
 public:
   Placed(ipUInt64 size, ipUInt64 offset)
-    : _memory(size + 256, guard)
+    : _memory(size + 256, g_guard)
     , _size(size)
   {
     const auto address = reinterpret_cast<std::uintptr_t>(_memory.data());
@@ -43,7 +43,7 @@ public:
   {
     const auto isGuard = [](unsigned char byte)
     {
-      return byte == guard;
+      return byte == g_guard;
     };
     const auto begin = _memory.begin() + static_cast<std::ptrdiff_t>(_start);
     const auto end = begin + static_cast<std::ptrdiff_t>(_size);
@@ -82,11 +82,11 @@ Bytes mirrored(const unsigned char* src, ipUInt64 nbElements, ipUInt64 elementSi
 /// What a fill has to give, by definition.
 Bytes repeated(ipUInt64 size)
 {
-  unsigned char bytes[sizeof(pattern)];
-  std::memcpy(bytes, &pattern, sizeof(pattern));
+  unsigned char bytes[sizeof(g_pattern)];
+  std::memcpy(bytes, &g_pattern, sizeof(g_pattern));
   Bytes result(size);
   for (ipUInt64 i = 0; i < size; ++i)
-    result[i] = bytes[i % sizeof(pattern)];
+    result[i] = bytes[i % sizeof(g_pattern)];
   return result;
 }
 
@@ -117,18 +117,18 @@ protected:
   static void expectFill(ipUInt64 size, ipUInt64 offset, ipUInt64 streamFrom)
   {
     Placed dst(size, offset);
-    GetParam()->fill(dst.begin(), size, pattern, streamFrom);
+    GetParam()->fill(dst.begin(), size, g_pattern, streamFrom);
     ASSERT_TRUE(dst.holds(repeated(size).data())) << size << " bytes at " << offset;
   }
 };
 
-constexpr ipUInt64 elementSizes[] = {1, 2, 4, 8};
+constexpr ipUInt64 g_elementSizes[] = {1, 2, 4, 8};
 
 TEST_P(BlockPaths, MirrorEveryLength)
 {
-  for (const ipUInt64 elementSize : elementSizes)
+  for (const ipUInt64 elementSize : g_elementSizes)
     for (ipUInt64 nbElements = 0; nbElements <= 300; ++nbElements)
-      for (const ipUInt64 streamFrom : {never, always})
+      for (const ipUInt64 streamFrom : {g_never, g_always})
       {
         expectMirror(elementSize, nbElements, 0, 0, streamFrom);
         expectMirror(elementSize, nbElements, 24, 8, streamFrom);
@@ -138,49 +138,49 @@ TEST_P(BlockPaths, MirrorEveryLength)
 
 TEST_P(BlockPaths, MirrorEveryAlignmentOfTheDestination)
 {
-  for (const ipUInt64 elementSize : elementSizes)
+  for (const ipUInt64 elementSize : g_elementSizes)
     for (ipUInt64 offset = 0; offset < 64; ++offset)
       for (const ipUInt64 nbElements :
            Numbers{1, 2, 3, 7, 8, 15, 16, 17, 31, 32, 33, 64, 65, 127, 128, 129, 160, 255})
-        for (const ipUInt64 streamFrom : {never, always})
+        for (const ipUInt64 streamFrom : {g_never, g_always})
           expectMirror(elementSize, nbElements, offset, 0, streamFrom);
 }
 
 TEST_P(BlockPaths, MirrorEveryAlignmentOfBothSides)
 {
-  for (const ipUInt64 elementSize : elementSizes)
+  for (const ipUInt64 elementSize : g_elementSizes)
     for (ipUInt64 dstOffset = 0; dstOffset < 64; ++dstOffset)
       for (ipUInt64 srcOffset = 0; srcOffset < 64; ++srcOffset)
         expectMirror(elementSize, 173 / elementSize, dstOffset, srcOffset,
-                     srcOffset % 2 == 0 ? never : always);
+                     srcOffset % 2 == 0 ? g_never : g_always);
 }
 
 TEST_P(BlockPaths, MirrorPastTheCachesAtSeveralPlacesInTurn)
 {
-  for (const ipUInt64 elementSize : elementSizes)
+  for (const ipUInt64 elementSize : g_elementSizes)
     for (const ipUInt64 nbBytes :
          Numbers{2040, 2048, 2056, 2080, 2088, 4080, 4096, 4136, 6144, 8184, 8192, 10000, 16384})
       for (const ipUInt64 offset : Numbers{0, 1, 8, 16, 24, 40, 63})
-        expectMirror(elementSize, nbBytes / elementSize, offset, 8, always);
+        expectMirror(elementSize, nbBytes / elementSize, offset, 8, g_always);
 }
 
 TEST_P(BlockPaths, MirrorRangesThatTouch)
 {
-  for (const ipUInt64 elementSize : elementSizes)
+  for (const ipUInt64 elementSize : g_elementSizes)
     for (ipUInt64 nbElements = 1; nbElements <= 100; ++nbElements)
     {
       const ipUInt64 size = nbElements * elementSize;
       const Bytes expected = mirrored(getSource().data(), nbElements, elementSize);
       Placed behind(2 * size, 1);
       std::copy_n(getSource().begin(), size, behind.begin());
-      getMirror(*GetParam(), elementSize)(behind.begin() + size, nbElements, behind.begin(), never);
+      getMirror(*GetParam(), elementSize)(behind.begin() + size, nbElements, behind.begin(), g_never);
       Bytes both(getSource().begin(), getSource().begin() + static_cast<std::ptrdiff_t>(size));
       both.insert(both.end(), expected.begin(), expected.end());
       ASSERT_TRUE(behind.holds(both.data())) << nbElements;
 
       Placed before(2 * size, 1);
       std::copy_n(getSource().begin(), size, before.begin() + size);
-      getMirror(*GetParam(), elementSize)(before.begin(), nbElements, before.begin() + size, never);
+      getMirror(*GetParam(), elementSize)(before.begin(), nbElements, before.begin() + size, g_never);
       std::rotate(both.begin(), both.begin() + static_cast<std::ptrdiff_t>(size), both.end());
       ASSERT_TRUE(before.holds(both.data())) << nbElements;
     }
@@ -190,7 +190,7 @@ TEST_P(BlockPaths, FillEveryLengthAtEveryAlignment)
 {
   for (ipUInt64 size = 0; size <= 300; ++size)
     for (ipUInt64 offset = 0; offset < 64; ++offset)
-      expectFill(size, offset, (size + offset) % 2 == 0 ? never : always);
+      expectFill(size, offset, (size + offset) % 2 == 0 ? g_never : g_always);
 }
 
 TEST_P(BlockPaths, StreamFromTheGivenSizeOn)
@@ -234,7 +234,7 @@ void mirrorByDefinition(unsigned char* dst, ipUInt64 elementSize, ipUInt64 nbEle
 
 TEST(MirrorInOrder, GivesWhatTheOneDirectionalLoopGivesAtEveryDistance)
 {
-  for (const ipUInt64 elementSize : elementSizes)
+  for (const ipUInt64 elementSize : g_elementSizes)
     for (const ipUInt64 nbElements : Numbers{1, 2, 3, 4, 31, 37})
       for (int distance = -300; distance <= 300; ++distance) // in bytes: also within elements
       {
@@ -250,7 +250,7 @@ TEST(GetAvailableBlockPaths, BeginsWithThePlainOneAndEndsWithTheOneInUse)
 {
   const std::vector<const BlockPath*> paths = getAvailableBlockPaths();
   ASSERT_FALSE(paths.empty());
-  EXPECT_EQ(paths.front(), &plainPath);
+  EXPECT_EQ(paths.front(), &g_plainPath);
   EXPECT_EQ(paths.back(), &getFastestBlockPath());
   EXPECT_EQ(&getFastestBlockPath(), &getFastestBlockPath());
 }
@@ -259,7 +259,7 @@ TEST(GetAvailableBlockPaths, BeginsWithThePlainOneAndEndsWithTheOneInUse)
 TEST(GetAvailableBlockPaths, HoldsSse2Always)
 {
   const std::vector<const BlockPath*> paths = getAvailableBlockPaths();
-  EXPECT_NE(std::find(paths.begin(), paths.end(), &sse2Path), paths.end());
+  EXPECT_NE(std::find(paths.begin(), paths.end(), &g_sse2Path), paths.end());
 }
 #endif
 
