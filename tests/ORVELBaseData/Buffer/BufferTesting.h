@@ -4,6 +4,7 @@
 /// \brief What the tests of buffers do alike: move them through archives, look at what they raise.
 
 #include <cstddef>
+#include <functional>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -13,6 +14,7 @@
 #include <ORVELBaseData/ORVELBaseDataLog.h>
 #include <ORVELSerialization/BaseObjectWithSkeleton.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
+#include <ORVELUtil/ORVELUtilException.h>
 #include <support/HandWrittenArchive.h>
 #include <support/RaisedFailure.h>
 
@@ -69,32 +71,6 @@ void expectRefusedWhereverItIsCut(const std::string& file, Begin begin, Check ch
   }
 }
 
-/// \brief Check all that comes of a failure: its text, the raising function, file and statement, one record
-/// in the log.
-/// \param function its signature as g++ spells it; other compilers spell the types in another way
-/// \param statement what stands in the raising line
-template <class Operation>
-void expectRaised(const std::string& message, const std::string& function, const std::string& file,
-                  const std::string& statement, Operation operation)
-{
-  const LogCapture log(getORVELBaseDataLogger());
-  const auto failure = failureOf<ORVELBaseDataException>(operation);
-  EXPECT_EQ(failure.getMessage(), message);
-#if !defined(__clang__)
-  EXPECT_EQ(failure.getFunction(), function);
-#else
-  const std::size_t end = function.find('(') + 1;
-  const std::size_t start = function.rfind(' ', end) + 1;
-  EXPECT_NE(failure.getFunction().find(function.substr(start, end - start)), std::string::npos);
-#endif
-  EXPECT_EQ(failure.getFile(), file);
-  EXPECT_NE(sourceLine(failure.getFile(), failure.getLine()).find(statement), std::string::npos);
-  ASSERT_EQ(log.getRecords().size(), 1U);
-  EXPECT_EQ(log.getRecords()[0].message, message);
-  EXPECT_EQ(log.getRecords()[0].level, 40000);
-  EXPECT_EQ(log.getRecords()[0].line, static_cast<int>(failure.getLine()));
-}
-
 /// \brief Check that an operation finds no memory: the text with the size asked for, the cause.
 template <class Operation>
 void expectNoMemory(ipUInt64 sizeInBytes, Operation operation)
@@ -114,13 +90,54 @@ void expectNotInitialised(Operation operation)
   EXPECT_EQ(messageOf<ORVELBaseDataException>(operation), "Buffer should be initialized before used");
 }
 
+/// \brief The same with the function and the source that it names.
+inline void expectNotInitialised(const std::string& function, const std::string& source,
+                                 const std::function<void()>& operation)
+{
+  expectRaised<ORVELBaseDataException>(
+      operation, {"Buffer should be initialized before used", function, source, "", "requireInitialized"});
+}
+
+/// \brief Check that a class that does not copy refuses to in its own name.
+/// \param className with its namespace
+inline void expectCopyRefused(BaseDynamicObject& object, const BaseDynamicObject& other,
+                              const std::string& className, const std::string& source)
+{
+  const std::string message = "Class " + className + " doesn't support copy";
+  EXPECT_FALSE(object.hasCopySupport());
+  expectRaised<ORVELUtilException>(
+      [&] { object.copy(other); },
+      {message, "virtual void " + className + "::copy(const orvel::BaseDynamicObject&)", source});
+  expectRaised<ORVELUtilException>(
+      [&] { object.duplicate(); },
+      {message, "virtual orvel::BaseDynamicObject* " + className + "::duplicate() const", source});
+  expectRaised<ORVELUtilException>(
+      [&] { object.duplicateShared(); },
+      {message, "virtual orvel::DynamicObjectPtr " + className + "::duplicateShared() const", source});
+}
+
+/// \brief Check that archives hold nothing of an object, in any mode, and that reading one succeeds.
+template <class Check>
+void expectNothingIsStored(BaseObjectWithSkeleton& object, Check check)
+{
+  for (const auto& mode : {eSklSrzMode::eSSM_Full, eSklSrzMode::eSSM_Skeleton, eSklSrzMode::eSSM_Data})
+  {
+    EXPECT_EQ(fileOfMode<HandWrittenXml>(object, mode), HandWrittenXml().file());
+    EXPECT_EQ(fileOfMode<HandWrittenBinary>(object, mode), HandWrittenBinary().file());
+    readInMode<HandWrittenXml>(object, HandWrittenXml().file(), mode);
+    readInMode<HandWrittenBinary>(object, HandWrittenBinary().file(), mode);
+    check();
+  }
+}
+
 /// \brief Check that an operation refuses elements of no type.
 template <class Operation>
 void expectTypeOfNoneRefused(Operation operation)
 {
-  expectRaised("Invalid buffer type eDT_None",
-               "void orvel::BaseBuffer::initBase(orvel::ipUInt64, const orvel::eDataType&)",
-               "ORVELBaseData/Buffer/BaseBuffer.cpp", "eInvalidBufferType", operation);
+  expectRaised<ORVELBaseDataException>(
+      operation, {"Invalid buffer type eDT_None",
+                  "void orvel::BaseBuffer::initBase(orvel::ipUInt64, const orvel::eDataType&)",
+                  "ORVELBaseData/Buffer/BaseBuffer.cpp", "", "eInvalidBufferType"});
 }
 
 } // namespace orvel::test

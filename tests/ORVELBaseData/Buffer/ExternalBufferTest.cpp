@@ -180,9 +180,10 @@ TEST(ExternalBuffer, CannotCopyFromABufferThatIsNotInitialised)
   const ExternalBuffer source;
   ExternalBuffer target;
   target.init(3, memory);
-  expectRaised("Buffer should be initialized before used",
-               "orvel::ipUInt64 orvel::BaseBuffer::getSize() const", "ORVELBaseData/Buffer/BaseBuffer.cpp",
-               "requireInitialized", [&] { target.copy(source); });
+  expectRaised<ORVELBaseDataException>([&] { target.copy(source); },
+                                       {"Buffer should be initialized before used",
+                                        "orvel::ipUInt64 orvel::BaseBuffer::getSize() const",
+                                        "ORVELBaseData/Buffer/BaseBuffer.cpp", "", "requireInitialized"});
   expectNotInitialised([&] { target = source; });
   expectView(target, memory);
   const std::ptrdiff_t nbBlocks = getNbBlocksInUse();
@@ -260,7 +261,6 @@ class ExternalBufferArchive : public testing::Test
 {
 };
 
-using Formats = testing::Types<HandWrittenXml, HandWrittenBinary>;
 TYPED_TEST_SUITE(ExternalBufferArchive, Formats, );
 
 TYPED_TEST(ExternalBufferArchive, HoldsNothingOfIt)

@@ -7,11 +7,11 @@
 
 #include <gtest/gtest.h>
 
+#include "BufferSubjects.h"
 #include "BufferTesting.h"
 #include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
-#include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/FailingAllocation.h>
 #include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
@@ -24,27 +24,11 @@ namespace
 using namespace orvel;
 using namespace orvel::test;
 
-/// A buffer of three elements with the bytes "abcdef".
-void initWithSixBytes(TypedOwnBuffer& buffer)
-{
-  buffer.init(3, eDataType::eDT_UInt16);
-  setContents(buffer, "abcdef");
-}
-
-/// Checks for a buffer like that, apart from another one.
+/// Checks for six bytes apart from those of another buffer.
 void expectCopyOfSixBytes(const TypedOwnBuffer& copy, const TypedOwnBuffer& source)
 {
-  ASSERT_TRUE(copy.isInitialized());
-  EXPECT_EQ(copy.getSize(), 3U);
-  EXPECT_EQ(copy.getDataType(), eDataType::eDT_UInt16);
-  EXPECT_EQ(contentsOf(copy), "abcdef");
+  expectSixBytes<OwnSubject>(copy);
   EXPECT_NE(copy.getDataPtr(), source.getDataPtr());
-}
-
-TEST(TypedOwnBuffer, IsBornNotInitialised)
-{
-  const TypedOwnBuffer buffer;
-  EXPECT_FALSE(buffer.isInitialized());
 }
 
 TEST(TypedOwnBuffer, IsAnOwnerInAnyState)
@@ -53,52 +37,6 @@ TEST(TypedOwnBuffer, IsAnOwnerInAnyState)
   EXPECT_EQ(buffer.getBufferType(), eBufferType::eBT_Own);
   buffer.init(3, eDataType::eDT_Int32);
   EXPECT_EQ(buffer.getBufferType(), eBufferType::eBT_Own);
-}
-
-TEST(TypedOwnBuffer, TakesItsTypeAtRunTime)
-{
-  TypedOwnBuffer buffer;
-  buffer.init(3, eDataType::eDT_Int32);
-  EXPECT_EQ(getLatestArraySize(), 12U);
-  EXPECT_EQ(buffer.getSize(), 3U);
-  EXPECT_EQ(buffer.getDataType(), eDataType::eDT_Int32);
-  buffer.init(3, eDataType::eDT_Real64);
-  EXPECT_EQ(getLatestArraySize(), 24U);
-  EXPECT_EQ(buffer.getDataType(), eDataType::eDT_Real64);
-  setContents(buffer, "twenty-four bytes of it.");
-  EXPECT_EQ(contentsOf(buffer), "twenty-four bytes of it.");
-}
-
-TEST(TypedOwnBuffer, TurnsIntoAnotherTypeOfTheSameBytes)
-{
-  TypedOwnBuffer buffer;
-  buffer.init(4, eDataType::eDT_Int32);
-  setContents(buffer, "sixteen bytes...");
-  const void* const block = buffer.getDataPtr();
-  buffer.init(2, eDataType::eDT_Real64);
-  EXPECT_EQ(buffer.getDataPtr(), block);
-  EXPECT_EQ(buffer.getSize(), 2U);
-  EXPECT_EQ(contentsOf(buffer), "sixteen bytes...");
-}
-
-TEST(TypedOwnBuffer, RefusesATypeOfNone)
-{
-  TypedOwnBuffer buffer;
-  EXPECT_EQ(messageOf<ORVELBaseDataException>([&] { buffer.init(3, eDataType::eDT_None); }),
-            "Invalid buffer type eDT_None");
-  EXPECT_FALSE(buffer.isInitialized());
-}
-
-TEST(TypedOwnBuffer, IsNotInitialisedWithoutMemory)
-{
-  TypedOwnBuffer buffer;
-  initWithSixBytes(buffer);
-  failArrayAllocationAfter(0);
-  const auto failure = failureOf<ORVELBaseDataException>([&] { buffer.init(3, eDataType::eDT_Int32); });
-  failNoAllocation();
-  EXPECT_EQ(failure.getMessage(), "Memory allocation failed with requested size 12");
-  EXPECT_TRUE(isCausedByBadAlloc(failure));
-  EXPECT_FALSE(buffer.isInitialized());
 }
 
 // The frame
@@ -111,26 +49,10 @@ TEST(TypedOwnBuffer, HasItsNameAndVersion)
   static_assert(std::is_base_of_v<BaseOwnBuffer, TypedOwnBuffer>);
 }
 
-TEST(TypedOwnBuffer, IsCreatedByItsNameAndByItsOwn)
-{
-  const DynamicObjectFactory& factory = DynamicObjectFactory::getInstance();
-  TypedOwnBuffer example;
-  initWithSixBytes(example);
-  const std::unique_ptr<BaseDynamicObject> byName(factory.createNew("orvel::TypedOwnBuffer"));
-  const std::unique_ptr<BaseDynamicObject> byItself(example.createNew());
-  const std::unique_ptr<TypedOwnBuffer> byClass(TypedOwnBuffer::createNewObject());
-  EXPECT_FALSE(dynamic_cast<TypedOwnBuffer&>(*byName).isInitialized());
-  EXPECT_FALSE(dynamic_cast<TypedOwnBuffer&>(*byItself).isInitialized());
-  EXPECT_FALSE(byClass->isInitialized());
-  EXPECT_FALSE(dynamic_cast<TypedOwnBuffer&>(*factory.createShared("orvel::TypedOwnBuffer")).isInitialized());
-  EXPECT_FALSE(dynamic_cast<TypedOwnBuffer&>(*example.createShared()).isInitialized());
-  EXPECT_FALSE(TypedOwnBuffer::createSharedObject()->isInitialized());
-}
-
 TEST(TypedOwnBuffer, IsCopiedDeeplyInEachWay)
 {
   TypedOwnBuffer source;
-  initWithSixBytes(source);
+  ownSixBytes<OwnSubject>(source);
   EXPECT_TRUE(source.hasCopySupport());
   TypedOwnBuffer copy;
   copy.copy(source);
@@ -152,7 +74,7 @@ TEST(TypedOwnBuffer, GivesEmptyCopiesBeforeItIsInitialised)
   const TypedOwnBuffer source;
   EXPECT_FALSE(TypedOwnBuffer(source).isInitialized());
   TypedOwnBuffer assigned;
-  initWithSixBytes(assigned);
+  ownSixBytes<OwnSubject>(assigned);
   assigned = source;
   EXPECT_FALSE(assigned.isInitialized());
   const std::unique_ptr<BaseDynamicObject> duplicate(source.duplicate());
@@ -160,21 +82,10 @@ TEST(TypedOwnBuffer, GivesEmptyCopiesBeforeItIsInitialised)
   EXPECT_FALSE(dynamic_cast<TypedOwnBuffer&>(*source.duplicateShared()).isInitialized());
 }
 
-TEST(TypedOwnBuffer, IsUnchangedWhenItIsAssignedToItself)
-{
-  TypedOwnBuffer buffer;
-  initWithSixBytes(buffer);
-  const void* const block = buffer.getDataPtr();
-  const TypedOwnBuffer& itself = buffer;
-  buffer = itself;
-  EXPECT_EQ(buffer.getDataPtr(), block);
-  EXPECT_EQ(contentsOf(buffer), "abcdef");
-}
-
 TEST(TypedOwnBuffer, LeaksNothingWhenItsDuplicateRunsOutOfMemory)
 {
   TypedOwnBuffer source;
-  initWithSixBytes(source);
+  ownSixBytes<OwnSubject>(source);
   const std::ptrdiff_t nbBlocks = getNbBlocksInUse();
   const auto failuresOf = [&](auto duplicate)
   {
@@ -238,27 +149,12 @@ protected:
   }
 };
 
-using Formats = testing::Types<HandWrittenXml, HandWrittenBinary>;
 TYPED_TEST_SUITE(TypedOwnBufferArchive, Formats, );
-
-TYPED_TEST(TypedOwnBufferArchive, HoldsItsOwnVersionBehindTheData)
-{
-  TypedOwnBuffer buffer;
-  initWithSixBytes(buffer);
-  EXPECT_EQ(fileOf<TypeParam>(
-                [&](BaseOArchive& archive)
-                {
-                  const BoolResult result = buffer.write(archive);
-                  EXPECT_TRUE(result);
-                  EXPECT_EQ(result.getMessage(), "");
-                }),
-            this->fileOfSixBytes());
-}
 
 TYPED_TEST(TypedOwnBufferArchive, HoldsItsVersionsOnce)
 {
   TypedOwnBuffer buffer;
-  initWithSixBytes(buffer);
+  ownSixBytes<OwnSubject>(buffer);
   TypeParam expected;
   putVersion(expected, "orvel::BaseOwnBuffer", 1);
   this->putStructure(expected);
@@ -278,7 +174,7 @@ TYPED_TEST(TypedOwnBufferArchive, HoldsItsVersionsOnce)
 TYPED_TEST(TypedOwnBufferArchive, HoldsSkeletonAndDataInTwoPasses)
 {
   TypedOwnBuffer buffer;
-  initWithSixBytes(buffer);
+  ownSixBytes<OwnSubject>(buffer);
   TypeParam expected;
   putVersion(expected, "orvel::BaseOwnBuffer", 1);
   this->putStructure(expected);
@@ -309,23 +205,10 @@ TYPED_TEST(TypedOwnBufferArchive, HoldsSkeletonAndDataInTwoPasses)
   expectCopyOfSixBytes(other, buffer);
 }
 
-TYPED_TEST(TypedOwnBufferArchive, IsReadWhole)
-{
-  TypedOwnBuffer buffer;
-  readFile<TypeParam>(this->fileOfSixBytes(),
-                      [&](BaseIArchive& archive)
-                      {
-                        const BoolResult result = buffer.read(archive);
-                        EXPECT_TRUE(result);
-                        EXPECT_EQ(result.getMessage(), "");
-                      });
-  EXPECT_EQ(contentsOf(buffer), "abcdef");
-}
-
 TYPED_TEST(TypedOwnBufferArchive, IsReadInFullModeWhereASharedPointerMakesTheBuffer)
 {
   const TypedOwnBufferPtr written = TypedOwnBuffer::createSharedObject();
-  initWithSixBytes(*written);
+  ownSixBytes<OwnSubject>(*written);
   for (const auto mode : {eSklSrzMode::eSSM_Full, eSklSrzMode::eSSM_Skeleton})
   {
     written->setSerializationMode(mode);
@@ -347,57 +230,17 @@ TYPED_TEST(TypedOwnBufferArchive, IsReadInFullModeWhereASharedPointerMakesTheBuf
   }
 }
 
-TYPED_TEST(TypedOwnBufferArchive, IsReadInVersion0)
-{
-  TypedOwnBuffer buffer;
-  readFile<TypeParam>(this->fileOfSixBytes(0, 0),
-                      [&](BaseIArchive& archive) { EXPECT_TRUE(buffer.read(archive)); });
-  EXPECT_EQ(contentsOf(buffer), "abcdef");
-}
-
-TYPED_TEST(TypedOwnBufferArchive, IsRefusedWhereverItIsCut)
-{
-  const auto begin = [](TypedOwnBuffer& buffer)
-  {
-    buffer.init(1, eDataType::eDT_Real64);
-    setContents(buffer, "12345678");
-  };
-  const auto check = [](const TypedOwnBuffer& buffer)
-  {
-    const bool isAsBefore = buffer.getSize() == 1;
-    EXPECT_EQ(buffer.getSize(), isAsBefore ? 1U : 3U);
-    EXPECT_EQ(buffer.getDataType(), isAsBefore ? eDataType::eDT_Real64 : eDataType::eDT_UInt16);
-    if (isAsBefore)
-    {
-      EXPECT_EQ(contentsOf(buffer), "12345678");
-    }
-  };
-  expectRefusedWhereverItIsCut<TypedOwnBuffer, TypeParam>(this->fileOfSixBytes(), begin, check);
-}
-
-TYPED_TEST(TypedOwnBufferArchive, RefusesANewerVersionOfItsBase)
-{
-  TypedOwnBuffer buffer;
-  EXPECT_EQ(messageOf<ORVELSerializationException>(
-                [&] {
-                  readStart<TypeParam>(this->fileOfSixBytes(2, 1),
-                                       [&](BaseIArchive& archive) { buffer.read(archive); });
-                }),
-            "Version 2 of class orvel::BaseOwnBuffer is not supported, the highest supported version is 1");
-  EXPECT_FALSE(buffer.isInitialized());
-}
-
 TYPED_TEST(TypedOwnBufferArchive, RefusesANewerVersionOfItsOwnBehindTheData)
 {
   TypedOwnBuffer buffer;
-  const auto failure = failureOf<ORVELSerializationException>(
+  expectRaised<ORVELSerializationException>(
       [&] {
         readStart<TypeParam>(this->fileOfSixBytes(1, 2),
                              [&](BaseIArchive& archive) { buffer.read(archive); });
-      });
-  EXPECT_EQ(failure.getMessage(),
-            "Version 2 of class orvel::TypedOwnBuffer is not supported, the highest supported version is 1");
-  EXPECT_NE(failure.getFunction().find("orvel::TypedOwnBuffer::read("), std::string::npos);
+      },
+      {"Version 2 of class orvel::TypedOwnBuffer is not supported, the highest supported version is 1",
+       "virtual orvel::BoolResult orvel::TypedOwnBuffer::read(orvel::BaseIArchive&)",
+       "ORVELBaseData/Buffer/TypedOwnBuffer.cpp"});
   EXPECT_EQ(contentsOf(buffer), "abcdef"); // the base had come
 }
 
