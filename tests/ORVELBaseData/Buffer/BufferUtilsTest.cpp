@@ -13,6 +13,8 @@
 #include <gtest/gtest.h>
 
 #include <ORVELBaseData/ORVELBaseDataException.h>
+#include <support/FailingAllocation.h>
+#include <support/LockRecorder.h>
 #include <support/RaisedFailure.h>
 
 namespace
@@ -476,6 +478,26 @@ TEST(CopyBufferMiror, TakesElementsAtAnyAddress)
   copyBufferMiror(dst.data() + 1, eDataType(eDataType::eDT_Int64), 2, src.data() + 1);
   EXPECT_EQ(dst, (std::vector<unsigned char>{g_guard, 9, 10, 11, 12, 13, 14, 15, 16, //
                                              1, 2, 3, 4, 5, 6, 7, 8, g_guard, g_guard}));
+}
+
+TEST(RawBlockOperations, AllocateNothingAndTakeNoLock)
+{
+  if (!canRecordLocks)
+    GTEST_SKIP() << "the sanitizers have locks of their own";
+  const std::vector<ipInt32> src(100000, 7);
+  std::vector<ipInt32> dst(100000);
+  const auto moveAll = [&]
+  {
+    copyBuffer(dst.data(), eDataType::eDT_Int32, dst.size(), src.data());
+    copyBufferMiror(dst.data(), eDataType::eDT_Int32, dst.size(), src.data());
+    setBufferValues(7.5, eDataType::eDT_Int32, dst.size(), dst.data());
+  };
+  const std::vector<LockStep> locks = locksOf(moveAll);
+  EXPECT_TRUE(locks.empty());
+  const std::size_t nbBytes = getAllocatedBytes();
+  moveAll();
+  EXPECT_EQ(getAllocatedBytes(), nbBytes);
+  EXPECT_EQ(dst.back(), 7);
 }
 
 TEST(RawBlockOperations, MirrorAndFillBlocksLargerThanTheCaches)

@@ -137,6 +137,15 @@ TYPED_TEST(OwningBuffer, OwnsABlockOf0BytesForATypeThatIsNoEnumerator)
   expectOwner<TypeParam>(buffer);
 }
 
+TYPED_TEST(OwningBuffer, DoesNotClearItsBlock)
+{
+  typename TypeParam::Buffer buffer;
+  fillBlocksWith('x');
+  TypeParam::own(buffer, 3, eDataType::eDT_UInt16);
+  fillNoBlocks();
+  EXPECT_EQ(bytesIn<TypeParam>(buffer), "xxxxxx");
+}
+
 // No memory
 
 TYPED_TEST(OwningBuffer, IsClearedWhenThereIsNoMemory)

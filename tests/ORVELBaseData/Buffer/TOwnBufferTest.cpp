@@ -1,22 +1,14 @@
 #include "ORVELBaseData/Buffer/TOwnBuffer.h"
 
-#include <cstdint>
 #include <limits>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
-#include "OwnedBlockTesting.h"
+#include "BufferTesting.h"
 #include <ORVELBaseData/Buffer/TypedOwnBuffer.h>
-#include <ORVELBaseData/ORVELBaseDataException.h>
-#include <ORVELSerialization/ORVELSerializationException.h>
-#include <ORVELUtil/DynamicObjectFactory.h>
-#include <support/FailingAllocation.h>
-#include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
-#include <support/RaisedFailure.h>
 #include <support/Sanitizers.h>
 
 namespace
@@ -25,291 +17,223 @@ namespace
 using namespace orvel;
 using namespace orvel::test;
 
-/// What a test needs of TOwnBuffer<T> without knowing T.
-struct Operations
-{
-  const std::string& (*getTypeName)();
-  ipUInt32 (*getVersion)();
-  BaseOwnBuffer* (*createNewObject)();
-  boost::shared_ptr<BaseOwnBuffer> (*createSharedObject)();
-  BaseOwnBuffer* (*copyConstruct)(const BaseOwnBuffer& other);
-  bool (*assign)(BaseOwnBuffer& target, const BaseOwnBuffer& source); // whether it returns the target
-  bool (*isOfClass)(const BaseDynamicObject& object);
-  void (*init)(BaseOwnBuffer& buffer, ipUInt64 size);
-  std::size_t sizeInBytes;
-};
-
-template <class T>
-Operations operationsOf()
-{
-  using Buffer = TOwnBuffer<T>;
-  return {&Buffer::getTypeName,
-          &Buffer::getVersion,
-          [] { return static_cast<BaseOwnBuffer*>(Buffer::createNewObject()); },
-          [] { return boost::shared_ptr<BaseOwnBuffer>(Buffer::createSharedObject()); },
-          [](const BaseOwnBuffer& other)
-          { return static_cast<BaseOwnBuffer*>(new Buffer(dynamic_cast<const Buffer&>(other))); },
-          [](BaseOwnBuffer& target, const BaseOwnBuffer& source)
-          {
-            Buffer& typed = dynamic_cast<Buffer&>(target);
-            return &(typed = dynamic_cast<const Buffer&>(source)) == &typed;
-          },
-          [](const BaseDynamicObject& object) { return dynamic_cast<const Buffer*>(&object) != nullptr; },
-          [](BaseOwnBuffer& buffer, ipUInt64 size) { dynamic_cast<Buffer&>(buffer).init(size); },
-          sizeof(Buffer)};
-}
-
+/// What is expected of TOwnBuffer<T>.
 struct Row
 {
-  const char* name; // of the element type
   const char* className;
   eDataType::domain dataType;
   std::int64_t number; // of the data type
   const char* dataTypeText;
   ipUInt32 baseSize;
-  Operations operations;
 };
 
-/// The eleven classes.
-const Row g_rows[] = {
-    {"Bool", "orvel::TOwnBuffer<orvel::ipBool>", eDataType::eDT_Bool, 1, "eDT_Bool", 1,
-     operationsOf<ipBool>()},
-    {"Int8", "orvel::TOwnBuffer<orvel::ipInt8>", eDataType::eDT_Int8, 2, "eDT_Int8", 1,
-     operationsOf<ipInt8>()},
-    {"UInt8", "orvel::TOwnBuffer<orvel::ipUInt8>", eDataType::eDT_UInt8, 3, "eDT_UInt8", 1,
-     operationsOf<ipUInt8>()},
-    {"Int16", "orvel::TOwnBuffer<orvel::ipInt16>", eDataType::eDT_Int16, 4, "eDT_Int16", 2,
-     operationsOf<ipInt16>()},
-    {"UInt16", "orvel::TOwnBuffer<orvel::ipUInt16>", eDataType::eDT_UInt16, 5, "eDT_UInt16", 2,
-     operationsOf<ipUInt16>()},
-    {"Int32", "orvel::TOwnBuffer<orvel::ipInt32>", eDataType::eDT_Int32, 6, "eDT_Int32", 4,
-     operationsOf<ipInt32>()},
-    {"UInt32", "orvel::TOwnBuffer<orvel::ipUInt32>", eDataType::eDT_UInt32, 7, "eDT_UInt32", 4,
-     operationsOf<ipUInt32>()},
-    {"Int64", "orvel::TOwnBuffer<orvel::ipInt64>", eDataType::eDT_Int64, 8, "eDT_Int64", 8,
-     operationsOf<ipInt64>()},
-    {"UInt64", "orvel::TOwnBuffer<orvel::ipUInt64>", eDataType::eDT_UInt64, 9, "eDT_UInt64", 8,
-     operationsOf<ipUInt64>()},
-    {"Real32", "orvel::TOwnBuffer<orvel::ipReal32>", eDataType::eDT_Real32, 10, "eDT_Real32", 4,
-     operationsOf<ipReal32>()},
-    {"Real64", "orvel::TOwnBuffer<orvel::ipReal64>", eDataType::eDT_Real64, 11, "eDT_Real64", 8,
-     operationsOf<ipReal64>()},
-};
+template <class T>
+const Row g_row = {};
+template <>
+const Row g_row<ipBool> = {"orvel::TOwnBuffer<orvel::ipBool>", eDataType::eDT_Bool, 1, "eDT_Bool", 1};
+template <>
+const Row g_row<ipInt8> = {"orvel::TOwnBuffer<orvel::ipInt8>", eDataType::eDT_Int8, 2, "eDT_Int8", 1};
+template <>
+const Row g_row<ipUInt8> = {"orvel::TOwnBuffer<orvel::ipUInt8>", eDataType::eDT_UInt8, 3, "eDT_UInt8", 1};
+template <>
+const Row g_row<ipInt16> = {"orvel::TOwnBuffer<orvel::ipInt16>", eDataType::eDT_Int16, 4, "eDT_Int16", 2};
+template <>
+const Row g_row<ipUInt16> = {"orvel::TOwnBuffer<orvel::ipUInt16>", eDataType::eDT_UInt16, 5, "eDT_UInt16", 2};
+template <>
+const Row g_row<ipInt32> = {"orvel::TOwnBuffer<orvel::ipInt32>", eDataType::eDT_Int32, 6, "eDT_Int32", 4};
+template <>
+const Row g_row<ipUInt32> = {"orvel::TOwnBuffer<orvel::ipUInt32>", eDataType::eDT_UInt32, 7, "eDT_UInt32", 4};
+template <>
+const Row g_row<ipInt64> = {"orvel::TOwnBuffer<orvel::ipInt64>", eDataType::eDT_Int64, 8, "eDT_Int64", 8};
+template <>
+const Row g_row<ipUInt64> = {"orvel::TOwnBuffer<orvel::ipUInt64>", eDataType::eDT_UInt64, 9, "eDT_UInt64", 8};
+template <>
+const Row g_row<ipReal32> = {"orvel::TOwnBuffer<orvel::ipReal32>", eDataType::eDT_Real32, 10, "eDT_Real32",
+                             4};
+template <>
+const Row g_row<ipReal64> = {"orvel::TOwnBuffer<orvel::ipReal64>", eDataType::eDT_Real64, 11, "eDT_Real64",
+                             8};
 
-class EachTOwnBuffer : public testing::TestWithParam<Row>
+template <class T>
+class EachTOwnBuffer : public testing::Test
 {
 protected:
-  /// A new buffer that is not initialised.
-  static std::unique_ptr<BaseOwnBuffer> make()
-  {
-    return std::unique_ptr<BaseOwnBuffer>(GetParam().operations.createNewObject());
-  }
+  static std::string sample() { return std::string("\1\0ABCDEFGHIJKLMN", 2 * row.baseSize); }
 
-  /// A new buffer with two elements of the bytes of sample().
-  static std::unique_ptr<BaseOwnBuffer> makeSample()
+  /// Two elements of the bytes of sample().
+  static void initWithSample(TOwnBuffer<T>& buffer)
   {
-    auto buffer = make();
-    GetParam().operations.init(*buffer, 2);
-    setContents(*buffer, sample());
-    return buffer;
+    buffer.init(2);
+    setContents(buffer, sample());
   }
-
-  static std::string sample() { return std::string("\1\0ABCDEFGHIJKLMN", 2 * GetParam().baseSize); }
 
   static void expectSample(const BaseDynamicObject& object, const BaseOwnBuffer& source)
   {
-    ASSERT_TRUE(GetParam().operations.isOfClass(object));
-    const auto& buffer = dynamic_cast<const BaseOwnBuffer&>(object);
+    const auto& buffer = dynamic_cast<const TOwnBuffer<T>&>(object);
     ASSERT_TRUE(buffer.isInitialized());
     EXPECT_EQ(buffer.getSize(), 2U);
-    EXPECT_EQ(buffer.getDataType(), GetParam().dataType);
+    EXPECT_EQ(buffer.getDataType(), row.dataType);
     EXPECT_EQ(contentsOf(buffer), sample());
     EXPECT_NE(buffer.getDataPtr(), source.getDataPtr());
   }
+
+  static constexpr const Row& row = g_row<T>;
 };
 
-INSTANTIATE_TEST_SUITE_P(Types, EachTOwnBuffer, testing::ValuesIn(g_rows),
-                         [](const auto& row) { return std::string(row.param.name); });
+using ElementTypes = testing::Types<ipBool, ipInt8, ipUInt8, ipInt16, ipUInt16, ipInt32, ipUInt32, ipInt64,
+                                    ipUInt64, ipReal32, ipReal64>;
+TYPED_TEST_SUITE(EachTOwnBuffer, ElementTypes, );
 
-TEST_P(EachTOwnBuffer, HasItsNameAndVersion)
+TYPED_TEST(EachTOwnBuffer, HasItsNameAndVersion)
 {
-  EXPECT_EQ(GetParam().operations.getTypeName(), GetParam().className);
-  EXPECT_EQ(make()->getClassName(), GetParam().className);
-  EXPECT_EQ(GetParam().operations.getVersion(), 1U);
+  EXPECT_EQ(TOwnBuffer<TypeParam>::getTypeName(), this->row.className);
+  EXPECT_EQ(TOwnBuffer<TypeParam>().getClassName(), this->row.className);
+  EXPECT_EQ(TOwnBuffer<TypeParam>::getVersion(), 1U);
 }
 
-TEST_P(EachTOwnBuffer, IsCreatedByItsNameAndByItsOwn)
+TYPED_TEST(EachTOwnBuffer, IsAnOwnerInAnyState)
 {
-  const DynamicObjectFactory& factory = DynamicObjectFactory::getInstance();
-  const auto example = makeSample();
-  const std::unique_ptr<BaseDynamicObject> byName(factory.createNew(GetParam().className));
-  const std::unique_ptr<BaseDynamicObject> byItself(example->createNew());
-  const DynamicObjectPtr sharedByName = factory.createShared(GetParam().className);
-  const DynamicObjectPtr sharedByItself = example->createShared();
-  const DynamicObjectPtr sharedByClass = GetParam().operations.createSharedObject();
-  for (const BaseDynamicObject* object :
-       {byName.get(), byItself.get(), sharedByName.get(), sharedByItself.get(), sharedByClass.get()})
-  {
-    ASSERT_TRUE(GetParam().operations.isOfClass(*object));
-    EXPECT_FALSE(dynamic_cast<const BaseOwnBuffer&>(*object).isInitialized());
-  }
+  TOwnBuffer<TypeParam> buffer;
+  EXPECT_EQ(buffer.getBufferType(), eBufferType::eBT_Own);
+  buffer.init(2);
+  EXPECT_EQ(buffer.getBufferType(), eBufferType::eBT_Own);
 }
 
-TEST_P(EachTOwnBuffer, IsAnOwnerInAnyState)
+TYPED_TEST(EachTOwnBuffer, IsInitialisedWithElementsOfItsType)
 {
-  EXPECT_EQ(make()->getBufferType(), eBufferType::eBT_Own);
-  EXPECT_EQ(makeSample()->getBufferType(), eBufferType::eBT_Own);
+  TOwnBuffer<TypeParam> buffer;
+  EXPECT_FALSE(buffer.isInitialized());
+  buffer.init(5);
+  EXPECT_EQ(getLatestArraySize(), 5U * this->row.baseSize);
+  EXPECT_EQ(buffer.getSize(), 5U);
+  EXPECT_EQ(buffer.getDataType(), this->row.dataType);
+  EXPECT_STREQ(buffer.getDataType().getText(), this->row.dataTypeText);
+  EXPECT_EQ(buffer.getBufferBaseSize(), this->row.baseSize);
+  EXPECT_EQ(buffer.getMemorySize(), 5U * this->row.baseSize);
+  EXPECT_EQ(static_cast<char*>(buffer.getDataPtr(3)) - static_cast<char*>(buffer.getDataPtr()),
+            3 * static_cast<int>(this->row.baseSize));
+  setContents(buffer, std::string(5U * this->row.baseSize, 'x')); // watched by the sanitizers
 }
 
-TEST_P(EachTOwnBuffer, IsInitialisedWithElementsOfItsType)
+TYPED_TEST(EachTOwnBuffer, KeepsItsBlockForAsManyElements)
 {
-  const auto buffer = make();
-  GetParam().operations.init(*buffer, 5);
-  EXPECT_EQ(getLatestArraySize(), 5U * GetParam().baseSize);
-  EXPECT_EQ(buffer->getSize(), 5U);
-  EXPECT_EQ(buffer->getDataType(), GetParam().dataType);
-  EXPECT_STREQ(buffer->getDataType().getText(), GetParam().dataTypeText);
-  EXPECT_EQ(buffer->getBufferBaseSize(), GetParam().baseSize);
-  EXPECT_EQ(buffer->getMemorySize(), 5U * GetParam().baseSize);
-  EXPECT_EQ(static_cast<char*>(buffer->getDataPtr(3)) - static_cast<char*>(buffer->getDataPtr()),
-            3 * static_cast<int>(GetParam().baseSize));
-  setContents(*buffer, std::string(5U * GetParam().baseSize, 'x')); // watched by the sanitizers
+  TOwnBuffer<TypeParam> buffer;
+  this->initWithSample(buffer);
+  const void* const block = buffer.getDataPtr();
+  buffer.init(2);
+  EXPECT_EQ(buffer.getDataPtr(), block);
+  EXPECT_EQ(contentsOf(buffer), this->sample());
 }
 
-TEST_P(EachTOwnBuffer, KeepsItsBlockForAsManyElements)
+TYPED_TEST(EachTOwnBuffer, KeepsItsTypeWhenItIsResized)
 {
-  const auto buffer = makeSample();
-  const void* const block = buffer->getDataPtr();
-  GetParam().operations.init(*buffer, 2);
-  EXPECT_EQ(buffer->getDataPtr(), block);
-  EXPECT_EQ(contentsOf(*buffer), sample());
+  TOwnBuffer<TypeParam> buffer;
+  expectNotInitialised([&] { buffer.resize(7); });
+  buffer.init(2);
+  buffer.resize(7);
+  EXPECT_EQ(buffer.getSize(), 7U);
+  EXPECT_EQ(buffer.getDataType(), this->row.dataType);
+  EXPECT_EQ(getLatestArraySize(), 7U * this->row.baseSize);
 }
 
-TEST_P(EachTOwnBuffer, KeepsItsTypeWhenItIsResized)
+TYPED_TEST(EachTOwnBuffer, IsNotInitialisedWithoutMemory)
 {
-  const auto buffer = makeSample();
-  buffer->resize(7);
-  EXPECT_EQ(buffer->getSize(), 7U);
-  EXPECT_EQ(buffer->getDataType(), GetParam().dataType);
-  EXPECT_EQ(getLatestArraySize(), 7U * GetParam().baseSize);
-}
-
-TEST_P(EachTOwnBuffer, CannotBeResizedBeforeItIsInitialised)
-{
-  const auto buffer = make();
-  EXPECT_EQ(messageOf<ORVELBaseDataException>([&] { buffer->resize(7); }),
-            "Buffer should be initialized before used");
-}
-
-TEST_P(EachTOwnBuffer, IsNotInitialisedWithoutMemory)
-{
-  const auto buffer = makeSample();
+  TOwnBuffer<TypeParam> buffer;
+  buffer.init(2);
   failArrayAllocationAfter(0);
-  const auto failure = failureOf<ORVELBaseDataException>([&] { GetParam().operations.init(*buffer, 1000); });
+  expectNoMemory(1000 * this->row.baseSize, [&] { buffer.init(1000); });
   failNoAllocation();
-  EXPECT_EQ(failure.getMessage(),
-            "Memory allocation failed with requested size " + std::to_string(1000 * GetParam().baseSize));
-  EXPECT_TRUE(isCausedByBadAlloc(failure));
-  EXPECT_FALSE(buffer->isInitialized());
+  EXPECT_FALSE(buffer.isInitialized());
 }
 
-TEST_P(EachTOwnBuffer, CannotHaveTheLargestSize)
+TYPED_TEST(EachTOwnBuffer, CannotHaveTheLargestSize)
 {
-  const auto buffer = makeSample();
-  const auto failure = failureOf<ORVELBaseDataException>(
-      [&] { GetParam().operations.init(*buffer, std::numeric_limits<ipUInt64>::max()); });
-  EXPECT_EQ(failure.getMessage(), "Memory allocation failed with requested size 18446744073709551615");
-  EXPECT_TRUE(isCausedByBadAlloc(failure));
-  EXPECT_FALSE(buffer->isInitialized());
+  constexpr ipUInt64 largest = std::numeric_limits<ipUInt64>::max();
+  TOwnBuffer<TypeParam> buffer;
+  buffer.init(2);
+  expectNoMemory(largest, [&] { buffer.init(largest); });
+  EXPECT_FALSE(buffer.isInitialized());
 }
 
-TEST_P(EachTOwnBuffer, IsCopiedDeeplyInEachWay)
+TYPED_TEST(EachTOwnBuffer, IsCopiedDeeplyInEachWay)
 {
-  const auto source = makeSample();
-  EXPECT_TRUE(source->hasCopySupport());
-  const auto copy = make();
-  copy->copy(*source);
-  const std::unique_ptr<BaseOwnBuffer> constructed(GetParam().operations.copyConstruct(*source));
-  const auto assigned = make();
-  EXPECT_TRUE(GetParam().operations.assign(*assigned, *source));
-  const std::unique_ptr<BaseDynamicObject> duplicate(source->duplicate());
-  const DynamicObjectPtr shared = source->duplicateShared();
-  setContents(*source, std::string(2U * GetParam().baseSize, 'x'));
-  expectSample(*copy, *source);
-  expectSample(*constructed, *source);
-  expectSample(*assigned, *source);
-  expectSample(*duplicate, *source);
-  expectSample(*shared, *source);
+  TOwnBuffer<TypeParam> source;
+  this->initWithSample(source);
+  EXPECT_TRUE(source.hasCopySupport());
+  TOwnBuffer<TypeParam> copy;
+  copy.copy(source);
+  const TOwnBuffer<TypeParam> constructed(source);
+  TOwnBuffer<TypeParam> assigned;
+  EXPECT_EQ(&(assigned = source), &assigned);
+  const std::unique_ptr<BaseDynamicObject> duplicate(source.duplicate());
+  const DynamicObjectPtr shared = source.duplicateShared();
+  setContents(source, std::string(2U * this->row.baseSize, 'x'));
+  for (const BaseDynamicObject* object :
+       {static_cast<const BaseDynamicObject*>(&copy), static_cast<const BaseDynamicObject*>(&constructed),
+        static_cast<const BaseDynamicObject*>(&assigned),
+        static_cast<const BaseDynamicObject*>(duplicate.get()),
+        static_cast<const BaseDynamicObject*>(shared.get())})
+    this->expectSample(*object, source);
 }
 
-TEST_P(EachTOwnBuffer, TakesTheTypeOfWhatItIsCopiedFrom)
+TYPED_TEST(EachTOwnBuffer, TakesTheTypeOfWhatItIsCopiedFrom)
 {
   TypedOwnBuffer source; // of another class, which nothing checks
   for (const auto type : {eDataType::eDT_Int16, eDataType::eDT_Real32})
   {
     source.init(3, type);
     setContents(source, std::string(source.getMemorySize(), 'x'));
-    const auto buffer = makeSample();
-    buffer->copy(source);
-    EXPECT_EQ(buffer->getDataType(), type);
-    EXPECT_EQ(buffer->getSize(), 3U);
-    EXPECT_EQ(contentsOf(*buffer), contentsOf(source));
+    TOwnBuffer<TypeParam> buffer;
+    this->initWithSample(buffer);
+    buffer.copy(source);
+    EXPECT_EQ(buffer.getDataType(), type);
+    EXPECT_EQ(buffer.getSize(), 3U);
+    EXPECT_EQ(contentsOf(buffer), contentsOf(source));
   }
 }
 
-TEST_P(EachTOwnBuffer, AddsNoMemberAndNoVirtualOperation)
+TYPED_TEST(EachTOwnBuffer, AddsNoMemberAndNoVirtualOperation)
 {
   if (!isSanitized) // the sanitizer widens the table
   {
-    EXPECT_EQ(vtableSizeOf(*make()), 14U); // clearDerived is the last
+    EXPECT_EQ(vtableSizeOf(TOwnBuffer<TypeParam>()), 14U); // clearDerived is the last
   }
-  EXPECT_EQ(GetParam().operations.sizeInBytes, sizeof(BaseOwnBuffer));
+  EXPECT_EQ(sizeof(TOwnBuffer<TypeParam>), sizeof(BaseOwnBuffer));
 }
 
-template <class HandWritten>
-void expectArchive(const Row& row, const BaseOwnBuffer& buffer, const std::string& contents)
+template <class HandWritten, class T>
+void expectArchive(const TOwnBuffer<T>& buffer)
 {
   HandWritten expected;
   putVersion(expected, "orvel::BaseOwnBuffer", 1);
   expected.boolean("bInit", true);
   expected.integer("size", 2);
-  expected.enumeration("dataType", row.number, row.dataTypeText);
-  expected.block(contents);
-  putVersion(expected, row.className, 1);
-  EXPECT_EQ(fileOf<HandWritten>([&](BaseOArchive& archive) { EXPECT_TRUE(buffer.write(archive)); }),
-            expected.file());
+  expected.enumeration("dataType", g_row<T>.number, g_row<T>.dataTypeText);
+  expected.block(contentsOf(buffer));
+  putVersion(expected, g_row<T>.className, 1);
+  EXPECT_EQ(fileOfMode<HandWritten>(buffer, eSklSrzMode::eSSM_Full), expected.file());
 
-  const std::unique_ptr<BaseOwnBuffer> other(row.operations.createNewObject());
-  readFile<HandWritten>(expected.file(), [&](BaseIArchive& archive) { EXPECT_TRUE(other->read(archive)); });
-  EXPECT_EQ(other->getSize(), 2U);
-  EXPECT_EQ(other->getDataType(), row.dataType);
-  EXPECT_EQ(contentsOf(*other), contents);
+  TOwnBuffer<T> other;
+  readInMode<HandWritten>(other, expected.file(), eSklSrzMode::eSSM_Full);
+  EXPECT_EQ(other.getSize(), 2U);
+  EXPECT_EQ(other.getDataType(), g_row<T>.dataType);
+  EXPECT_EQ(contentsOf(other), contentsOf(buffer));
+
+  HandWritten newer;
+  putVersion(newer, "orvel::BaseOwnBuffer", 1);
+  newer.boolean("bInit", false);
+  putVersion(newer, g_row<T>.className, 2);
+  EXPECT_EQ(failureOfReading<ORVELSerializationException>(other, newer, eSklSrzMode::eSSM_Full).getMessage(),
+            std::string("Version 2 of class ") + g_row<T>.className +
+                " is not supported, the highest supported version is 1");
 }
 
-TEST_P(EachTOwnBuffer, IsFiledWithItsOwnVersionBehindTheData)
+TYPED_TEST(EachTOwnBuffer, IsFiledWithItsOwnVersionBehindTheData)
 {
-  expectArchive<HandWrittenXml>(GetParam(), *makeSample(), sample());
-  expectArchive<HandWrittenBinary>(GetParam(), *makeSample(), sample());
-}
-
-template <class HandWritten>
-std::string messageOfNewerVersion(const Row& row)
-{
-  HandWritten archive;
-  putVersion(archive, "orvel::BaseOwnBuffer", 1);
-  archive.boolean("bInit", false);
-  putVersion(archive, row.className, 2);
-  const std::unique_ptr<BaseOwnBuffer> buffer(row.operations.createNewObject());
-  return messageOf<ORVELSerializationException>(
-      [&] { readStart<HandWritten>(archive.file(), [&](BaseIArchive& input) { buffer->read(input); }); });
-}
-
-TEST_P(EachTOwnBuffer, RefusesANewerVersionOfItsOwn)
-{
-  const std::string expected = std::string("Version 2 of class ") + GetParam().className +
-                               " is not supported, the highest supported version is 1";
-  EXPECT_EQ(messageOfNewerVersion<HandWrittenXml>(GetParam()), expected);
-  EXPECT_EQ(messageOfNewerVersion<HandWrittenBinary>(GetParam()), expected);
+  TOwnBuffer<TypeParam> buffer;
+  this->initWithSample(buffer);
+  expectArchive<HandWrittenXml>(buffer);
+  expectArchive<HandWrittenBinary>(buffer);
 }
 
 // Some types
