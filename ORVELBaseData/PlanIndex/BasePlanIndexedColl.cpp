@@ -4,7 +4,7 @@
 #include <iterator>
 
 #include <ORVELBaseData/PlanIndex/PlanIndexLogMessages.h>
-#include <ORVELBaseData/PtrColl/Private/ObjectColl.h>
+#include <ORVELBaseData/Private/ObjectColl.h>
 #include <ORVELSerialization/SerializableClassDefinitions.h>
 
 namespace orvel

@@ -1,6 +1,6 @@
 #include "ORVELBaseData/PtrColl/BasePtrColl.h"
 
-#include <ORVELBaseData/PtrColl/Private/ObjectColl.h>
+#include <ORVELBaseData/Private/ObjectColl.h>
 #include <ORVELSerialization/SerializableClassDefinitions.h>
 
 namespace orvel

@@ -1,7 +1,7 @@
 #include "ORVELBaseData/DataItem/NodeColl/BaseDataItemNodeColl.h"
 
 #include <ORVELBaseData/DataItem/DataItemLogMessages.h>
-#include <ORVELBaseData/DataItem/Private/Duplication.h>
+#include <ORVELBaseData/Private/Duplication.h>
 #include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/SerializableClassDefinitions.h>
 

@@ -4,7 +4,7 @@
 
 #include <boost/make_shared.hpp>
 
-#include <ORVELBaseData/DataItem/Private/Duplication.h>
+#include <ORVELBaseData/Private/Duplication.h>
 #include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/SerializableClassDefinitions.h>
 

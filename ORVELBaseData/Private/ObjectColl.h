@@ -4,7 +4,7 @@
 /// \brief How collections of shared objects are archived: whole, or as the contents of objects in place.
 
 #include <string>
-#include <utility>
+#include <type_traits>
 
 #include <ORVELSerialization/BaseObjectWithSkeleton.h>
 #include <ORVELSerialization/ItemOperators.h>
@@ -12,34 +12,21 @@
 namespace orvel::details
 {
 
-inline const SerializationObjectPtr& objectOf(const SerializationObjectPtr& element)
+/// \brief Return the pointer of an element, which is the pointer itself or the value of a map entry.
+template <class Element>
+auto& objectOf(Element& element)
 {
-  return element;
+  if constexpr (std::is_same_v<std::remove_const_t<Element>, SerializationObjectPtr>)
+    return element;
+  else
+    return element.second;
 }
 
-inline SerializationObjectPtr& objectOf(SerializationObjectPtr& element)
-{
-  return element;
-}
-
-template <class Key>
-const SerializationObjectPtr& objectOf(const std::pair<const Key, SerializationObjectPtr>& entry)
-{
-  return entry.second;
-}
-
-template <class Key>
-SerializationObjectPtr& objectOf(std::pair<const Key, SerializationObjectPtr>& entry)
-{
-  return entry.second;
-}
-
-/// \brief File the objects of a collection.
+/// \brief Write the objects of a collection.
 ///
-/// Objects with a skeleton take over the owner's mode first and keep it. With that, in mode eSSM_Data, there
-/// is an item "curObject" for each object that is not null, in order, and neither keys nor a count. Otherwise
-/// the collection is one item.
-/// \param owner the object that holds the collection; its `hasSkeletonElements` is asked once
+/// If they have a skeleton, the owner's mode is first set on each; in mode eSSM_Data each object that is not
+/// null is then one item "curObject", in order, without keys or a count. Otherwise the collection is one item.
+/// \param owner the object that holds the collection; its `hasSkeletonElements` is called once
 template <class Owner, class Coll>
 void writeObjectColl(BaseOArchive& archive, const Owner& owner, const char* key, const Coll& coll)
 {
@@ -64,9 +51,8 @@ void writeObjectColl(BaseOArchive& archive, const Owner& owner, const char* key,
   archive << SerializationOItem(key, coll);
 }
 
-/// \brief Let go of the objects without a skeleton, which would be taken for such as have one. Null pointers
-/// stand in their places.
-/// \return the class of the first of them; empty if there are none
+/// \brief Replace objects without a skeleton by null pointers, as they would be used as if they had one.
+/// \return the class of the first of them, or the empty text
 template <class Coll>
 std::string dropPlainObjects(Coll& coll)
 {
@@ -83,7 +69,7 @@ std::string dropPlainObjects(Coll& coll)
   return className;
 }
 
-/// \brief Read a collection of objects with a skeleton from an archive that is not trusted.
+/// \brief Read a collection of objects with a skeleton from an untrusted archive.
 /// \throw ORVELSerializationException also if an object has no skeleton
 template <class Coll>
 void readUntrustedColl(BaseIArchive& archive, const char* key, Coll& coll)
@@ -102,8 +88,8 @@ void readUntrustedColl(BaseIArchive& archive, const char* key, Coll& coll)
     archive.raiseWrongClass(refused, BaseObjectWithSkeleton::getTypeName());
 }
 
-/// \brief Read what writeObjectColl() filed: into the objects that the collection holds, in mode eSSM_Data of
-/// objects with a skeleton, else in place of them. The mode of the objects is the caller's matter here.
+/// \brief Read what writeObjectColl() has written. If the objects have a skeleton and the mode is eSSM_Data,
+/// the objects of the collection are read in place, else they are replaced. Sets the mode of no object.
 template <class Owner, class Coll>
 void readObjectColl(BaseIArchive& archive, const Owner& owner, const char* key, Coll& coll)
 {
