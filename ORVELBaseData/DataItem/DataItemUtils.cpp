@@ -101,9 +101,9 @@ bool areEqualColls(const BaseDataItemLeafColl& lhs, const BaseDataItemLeafColl& 
   case eDataItemValueType::eDIVT_Enum:
     break;
   }
-  raise(ORVEL_HERE_IN("bool orvel::equal(const orvel::BaseDataItem&, const orvel::BaseDataItem&, "
-                      "const orvel::ipReal64&)"),
-        eDataItemMessage::eInvalidDataItemValueType, valueType.getText());
+  constexpr const char* caller =
+      "bool orvel::equal(const orvel::BaseDataItem&, const orvel::BaseDataItem&, const orvel::ipReal64&)";
+  raise(ORVEL_HERE_IN(caller), eDataItemMessage::eInvalidDataItemValueType, valueType.getText());
 }
 
 bool areEqualNodes(const BaseDataItemNode& lhs, const BaseDataItemNode& rhs, const ipReal64& tolerance)

@@ -25,6 +25,12 @@ ipUInt64 extentOf(const PlanMap& plans, ipUInt64 (PlanIndex::*getIndex)() const)
   return extent;
 }
 
+[[noreturn]] void raisePlan(const SourceLocation& here, ePlanIndexMessage::domain id,
+                            const PlanIndex& planIndex)
+{
+  raise(here, id, planIndex.getZPlanIdx(), planIndex.getCPlanIdx(), planIndex.getTPlanIdx());
+}
+
 // The prototype if it belongs to one of the plans: it must outlive their removal.
 SerializationObjectPtr findObject(const PlanMap& plans, const BaseSerializationObject& prototype)
 {
@@ -89,32 +95,31 @@ const PlanIndex& BasePlanIndexedColl::getPlanIndex(ipUInt64 planOffset) const
   return std::next(_planIndexedColl.begin(), static_cast<std::ptrdiff_t>(planOffset))->first;
 }
 
-SerializationObjectConstPtr BasePlanIndexedColl::getStorage(const PlanIndex& planIndex) const
+const SerializationObjectPtr& BasePlanIndexedColl::find(const PlanIndex& planIndex,
+                                                       const SourceLocation& here) const
 {
   const auto found = _planIndexedColl.find(planIndex);
   if (found == _planIndexedColl.end())
-    raise(ORVEL_HERE, ePlanIndexMessage::ePlanNotFound, planIndex.getZPlanIdx(), planIndex.getCPlanIdx(),
-          planIndex.getTPlanIdx());
+    raisePlan(here, ePlanIndexMessage::ePlanNotFound, planIndex);
   return found->second;
+}
+
+SerializationObjectConstPtr BasePlanIndexedColl::getStorage(const PlanIndex& planIndex) const
+{
+  return find(planIndex, ORVEL_HERE);
 }
 
 const SerializationObjectPtr& BasePlanIndexedColl::getStorage(const PlanIndex& planIndex)
 {
-  const auto found = _planIndexedColl.find(planIndex);
-  if (found == _planIndexedColl.end())
-    raise(ORVEL_HERE, ePlanIndexMessage::ePlanNotFound, planIndex.getZPlanIdx(), planIndex.getCPlanIdx(),
-          planIndex.getTPlanIdx());
-  return found->second;
+  return find(planIndex, ORVEL_HERE);
 }
 
 void BasePlanIndexedColl::insert(const PlanIndex& planIndex, const SerializationObjectPtr& object)
 {
   if (!object)
-    raise(ORVEL_HERE, ePlanIndexMessage::eNullPlanPtr, planIndex.getZPlanIdx(), planIndex.getCPlanIdx(),
-          planIndex.getTPlanIdx());
+    raisePlan(ORVEL_HERE, ePlanIndexMessage::eNullPlanPtr, planIndex);
   if (!_planIndexedColl.try_emplace(planIndex, object).second)
-    raise(ORVEL_HERE, ePlanIndexMessage::ePlanAlreadyExists, planIndex.getZPlanIdx(), planIndex.getCPlanIdx(),
-          planIndex.getTPlanIdx());
+    raisePlan(ORVEL_HERE, ePlanIndexMessage::ePlanAlreadyExists, planIndex);
 }
 
 void BasePlanIndexedColl::assign(const BaseSerializationObject& prototype, ipUInt64 sizeZ, ipUInt64 sizeC,

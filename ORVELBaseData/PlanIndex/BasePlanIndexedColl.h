@@ -17,6 +17,8 @@
 namespace orvel
 {
 
+struct SourceLocation;
+
 /// \brief Root of the collections that hold one shared object per plan, for other libraries to derive from.
 ///
 /// The collection is sparse: a plan is there or not. It is reached by its index in logarithmic time, or by
@@ -121,6 +123,8 @@ protected:
   BasePlanIndexedColl(); ///< an empty collection
 
 private:
+  const SerializationObjectPtr& find(const PlanIndex& planIndex, const SourceLocation& here) const;
+
   std::map<PlanIndex, SerializationObjectPtr> _planIndexedColl;
 };
 

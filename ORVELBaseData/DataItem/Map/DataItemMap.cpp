@@ -27,15 +27,9 @@ ipUInt32 DataItemMap::getSize() const
   return static_cast<ipUInt32>(_itemMap.size());
 }
 
-const DataItemPtr* DataItemMap::find(const std::string& name) const
-{
-  const auto found = _itemMap.find(name);
-  return found == _itemMap.end() ? nullptr : &found->second;
-}
-
 bool DataItemMap::existsItem(const std::string& name) const
 {
-  return find(name) != nullptr;
+  return _itemMap.count(name) != 0;
 }
 
 ItemNameColl DataItemMap::getItemNames() const
@@ -46,36 +40,32 @@ ItemNameColl DataItemMap::getItemNames() const
   return names;
 }
 
+const DataItemPtr& DataItemMap::get(const std::string& name, const SourceLocation& here) const
+{
+  const auto found = _itemMap.find(name);
+  if (found == _itemMap.end())
+    raise(here, eDataItemMessage::eUnknownItem, name);
+  return found->second;
+}
+
 const BaseDataItem& DataItemMap::getItem(const std::string& name) const
 {
-  const DataItemPtr* const item = find(name);
-  if (item == nullptr)
-    raise(ORVEL_HERE, eDataItemMessage::eUnknownItem, name);
-  return **item;
+  return *get(name, ORVEL_HERE);
 }
 
 BaseDataItem& DataItemMap::getItem(const std::string& name)
 {
-  const DataItemPtr* const item = find(name);
-  if (item == nullptr)
-    raise(ORVEL_HERE, eDataItemMessage::eUnknownItem, name);
-  return **item;
+  return *get(name, ORVEL_HERE);
 }
 
 DataItemConstPtr DataItemMap::getItemPtr(const std::string& name) const
 {
-  const DataItemPtr* const item = find(name);
-  if (item == nullptr)
-    raise(ORVEL_HERE, eDataItemMessage::eUnknownItem, name);
-  return *item;
+  return get(name, ORVEL_HERE);
 }
 
 DataItemPtr DataItemMap::getItemPtr(const std::string& name)
 {
-  const DataItemPtr* const item = find(name);
-  if (item == nullptr)
-    raise(ORVEL_HERE, eDataItemMessage::eUnknownItem, name);
-  return *item;
+  return get(name, ORVEL_HERE);
 }
 
 void DataItemMap::insertItem(const std::string& name, const DataItemPtr& item)

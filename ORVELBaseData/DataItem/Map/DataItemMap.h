@@ -14,6 +14,8 @@
 namespace orvel
 {
 
+struct SourceLocation;
+
 namespace details
 {
 struct DataItemComparison;
@@ -75,7 +77,7 @@ public:
 private:
   friend struct details::DataItemComparison;
 
-  const DataItemPtr* find(const std::string& name) const; // null if the name is not in the map
+  const DataItemPtr& get(const std::string& name, const SourceLocation& here) const;
 
   std::map<std::string, DataItemPtr> _itemMap;
 };

@@ -20,28 +20,27 @@ bool BaseDataItemNode::existsItem(const std::string& key) const
   return getItemInfo(key) != nullptr;
 }
 
+ItemInfoConstPtr BaseDataItemNode::getInfo(const std::string& key, const SourceLocation& here) const
+{
+  ItemInfoConstPtr info = getItemInfo(key);
+  if (!info)
+    raise(here, eDataItemMessage::eUnknownItem, key);
+  return info;
+}
+
 const BaseDataItem& BaseDataItemNode::getItem(const std::string& key) const
 {
-  const ItemInfoConstPtr info = getItemInfo(key);
-  if (!info)
-    raise(ORVEL_HERE, eDataItemMessage::eUnknownItem, key);
-  return *info->item;
+  return *getInfo(key, ORVEL_HERE)->item;
 }
 
 const std::string& BaseDataItemNode::getItemName(const std::string& key) const
 {
-  const ItemInfoConstPtr info = getItemInfo(key);
-  if (!info)
-    raise(ORVEL_HERE, eDataItemMessage::eUnknownItem, key);
-  return *info->name;
+  return *getInfo(key, ORVEL_HERE)->name;
 }
 
 const std::string& BaseDataItemNode::getItemToolTip(const std::string& key) const
 {
-  const ItemInfoConstPtr info = getItemInfo(key);
-  if (!info)
-    raise(ORVEL_HERE, eDataItemMessage::eUnknownItem, key);
-  return *info->toolTip;
+  return *getInfo(key, ORVEL_HERE)->toolTip;
 }
 
 } // namespace orvel

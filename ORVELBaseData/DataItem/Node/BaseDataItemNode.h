@@ -14,6 +14,8 @@
 namespace orvel
 {
 
+struct SourceLocation;
+
 /// \brief Root of the nodes, the records of a tree: classes with a fixed set of items, each with a key, a
 /// name and a tool tip.
 ///
@@ -63,6 +65,9 @@ public:
 
 protected:
   BaseDataItemNode() = default;
+
+private:
+  ItemInfoConstPtr getInfo(const std::string& key, const SourceLocation& here) const;
 };
 
 using DataItemNodePtr = boost::shared_ptr<BaseDataItemNode>;            ///< shared node

@@ -37,15 +37,9 @@ void DataItemNodeFactory::unRegisterNode(const std::string& key)
   _nodeInfoMap.erase(found);
 }
 
-const DataItemNodeFactory::NodeInfo* DataItemNodeFactory::find(const std::string& key) const
-{
-  const auto found = _nodeInfoMap.find(key);
-  return found == _nodeInfoMap.end() ? nullptr : &found->second;
-}
-
 bool DataItemNodeFactory::isRegistredNode(const std::string& key) const
 {
-  return find(key) != nullptr;
+  return _nodeInfoMap.count(key) != 0;
 }
 
 ItemNameColl DataItemNodeFactory::getRegistredNodes() const
@@ -56,44 +50,38 @@ ItemNameColl DataItemNodeFactory::getRegistredNodes() const
   return keys;
 }
 
+const DataItemNodeFactory::NodeInfo& DataItemNodeFactory::get(const std::string& key,
+                                                              const SourceLocation& here) const
+{
+  const auto found = _nodeInfoMap.find(key);
+  if (found == _nodeInfoMap.end())
+    raise(here, eDataItemMessage::eNodeNotRegistred, key);
+  return found->second;
+}
+
 const std::string& DataItemNodeFactory::getNodeName(const std::string& key) const
 {
-  const NodeInfo* const info = find(key);
-  if (info == nullptr)
-    raise(ORVEL_HERE, eDataItemMessage::eNodeNotRegistred, key);
-  return info->name;
+  return get(key, ORVEL_HERE).name;
 }
 
 const std::string& DataItemNodeFactory::getNodeToolTip(const std::string& key) const
 {
-  const NodeInfo* const info = find(key);
-  if (info == nullptr)
-    raise(ORVEL_HERE, eDataItemMessage::eNodeNotRegistred, key);
-  return info->toolTip;
+  return get(key, ORVEL_HERE).toolTip;
 }
 
 const std::string& DataItemNodeFactory::getNodeLibraryName(const std::string& key) const
 {
-  const NodeInfo* const info = find(key);
-  if (info == nullptr)
-    raise(ORVEL_HERE, eDataItemMessage::eNodeNotRegistred, key);
-  return info->libraryName;
+  return get(key, ORVEL_HERE).libraryName;
 }
 
 const boost::filesystem::path& DataItemNodeFactory::getNodeHeaderPath(const std::string& key) const
 {
-  const NodeInfo* const info = find(key);
-  if (info == nullptr)
-    raise(ORVEL_HERE, eDataItemMessage::eNodeNotRegistred, key);
-  return info->headerPath;
+  return get(key, ORVEL_HERE).headerPath;
 }
 
 DataItemNodePtr DataItemNodeFactory::createNode(const std::string& key) const
 {
-  const NodeInfo* const info = find(key);
-  if (info == nullptr)
-    raise(ORVEL_HERE, eDataItemMessage::eNodeNotRegistred, key);
-  return info->creatorFcn();
+  return get(key, ORVEL_HERE).creatorFcn();
 }
 
 } // namespace orvel

@@ -14,6 +14,8 @@
 namespace orvel
 {
 
+struct SourceLocation;
+
 /// \brief The catalogue of the node classes of the process: what tells of them to users, and what creates
 /// them.
 ///
@@ -69,7 +71,7 @@ private:
   DataItemNodeFactory() = default;
   ~DataItemNodeFactory() = default;
 
-  const NodeInfo* find(const std::string& key) const; // null if the key is not entered
+  const NodeInfo& get(const std::string& key, const SourceLocation& here) const;
 
   std::map<std::string, NodeInfo> _nodeInfoMap;
 };

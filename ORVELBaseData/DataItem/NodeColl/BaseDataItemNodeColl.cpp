@@ -22,18 +22,21 @@ ipUInt32 BaseDataItemNodeColl::getSize() const
   return static_cast<ipUInt32>(_coll.size());
 }
 
-const BaseDataItemNode& BaseDataItemNodeColl::getNodeBase(ipUInt32 index) const
+const DataItemNodePtr& BaseDataItemNodeColl::get(ipUInt32 index, const SourceLocation& here) const
 {
   if (index >= getSize())
-    raise(ORVEL_HERE, eDataItemMessage::eNodeIndexOutOfBounds, index, getSize());
-  return *_coll[index];
+    raise(here, eDataItemMessage::eNodeIndexOutOfBounds, index, getSize());
+  return _coll[index];
+}
+
+const BaseDataItemNode& BaseDataItemNodeColl::getNodeBase(ipUInt32 index) const
+{
+  return *get(index, ORVEL_HERE);
 }
 
 BaseDataItemNode& BaseDataItemNodeColl::getNodeBase(ipUInt32 index)
 {
-  if (index >= getSize())
-    raise(ORVEL_HERE, eDataItemMessage::eNodeIndexOutOfBounds, index, getSize());
-  return *_coll[index];
+  return *get(index, ORVEL_HERE);
 }
 
 void BaseDataItemNodeColl::push_back(const DataItemNodePtr& node)

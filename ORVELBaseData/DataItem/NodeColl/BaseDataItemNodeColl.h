@@ -13,6 +13,8 @@
 namespace orvel
 {
 
+struct SourceLocation;
+
 /// \brief Item of a sequence of nodes of any classes. Concrete in spite of its name.
 ///
 /// Nodes are shared with whoever else holds their pointers: push_back() keeps the caller's pointer, without a
@@ -53,6 +55,8 @@ public:
   void push_back(const DataItemNodePtr& node);
 
 private:
+  const DataItemNodePtr& get(ipUInt32 index, const SourceLocation& here) const;
+
   std::vector<DataItemNodePtr> _coll;
 };
 
