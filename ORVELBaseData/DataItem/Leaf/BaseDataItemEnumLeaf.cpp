@@ -44,25 +44,26 @@ void BaseDataItemEnumLeaf::copyMembers(const BaseDataItemEnumLeaf& other)
   _value = other._value;
 }
 
-// Failures name the operations that callers know.
+// Failures name the operation that was called, not the part of it that raises.
 
 void BaseDataItemEnumLeaf::writeMembers(BaseOArchive& archive) const
 {
+  constexpr const char* caller =
+      "virtual orvel::BoolResult orvel::BaseDataItemEnumLeaf::write(orvel::BaseOArchive&) const";
   std::string text;
   if (!toString(_value, text))
-    raise(ORVEL_HERE_IN(
-              "virtual orvel::BoolResult orvel::BaseDataItemEnumLeaf::write(orvel::BaseOArchive&) const"),
-          eDataItemMessage::eInvalidEnumIntValue, _value, getEnumNameStr());
+    raise(ORVEL_HERE_IN(caller), eDataItemMessage::eInvalidEnumIntValue, _value, getEnumNameStr());
   archive << SerializationOItem("enumValue", text);
 }
 
 void BaseDataItemEnumLeaf::readMembers(BaseIArchive& archive, ipUInt32 /*version*/)
 {
+  constexpr const char* caller =
+      "virtual orvel::BoolResult orvel::BaseDataItemEnumLeaf::read(orvel::BaseIArchive&)";
   std::string text;
   archive >> SerializationIItem("enumValue", text);
   if (!fromString(text, _value))
-    raise(ORVEL_HERE_IN("virtual orvel::BoolResult orvel::BaseDataItemEnumLeaf::read(orvel::BaseIArchive&)"),
-          eDataItemMessage::eInvalidEnumStrValue, text, getEnumNameStr());
+    raise(ORVEL_HERE_IN(caller), eDataItemMessage::eInvalidEnumStrValue, text, getEnumNameStr());
 }
 
 } // namespace orvel
