@@ -10,7 +10,6 @@
 
 #include <ORVELBaseData/DataItem/DataItemUtils.h>
 #include <ORVELBaseData/ORVELBaseDataException.h>
-#include <ORVELBaseData/ORVELBaseDataLog.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
 #include <ORVELSerialization/SerializableClassDefinitions.h>
 #include <ORVELUtil/DynamicObjectFactory.h>
@@ -335,32 +334,15 @@ TYPED_TEST(ArchivedEnumLeaf, MeansTheSameAfterTheIntegersWereReordered)
   EXPECT_EQ(text, "eC_Green");
 }
 
-template <class Failure>
-void expectRaisedBy(const Failure& failure, const LogCapture& log, const std::string& function)
-{
-  EXPECT_EQ(failure.getFile(), "ORVELBaseData/DataItem/Leaf/BaseDataItemEnumLeaf.cpp");
-#if !defined(__clang__)
-  EXPECT_EQ(failure.getFunction(), function);
-  EXPECT_NE(sourceLine(failure.getFile(), failure.getLine()).find("raise(ORVEL_HERE"), std::string::npos)
-      << failure.getLine();
-#else
-  EXPECT_FALSE(function.empty());
-#endif
-  ASSERT_EQ(log.getRecords().size(), 1U);
-  EXPECT_EQ(log.getRecords()[0].message, failure.getMessage());
-  EXPECT_EQ(log.getRecords()[0].level, log4cplus::ERROR_LOG_LEVEL);
-  EXPECT_EQ(log.getRecords()[0].line, static_cast<int>(failure.getLine()));
-}
-
 TYPED_TEST(ArchivedEnumLeaf, RefusesToWriteAnIntegerOutsideItsEnumeration)
 {
   std::ostringstream stream;
   typename TypeParam::OArchive archive(stream);
-  const LogCapture log(getORVELBaseDataLogger());
-  const auto failure = failureOf<ORVELBaseDataException>([&] { colour(2).write(archive); });
-  EXPECT_EQ(failure.getMessage(), "Invalid enumerate integer value 2 for enumerate eColour");
-  expectRaisedBy(failure, log,
-                 "virtual orvel::BoolResult orvel::BaseDataItemEnumLeaf::write(orvel::BaseOArchive&) const");
+  expectRaised<ORVELBaseDataException>(
+      [&] { colour(2).write(archive); },
+      {"Invalid enumerate integer value 2 for enumerate eColour",
+       "virtual orvel::BoolResult orvel::BaseDataItemEnumLeaf::write(orvel::BaseOArchive&) const",
+       "ORVELBaseData/DataItem/Leaf/BaseDataItemEnumLeaf.cpp"});
 }
 
 TYPED_TEST(ArchivedEnumLeaf, LeavesItsVersionInAFailedArchiveWhenWritingIsRefused)
@@ -378,11 +360,11 @@ TYPED_TEST(ArchivedEnumLeaf, RefusesToReadATextOutsideItsEnumeration)
   std::istringstream stream(archiveOf<TypeParam>("eC_Grey"));
   typename TypeParam::IArchive archive(stream);
   TestColourLeaf leaf;
-  const LogCapture log(getORVELBaseDataLogger());
-  const auto failure = failureOf<ORVELBaseDataException>([&] { leaf.read(archive); });
-  EXPECT_EQ(failure.getMessage(), "Invalid enumerate string value eC_Grey for enumerate eColour");
-  expectRaisedBy(failure, log,
-                 "virtual orvel::BoolResult orvel::BaseDataItemEnumLeaf::read(orvel::BaseIArchive&)");
+  expectRaised<ORVELBaseDataException>(
+      [&] { leaf.read(archive); },
+      {"Invalid enumerate string value eC_Grey for enumerate eColour",
+       "virtual orvel::BoolResult orvel::BaseDataItemEnumLeaf::read(orvel::BaseIArchive&)",
+       "ORVELBaseData/DataItem/Leaf/BaseDataItemEnumLeaf.cpp"});
 }
 
 TYPED_TEST(ArchivedEnumLeaf, FailsTheArchiveWhenAReadThatIsCalledDirectlyIsRefused)

@@ -1,5 +1,6 @@
 #include "ORVELBaseData/DataItem/Node/DataItemNodeFactory.h"
 
+#include <functional>
 #include <new>
 #include <string>
 #include <type_traits>
@@ -197,30 +198,34 @@ TEST_F(DataItemNodeFactoryTest, RefusesToRemoveAnUnknownKeyInOtherWords)
 
 TEST_F(DataItemNodeFactoryTest, NamesThePlaceOfAFailureAndLogsItOnce)
 {
-  const LogCapture log(getORVELBaseDataLogger());
-  const auto failure = failureOf<ORVELBaseDataException>([&] { _factory.createNode("x"); });
-  EXPECT_NE(failure.getFunction().find("DataItemNodeFactory::createNode("), std::string::npos);
-  EXPECT_EQ(failure.getFile(), "ORVELBaseData/DataItem/Node/DataItemNodeFactory.cpp");
-  EXPECT_NE(sourceLine(failure.getFile(), failure.getLine()).find("eNodeNotRegistred"), std::string::npos);
-  ASSERT_EQ(log.getRecords().size(), 1U);
-  EXPECT_EQ(log.getRecords()[0].message, failure.getMessage());
-  EXPECT_EQ(log.getRecords()[0].level, log4cplus::ERROR_LOG_LEVEL);
-}
-
-TEST_F(DataItemNodeFactoryTest, NamesTheOperationThatFails)
-{
-  _factory.registerNode("key", makeInfo());
-  const auto expectName = [](const std::string& name, auto operation)
+  const std::string unknown =
+      "Data item node x is not registred into factory, can't access data item node informations";
+  const auto check =
+      [](const std::string& message, const std::string& function, const std::function<void()>& operation)
   {
-    const std::string function = failureOf<ORVELBaseDataException>(operation).getFunction();
-    EXPECT_NE(function.find("DataItemNodeFactory::" + name + "("), std::string::npos) << function;
+    expectRaised<ORVELBaseDataException>(
+        operation, {message, function, "ORVELBaseData/DataItem/Node/DataItemNodeFactory.cpp"});
   };
-  expectName("registerNode", [&] { _factory.registerNode("key", makeInfo()); });
-  expectName("unRegisterNode", [&] { _factory.unRegisterNode("x"); });
-  expectName("getNodeName", [&] { _factory.getNodeName("x"); });
-  expectName("getNodeToolTip", [&] { _factory.getNodeToolTip("x"); });
-  expectName("getNodeLibraryName", [&] { _factory.getNodeLibraryName("x"); });
-  expectName("getNodeHeaderPath", [&] { _factory.getNodeHeaderPath("x"); });
+  _factory.registerNode("key", makeInfo());
+  check("Data item node key is already registred into factory, can't register more than once",
+        "void orvel::DataItemNodeFactory::registerNode(const std::string&, const NodeInfo&)",
+        [&] { _factory.registerNode("key", makeInfo()); });
+  check("Data item node x is not registred into factory, can't remove from factory",
+        "void orvel::DataItemNodeFactory::unRegisterNode(const std::string&)",
+        [&] { _factory.unRegisterNode("x"); });
+  check(unknown, "const std::string& orvel::DataItemNodeFactory::getNodeName(const std::string&) const",
+        [&] { _factory.getNodeName("x"); });
+  check(unknown, "const std::string& orvel::DataItemNodeFactory::getNodeToolTip(const std::string&) const",
+        [&] { _factory.getNodeToolTip("x"); });
+  check(unknown,
+        "const std::string& orvel::DataItemNodeFactory::getNodeLibraryName(const std::string&) const",
+        [&] { _factory.getNodeLibraryName("x"); });
+  check(unknown,
+        "const boost::filesystem::path& orvel::DataItemNodeFactory::getNodeHeaderPath(const std::string&) "
+        "const",
+        [&] { _factory.getNodeHeaderPath("x"); });
+  check(unknown, "orvel::DataItemNodePtr orvel::DataItemNodeFactory::createNode(const std::string&) const",
+        [&] { _factory.createNode("x"); });
 }
 
 TEST_F(DataItemNodeFactoryTest, DoesNotRaiseWhenAskedForAnUnknownKey)

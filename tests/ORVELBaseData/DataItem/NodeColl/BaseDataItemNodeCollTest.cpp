@@ -1,5 +1,6 @@
 #include "ORVELBaseData/DataItem/NodeColl/BaseDataItemNodeColl.h"
 
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -14,7 +15,6 @@
 #include <ORVELBaseData/DataItem/DataItemUtils.h>
 #include <ORVELBaseData/DataItem/Node/DataItemNodeFactory.h>
 #include <ORVELBaseData/ORVELBaseDataException.h>
-#include <ORVELBaseData/ORVELBaseDataLog.h>
 #include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
 #include <ORVELUtil/DynamicObjectFactory.h>
@@ -147,6 +147,17 @@ TEST(BaseDataItemNodeColl, GivesNodesThatLastAsLongAsSomebodyHoldsThem)
   EXPECT_EQ(found->getItemKeys().size(), 2U);
 }
 
+/// Checks the failure of an operation on makeColl(2), which stays as it is.
+void expectRefused(const std::function<void(NodeColl&)>& operation, const std::string& message,
+                   const std::string& function)
+{
+  NodeColl coll = makeColl(2);
+  expectRaised<ORVELBaseDataException>(
+      [&] { operation(coll); },
+      {message, function, "ORVELBaseData/DataItem/NodeColl/BaseDataItemNodeColl.cpp"});
+  EXPECT_EQ(countsOf(coll), (std::vector<ipInt32>{1, 2}));
+}
+
 TEST(BaseDataItemNodeColl, HasNoNodeWhenEmpty)
 {
   NodeColl coll;
@@ -159,44 +170,21 @@ TEST(BaseDataItemNodeColl, HasNoNodeWhenEmpty)
 TEST(BaseDataItemNodeColl, HasNoNodeBehindTheLast)
 {
   NodeColl coll = makeColl(2);
-  const NodeColl& constant = coll;
   EXPECT_NO_THROW(coll.getNodeBase(1));
-  EXPECT_NO_THROW(constant.getNodeBase(1));
-  EXPECT_EQ(messageOf<ORVELBaseDataException>([&] { coll.getNodeBase(2); }),
-            "Node with index 2 is out of bounds [0; 2[");
-  EXPECT_EQ(messageOf<ORVELBaseDataException>([&] { constant.getNodeBase(4294967295); }),
-            "Node with index 4294967295 is out of bounds [0; 2[");
-  EXPECT_EQ(countsOf(coll), (std::vector<ipInt32>{1, 2}));
+  EXPECT_NO_THROW(static_cast<const NodeColl&>(coll).getNodeBase(1));
+  expectRefused([](NodeColl& refusing) { refusing.getNodeBase(2); },
+                "Node with index 2 is out of bounds [0; 2[",
+                "orvel::BaseDataItemNode& orvel::BaseDataItemNodeColl::getNodeBase(orvel::ipUInt32)");
+  expectRefused([](const NodeColl& refusing) { refusing.getNodeBase(4294967295); },
+                "Node with index 4294967295 is out of bounds [0; 2[",
+                "const orvel::BaseDataItemNode& orvel::BaseDataItemNodeColl::getNodeBase(orvel::ipUInt32) "
+                "const");
 }
 
 TEST(BaseDataItemNodeColl, RefusesANullPointer)
 {
-  NodeColl coll = makeColl(1);
-  EXPECT_EQ(messageOf<ORVELBaseDataException>([&] { coll.push_back(nullptr); }),
-            "Item shared pointer should not be null");
-  EXPECT_EQ(coll.getSize(), 1U);
-}
-
-TEST(BaseDataItemNodeColl, NamesThePlaceOfAFailureAndLogsItOnce)
-{
-  NodeColl coll;
-  const LogCapture log(getORVELBaseDataLogger());
-  const auto failure = failureOf<ORVELBaseDataException>([&] { coll.push_back(nullptr); });
-  EXPECT_NE(failure.getFunction().find("BaseDataItemNodeColl::push_back("), std::string::npos);
-  EXPECT_EQ(failure.getFile(), "ORVELBaseData/DataItem/NodeColl/BaseDataItemNodeColl.cpp");
-  EXPECT_NE(sourceLine(failure.getFile(), failure.getLine()).find("eNullItemPtr"), std::string::npos);
-  ASSERT_EQ(log.getRecords().size(), 1U);
-  EXPECT_EQ(log.getRecords()[0].message, "Item shared pointer should not be null");
-  EXPECT_EQ(log.getRecords()[0].level, log4cplus::ERROR_LOG_LEVEL);
-
-  const NodeColl& constant = coll;
-  for (const auto& bounds : {failureOf<ORVELBaseDataException>([&] { coll.getNodeBase(0); }),
-                             failureOf<ORVELBaseDataException>([&] { constant.getNodeBase(0); })})
-  {
-    EXPECT_NE(bounds.getFunction().find("BaseDataItemNodeColl::getNodeBase("), std::string::npos);
-    EXPECT_NE(sourceLine(bounds.getFile(), bounds.getLine()).find("eNodeIndexOutOfBounds"),
-              std::string::npos);
-  }
+  expectRefused([](NodeColl& coll) { coll.push_back(nullptr); }, "Item shared pointer should not be null",
+                "void orvel::BaseDataItemNodeColl::push_back(const orvel::DataItemNodePtr&)");
 }
 
 TEST(BaseDataItemNodeColl, TakesANodeOfItsOwnAgain)
