@@ -12,24 +12,24 @@
 namespace orvel
 {
 
-/// \brief Failures of the data items. The texts stand in the source; their misspelled words stay as they are.
+/// \brief Failures of the data items. Their texts are in the source; misspelled words stay.
 class ORVELBASEDATA_EXPORT eDataItemMessage : public NamedEnumeration<eDataItemMessage>
 {
 public:
   enum domain
   {
-    eInvalidDataItemType,        ///< registered, but raised by nobody: the kind
-    eInvalidDataItemValueType,   ///< a comparison of collections of a type that they can't have: the type
-    eInvalidEnumIntValue,        ///< a number of no enumerator: the number, the enumeration
-    eInvalidEnumStrValue,        ///< a text of no enumerator: the text, the enumeration
+    eInvalidDataItemType,        ///< registered, but never raised: the kind
+    eInvalidDataItemValueType,   ///< comparison of collections of a type that none can have: the type
+    eInvalidEnumIntValue,        ///< a number without enumerator: the number, the enumeration
+    eInvalidEnumStrValue,        ///< a text without enumerator: the text, the enumeration
     eNodeIndexOutOfBounds,       ///< no such node: the index, the number of nodes
     eItemAlreadyInMap,           ///< the name is taken: the name
-    eItemNotInMap,               ///< removal of what is not there: the name
+    eItemNotInMap,               ///< removal of an unknown name: the name
     eNodeAlreadyRegistred,       ///< the key is taken: the key
-    eUnknownItem,                ///< nothing stands under the name: the name; raised by maps and nodes
-    eNodeNotRegistred,           ///< use of a key that is not there: the key
-    eNodeNotRegistredForRemoval, ///< removal of a key that is not there: the key
-    eNullItemPtr                 ///< a null pointer in place of an item
+    eUnknownItem,                ///< access to an unknown name, of a map or a node: the name
+    eNodeNotRegistred,           ///< access to an unknown key: the key
+    eNodeNotRegistredForRemoval, ///< removal of an unknown key: the key
+    eNullItemPtr                 ///< a null pointer instead of an item
   };
 
   using NamedEnumeration::NamedEnumeration;

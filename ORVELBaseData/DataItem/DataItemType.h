@@ -11,15 +11,14 @@ namespace orvel
 
 /// \brief Kind of a data item.
 ///
-/// A value that is none counts as eDIT_Leaf wherever the library branches on it; == looks at the whole
-/// value.
+/// A value that is no enumerator is treated as eDIT_Leaf; == compares the whole value.
 class ORVELBASEDATA_EXPORT eDataItemType : public NamedEnumeration<eDataItemType>
 {
 public:
   enum domain
   {
     eDIT_Leaf,     ///< one value
-    eDIT_Node,     ///< a record: a fixed set of named items
+    eDIT_Node,     ///< a fixed set of named items
     eDIT_LeafColl, ///< a sequence of values of one type
     eDIT_NodeColl, ///< a sequence of nodes
     eDIT_Map       ///< any items by name

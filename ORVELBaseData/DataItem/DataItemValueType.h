@@ -11,8 +11,7 @@ namespace orvel
 
 /// \brief Type of the value of a leaf, or of the values of a leaf collection.
 ///
-/// A value that is none counts as eDIVT_Bool wherever the library branches on it; == looks at the whole
-/// value.
+/// A value that is no enumerator is treated as eDIVT_Bool; == compares the whole value.
 class ORVELBASEDATA_EXPORT eDataItemValueType : public NamedEnumeration<eDataItemValueType>
 {
 public:
@@ -31,7 +30,7 @@ public:
     eDIVT_Real64, ///< ipReal64
     eDIVT_String, ///< std::string
     eDIVT_Path,   ///< boost::filesystem::path
-    eDIVT_Enum    ///< an enumerate, held as ipUInt32; of leaves only
+    eDIVT_Enum    ///< an enumerate, held as ipUInt32; leaves only
   };
 
   using NamedEnumeration::NamedEnumeration;

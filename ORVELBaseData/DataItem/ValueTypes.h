@@ -10,8 +10,8 @@
 #include <ORVELBaseData/DataItem/DataItemValueType.h>
 #include <ORVELUtil/ScalarTypes.h>
 
-/// Calls apply(Type, Name, text) for each type of value, in the order of eDataItemValueType: the enumerator
-/// is `eDIVT_##Name`, the text stands in class names.
+/// Calls apply(Type, Name, text) for each type of value, in the order of eDataItemValueType. The enumerator
+/// is `eDIVT_##Name`; class names contain the text.
 #define ORVEL_FOR_EACH_VALUE_TYPE(apply)                                                                     \
   apply(orvel::ipBool, Bool, "ipBool") apply(orvel::ipInt8, Int8, "ipInt8")                                  \
       apply(orvel::ipUInt8, UInt8, "ipUInt8") apply(orvel::ipInt16, Int16, "ipInt16")                        \
@@ -24,13 +24,13 @@
 namespace orvel
 {
 
-/// \brief What the code has to know of a type T of values; there is nothing for any other type.
+/// \brief Properties of a type T of values:
 ///  - `valueType`, the enumerator of eDataItemValueType;
-///  - `name`, as it stands in class names.
+///  - `name`, as class names contain it.
 template <class T>
 struct DataItemValue
 {
-  static_assert(sizeof(T) == 0, "this is no type of values: it is not among those of eDataItemValueType");
+  static_assert(sizeof(T) == 0, "T is not among the types of eDataItemValueType");
 };
 
 #define ORVEL_DESCRIBE_VALUE_TYPE(Type, Name, text)                                                          \

@@ -11,10 +11,9 @@
 namespace orvel
 {
 
-/// \brief Root of the identifiers that are values: one number, two numbers, a string.
+/// \brief Root of the identifiers that are values: one number, two numbers or a string.
 ///
-/// They have no order and no comparison of their own: callers compare the values. Assigned to itself an
-/// identifier keeps its value. Archive version 1, without items.
+/// Identifiers have no comparison and no order: compare their values. Archive version 1, without items.
 class ORVELBASEDATA_EXPORT BaseIdentifier : public BaseSerializationObject
 {
   ORVEL_DECLARE_ABSTRACT_SERIALIZABLE(BaseIdentifier)

@@ -14,17 +14,17 @@
 namespace orvel
 {
 
-/// \brief Globally unique identifier of some data, with a name for people. No BaseIdentifier.
+/// \brief Globally unique identifier of data, with a name for people. It is not a BaseIdentifier.
 ///
-/// A copy has the identifier of its source. Archive version 1: what SerializationObjectWithGuid files, then
-/// the version, then the item "_name". After a failure behind the first, also of a copy, the object has the
+/// A copy has the identifier of its source. Archive version 1: the items of SerializationObjectWithGuid, then
+/// "_name". If what follows the identifier cannot be read, or the name cannot be copied, the object has the
 /// new identifier and the old name.
 class ORVELBASEDATA_EXPORT DataIdentifier : public SerializationObjectWithGuid
 {
   ORVEL_DECLARE_SERIALIZABLE(DataIdentifier)
 
 public:
-  DataIdentifier(); ///< a new random identifier without a name
+  DataIdentifier(); ///< a new random identifier, without a name
 
   void setName(const std::string& name) { _name = name; }
   const std::string& getName() const { return _name; } ///< valid until the identifier changes

@@ -9,14 +9,15 @@
 namespace orvel
 {
 
-/// \brief Identifier of two independent numbers. Archive version 1: the items "_highValue" and "_lowValue"; a
-/// read that fails keeps both old values.
+/// \brief Identifier of two independent numbers.
+///
+/// Archive version 1: the items "_highValue" and "_lowValue". A failed read changes neither.
 class ORVELBASEDATA_EXPORT DoubleIdentifier : public BaseIdentifier
 {
   ORVEL_DECLARE_SERIALIZABLE(DoubleIdentifier)
 
 public:
-  DoubleIdentifier(); ///< the values are not set: set, copy or read them before they are asked for
+  DoubleIdentifier(); ///< the values are not set: set, copy or read them before use
   DoubleIdentifier(ipUInt32 highValue, ipUInt32 lowValue);
 
   void setValue(ipUInt32 highValue, ipUInt32 lowValue);

@@ -15,7 +15,7 @@ class ORVELBASEDATA_EXPORT SingleIdentifier : public BaseIdentifier
   ORVEL_DECLARE_SERIALIZABLE(SingleIdentifier)
 
 public:
-  SingleIdentifier();               ///< the value is not set: set, copy or read it before it is asked for
+  SingleIdentifier();               ///< the value is not set: set, copy or read it before use
   SingleIdentifier(ipUInt32 value); ///< not explicit: a number converts to an identifier
 
   void setValue(ipUInt32 value) { _value = value; }

@@ -31,7 +31,7 @@ ipUInt64 extentOf(const PlanMap& plans, ipUInt64 (PlanIndex::*getIndex)() const)
   raise(here, id, planIndex.getZPlanIdx(), planIndex.getCPlanIdx(), planIndex.getTPlanIdx());
 }
 
-// The prototype if it belongs to one of the plans: it must outlive their removal.
+// The prototype if it is the object of a plan: it must outlive the removal of the plans.
 SerializationObjectPtr findObject(const PlanMap& plans, const BaseSerializationObject& prototype)
 {
   const auto found =
@@ -96,7 +96,7 @@ const PlanIndex& BasePlanIndexedColl::getPlanIndex(ipUInt64 planOffset) const
 }
 
 const SerializationObjectPtr& BasePlanIndexedColl::find(const PlanIndex& planIndex,
-                                                       const SourceLocation& here) const
+                                                        const SourceLocation& here) const
 {
   const auto found = _planIndexedColl.find(planIndex);
   if (found == _planIndexedColl.end())

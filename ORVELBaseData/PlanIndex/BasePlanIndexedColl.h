@@ -1,7 +1,7 @@
 #pragma once
 
 /// \file
-/// \brief Root of the collections of an object per plan.
+/// \brief Root of the collections of one object per plan.
 
 #include <map>
 #include <string>
@@ -19,39 +19,38 @@ namespace orvel
 
 struct SourceLocation;
 
-/// \brief Root of the collections that hold one shared object per plan, for other libraries to derive from.
+/// \brief Root of the collections that hold one shared object per plan. Other libraries derive from it.
 ///
-/// The collection is sparse: a plan is there or not. It is reached by its index in logarithmic time, or by
-/// its rank in the order of PlanIndex, z fastest and t slowest, in linear time: to visit all plans, walk
-/// getBaseColl(). Objects are shared with whoever else holds their pointers; one may stand under several
-/// keys. A single plan can be neither replaced nor taken out.
+/// The collection is sparse: it has a plan or not. A plan is found by its index in logarithmic time, or by
+/// its rank in the order of PlanIndex in linear time; to visit all plans, walk getBaseColl(). The collection
+/// shares its objects with everybody who holds their pointers. One object may belong to several plans. A
+/// single plan can be neither replaced nor removed.
 ///
-/// Copies are made by the derived classes that want them, each in its own way; through this class there is
-/// none. A collection has no lock, and write() changes the serialization mode of the objects: two threads
-/// must not write one collection at the same time.
+/// The collection is not copied through this class (\see ORVEL_DECLARE_SERIALIZABLE_WITHOUT_COPY); a derived
+/// class may copy its own. It has no lock, and write() changes the serialization mode of the objects: two
+/// threads must not write one collection at the same time.
 ///
 /// Archive version 1. What follows depends on hasSkeletonElements() and on the serialization mode:
 ///
 /// | objects | mode | `write` | `read` |
 /// |---|---|---|---|
 /// | without skeleton | any | the map | the map |
-/// | with skeleton | eSSM_Full, eSSM_Skeleton | hands the mode on, then the map | the map |
-/// | with skeleton | eSSM_Data | hands the mode on, then an item "curObject" per object | those items |
+/// | with skeleton | eSSM_Full, eSSM_Skeleton | sets the mode on the objects, then the map | the map |
+/// | with skeleton | eSSM_Data | sets the mode on the objects, then a "curObject" each | these items |
 ///
-/// The map is the item "_planIndexedColl" (\see ItemOperators.h): reading it drops the old objects
-/// first; after a failure the collection holds the plans read so far. Null pointers come from an archive, or
-/// from a prototype whose duplicateShared() returns one. In an archive that is not trusted, objects without a
-/// skeleton where there should be one are refused (ORVELSerializationException) and null pointers stand in
-/// their places.
+/// The map is the item "_planIndexedColl" (\see ItemOperators.h). Reading it releases the old objects
+/// first; after a failure the collection holds the plans read so far. An object may come back null. From an
+/// untrusted archive an object without a skeleton, where it should have one, is refused
+/// (ORVELSerializationException), and a null pointer takes its place.
 ///
-/// "curObject" items hold an object in place each, null pointers apart, in the order of the plans, without
-/// keys and count: they are read into the objects that stand in the collection, whose plans must be those of
-/// the collection that was written. `write` hands the mode of the collection on to the objects, which keep
-/// it; `read` does not: whoever reads in another mode than eSSM_Full sets the modes of the objects first.
+/// The items "curObject" hold the objects that are not null in place, in the order of the plans, without keys
+/// or a count. They are read into the objects of the collection, which must have the same plans as the one
+/// that was written. `write` sets the mode of the collection on the objects, which keep it. `read` does not:
+/// before reading in another mode than eSSM_Full the caller must set the modes of the objects.
 ///
-/// Beware: objects that are created while the map is read start in mode eSSM_Full, whatever the mode of the
-/// collection. A skeleton can be read back if the objects file themselves whether their data follow, or are
-/// made so that they expect a skeleton; the buffers of this library do neither.
+/// Beware: objects that are created while the map is read have the mode eSSM_Full, whatever the mode of the
+/// collection. So a skeleton can only be read if the objects store whether data follow, or expect a skeleton
+/// when new; the buffers of this library do neither.
 ///
 /// The order of the virtual operations is part of the binary interface.
 class ORVELBASEDATA_EXPORT BasePlanIndexedColl : public BaseObjectWithSkeleton
@@ -61,63 +60,65 @@ class ORVELBASEDATA_EXPORT BasePlanIndexedColl : public BaseObjectWithSkeleton
 public:
   ~BasePlanIndexedColl() override = 0;
 
-  virtual const std::string& getElementTypeName() const = 0; ///< name of the class of the objects
+  virtual const std::string& getElementTypeName() const = 0; ///< class name of the objects
+  virtual bool hasSkeletonElements() const = 0; ///< whether the objects derive from BaseObjectWithSkeleton
 
-  /// \brief Whether the objects derive from BaseObjectWithSkeleton, so that the mode is handed on to them.
-  virtual bool hasSkeletonElements() const = 0;
-
-  /// \brief Return the number of plans.
-  ipUInt64 getNbPlans() const { return _planIndexedColl.size(); }
+  ipUInt64 getNbPlans() const { return _planIndexedColl.size(); } ///< number of plans
 
   /// \brief Return the plans and their objects, in the order of PlanIndex.
   const std::map<PlanIndex, SerializationObjectPtr>& getBaseColl() const { return _planIndexedColl; }
 
-  /// \brief Return the smallest extent along z that covers every plan: the largest of index + 1; 0 without
-  /// plans. The index 2^64 - 1, which no extent covers, counts as 0. Time: linear in the number of plans.
+  /// \brief Return the smallest extent along z that covers every plan: the largest of z + 1, or 0 without
+  /// plans. A z of 2^64 - 1, which no extent covers, counts as 0. Time: linear in the number of plans.
   ipUInt64 getMaxSizeZ() const;
   ipUInt64 getMaxSizeC() const; ///< the same along c \see getMaxSizeZ
   ipUInt64 getMaxSizeT() const; ///< the same along t \see getMaxSizeZ
 
-  bool exists(const PlanIndex& planIndex) const;         ///< whether a plan is there
-  bool exists(ipUInt64 z, ipUInt64 c, ipUInt64 t) const; ///< whether a plan is there
+  bool exists(const PlanIndex& planIndex) const;         ///< whether the collection has a plan
+  bool exists(ipUInt64 z, ipUInt64 c, ipUInt64 t) const; ///< \copydoc exists(const PlanIndex&) const
 
-  /// \brief Tell whether the collection holds every plan of a stack of these extents, and nothing else.
+  /// \brief Return whether the collection holds every plan of a stack of these extents, and no other.
   ///
-  /// Only the number of plans, in 64-bit arithmetic that wraps around, and the last plan are looked at: other
-  /// plans are trusted to lie within the extents. Without plans an extent of 0 is complete. Constant time.
+  /// Only the number of plans and the last plan are checked, in 64-bit arithmetic that wraps around; the
+  /// other plans are trusted to lie within the extents. Without plans every stack with an extent of 0 is
+  /// complete. Constant time.
   bool isComplete(ipUInt64 sizeZ, ipUInt64 sizeC, ipUInt64 sizeT) const;
 
-  /// \brief The same for the extents that cover every plan: only a product that wraps around can mislead it.
-  /// Linear time. \see getMaxSizeZ
+  /// \brief Return whether the collection is complete for the extents that cover every plan.
+  ///
+  /// The answer may be wrong in two cases: the product of the extents wraps around, or a plan before the last
+  /// has an index 2^64 - 1, which no extent covers. With (2^64 - 1, 0, 0) and (0, 1, 0) the extents are 1, 2
+  /// and 1, and the collection is called complete. Linear time. \see getMaxSizeZ
   bool isComplete() const;
 
-  /// \brief Return the index of a plan, valid as long as the plan is there.
-  /// \param planOffset rank of the plan in the order of PlanIndex, from 0. Time: linear in the rank.
+  /// \brief Return the index of a plan, valid as long as the collection has the plan. Time: linear in the
+  /// rank.
+  /// \param planOffset rank of the plan in the order of PlanIndex, from 0
   /// \throw ORVELBaseDataException (eInvalidPlanOffset) if there is no such rank
   const PlanIndex& getPlanIndex(ipUInt64 planOffset) const;
 
   /// \brief Return the object of a plan.
-  /// \throw ORVELBaseDataException (ePlanNotFound) if the plan is not there
+  /// \throw ORVELBaseDataException (ePlanNotFound) if the collection does not have the plan
   SerializationObjectConstPtr getStorage(const PlanIndex& planIndex) const;
 
-  /// \brief Return the object of a plan. The reference is valid as long as the plan is there.
-  /// \throw ORVELBaseDataException (ePlanNotFound) if the plan is not there
+  /// \brief Return the object of a plan; the reference is valid as long as the collection has the plan.
+  /// \throw ORVELBaseDataException (ePlanNotFound) if the collection does not have the plan
   const SerializationObjectPtr& getStorage(const PlanIndex& planIndex);
 
-  /// \brief Enter a plan. The object is shared, not copied.
-  /// \throw ORVELBaseDataException (eNullPlanPtr) if the pointer is null, also if the plan is there;
-  /// (ePlanAlreadyExists) if the plan is there. Nothing has changed.
+  /// \brief Insert a plan. The object is shared, not copied.
+  /// \throw ORVELBaseDataException (eNullPlanPtr) if the pointer is null, also if the collection has the
+  /// plan; (ePlanAlreadyExists) if it has the plan. The collection is unchanged.
   void insert(const PlanIndex& planIndex, const SerializationObjectPtr& object);
 
-  /// \brief Hold every plan of a stack of these extents, each with a copy of its own of one object, in place
-  /// of all that was there. An extent of 0 leaves the collection empty.
+  /// \brief Replace all plans by those of a stack of these extents, each with its own copy of an object. An
+  /// extent of 0 leaves the collection empty.
   ///
-  /// Copies are made by the prototype's duplicateShared(), z in the outer loop and t in the inner one. The
-  /// prototype may be an object of this collection.
-  /// \throw whatever duplicateShared() raises; the collection holds the plans entered so far
+  /// The prototype's duplicateShared() makes the copies, with z in the outer loop and t in the inner one; a
+  /// null pointer that it returns is stored. The prototype may be an object of this collection.
+  /// \throw whatever duplicateShared() raises; the collection holds the plans inserted so far
   void assign(const BaseSerializationObject& prototype, ipUInt64 sizeZ, ipUInt64 sizeC, ipUInt64 sizeT);
 
-  void clear(); ///< \brief Take all plans out.
+  void clear(); ///< \brief Remove all plans.
 
 protected:
   BasePlanIndexedColl(); ///< an empty collection

@@ -1,7 +1,7 @@
 #pragma once
 
 /// \file
-/// \brief Names of plans.
+/// \brief Index (z, c, t) of a plan in an image.
 
 #include <boost/shared_ptr.hpp>
 
@@ -12,21 +12,22 @@
 namespace orvel
 {
 
-/// \brief Name of one plan of an image: its indices along z (depth), c (channel) and t (time).
+/// \brief Index of a plan in an image: its position along z (depth), c (channel) and t (time).
 ///
-/// Unit: plans, counted from 0. A plain value: any three numbers are accepted. The order is unsigned, t
-/// first, then c, then z, so that a sorted walk runs through z fastest and t slowest. Archive version 2;
-/// version 1 held 32-bit numbers and is still read. A read that fails keeps the numbers read so far, in
-/// version 1 the old ones.
+/// Unit: plans, counted from 0. A plain value: any three numbers are accepted. The order compares t first,
+/// then c, then z, as unsigned numbers: a sorted walk runs through z fastest and t slowest.
+///
+/// Archive version 2: the items "_zPlanIdx", "_cPlanIdx" and "_tPlanIdx" of 64 bits. Version 1 held 32 bits
+/// and is still read. A failed read keeps the numbers read so far; of version 1, none.
 class ORVELBASEDATA_EXPORT PlanIndex : public BaseSerializationObject
 {
   ORVEL_DECLARE_SERIALIZABLE(PlanIndex)
 
 public:
-  /// \brief Make an index whose numbers are not set: they have no value until they are assigned or read.
-  PlanIndex() {} // stands for = default, which would let PlanIndex() zero the numbers
+  /// \brief Create an index whose numbers are not set: assign, copy or read it before they are used.
+  PlanIndex() {} // not = default: PlanIndex() would then zero the numbers
 
-  /// \brief Make the index of a plan. Beware: the order compares t first, the arguments begin with z.
+  /// \brief Create the index of a plan. Beware: arguments begin with z, comparisons with t.
   PlanIndex(ipUInt64 z, ipUInt64 c, ipUInt64 t)
     : _zPlanIdx(z)
     , _cPlanIdx(c)
@@ -45,7 +46,7 @@ public:
   }
   bool operator!=(const PlanIndex& other) const { return !(*this == other); } ///< not equal
 
-  /// \brief Order by t, then by c, then by z. Inline, as the searches in maps of plans consist of it.
+  /// \brief Order by t, then by c, then by z. Inline: searches in maps of plans consist of it.
   bool operator<(const PlanIndex& other) const
   {
     if (_tPlanIdx != other._tPlanIdx)

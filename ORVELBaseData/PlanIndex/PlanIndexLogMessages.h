@@ -12,14 +12,14 @@
 namespace orvel
 {
 
-/// \brief Failures of the plan-indexed collections. The texts stand in the source.
+/// \brief Failures of the plan-indexed collections. Their texts are in the source.
 class ORVELBASEDATA_EXPORT ePlanIndexMessage : public NamedEnumeration<ePlanIndexMessage>
 {
 public:
   enum domain
   {
-    ePlanNotFound,      ///< no object stands under the index: z, c, t
-    ePlanAlreadyExists, ///< an object stands under the index already: z, c, t
+    ePlanNotFound,      ///< the collection has no such plan: z, c, t
+    ePlanAlreadyExists, ///< the collection has the plan already: z, c, t
     eInvalidPlanOffset, ///< no such rank: the rank, the number of plans
     eNullPlanPtr        ///< a null pointer in place of an object: z, c, t
   };

@@ -12,12 +12,12 @@
 namespace orvel::details
 {
 
-/// \brief Return a duplicate of an item under a new shared pointer. A duplicate is trusted to be an Item.
+/// \brief Duplicate an item; the duplicate is trusted to be an Item, too.
 template <class Item>
 boost::shared_ptr<Item> duplicateItem(const Item& item)
 {
   std::unique_ptr<BaseDynamicObject> duplicated(item.duplicate());
-  // A shared pointer that can't be made frees what it was given.
+  // If the shared pointer cannot be created, it deletes the object.
   return boost::shared_ptr<Item>(static_cast<Item*>(duplicated.release()));
 }
 

@@ -25,8 +25,8 @@ auto& objectOf(Element& element)
 /// \brief Write the objects of a collection.
 ///
 /// If they have a skeleton, the owner's mode is first set on each; in mode eSSM_Data each object that is not
-/// null is then one item "curObject", in order, without keys or a count. Otherwise the collection is one item.
-/// \param owner the object that holds the collection; its `hasSkeletonElements` is called once
+/// null is then one item "curObject", in order, without keys or a count. Otherwise the collection is one
+/// item. \param owner the object that holds the collection; its `hasSkeletonElements` is called once
 template <class Owner, class Coll>
 void writeObjectColl(BaseOArchive& archive, const Owner& owner, const char* key, const Coll& coll)
 {

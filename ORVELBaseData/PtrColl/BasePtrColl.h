@@ -15,35 +15,37 @@
 namespace orvel
 {
 
-/// \brief Root of the ordered collections of shared serialisable objects, for other libraries to derive from.
+/// \brief Root of the ordered collections of shared serialisable objects. Other libraries derive from it.
 ///
-/// This root archives the elements and leaves the rest, access to them included, to the derived class, which
-/// uses the field directly. An element may be null. Elements are shared with whoever else holds their
-/// pointers. Copies are made by the derived classes that want them, each in its own way; through this class
-/// there is none. A collection has no lock, and write() changes the serialization mode of the elements: two
+/// This class archives the elements. Access to them and all the rest is for the derived class, which uses the
+/// field directly. An element may be null. The collection shares its elements with everybody who holds their
+/// pointers.
+///
+/// The collection is not copied through this class (\see ORVEL_DECLARE_SERIALIZABLE_WITHOUT_COPY); a derived
+/// class may copy its own. It has no lock, and write() changes the serialization mode of the elements: two
 /// threads must not write one collection at the same time.
 ///
 /// Archive version 1. What follows depends on hasSkeletonElements() and on the serialization mode:
 ///
 /// | elements | mode | `write` | `read` |
 /// |---|---|---|---|
-/// | without skeleton | any | the item "_coll" | the item "_coll" |
-/// | with skeleton | eSSM_Full, eSSM_Skeleton | hands the mode on, then the item "_coll" | the item "_coll" |
-/// | with skeleton | eSSM_Data | hands the mode on, then an item "curObject" per element | those items |
+/// | without skeleton | any | "_coll" | "_coll" |
+/// | with skeleton | eSSM_Full, eSSM_Skeleton | sets the mode on the elements, then "_coll" | "_coll" |
+/// | with skeleton | eSSM_Data | sets the mode on the elements, then a "curObject" each | these items |
 ///
-/// "_coll" has the form of vectors of shared objects (\see ItemOperators.h): reading it drops the old
-/// elements first; after a failure the collection holds the elements read so far, and null pointers in place
-/// of the others. In an archive that is not trusted, elements without a skeleton where there should be one
-/// are refused (ORVELSerializationException) and null pointers stand in their places.
+/// "_coll" has the form of vectors of shared objects (\see ItemOperators.h). Reading it releases the old
+/// elements first; after a failure the collection holds the elements read so far, and null pointers for the
+/// others. From an untrusted archive an element without a skeleton, where it should have one, is refused
+/// (ORVELSerializationException), and a null pointer takes its place.
 ///
-/// "curObject" items hold an element in place each, null elements apart, in order and without a count: they
-/// are read into the elements that stand in the collection, which must be as many and of the same classes as
-/// those written. `write` hands the mode of the collection on to the elements, which keep it; `read` does
-/// not: whoever reads in another mode than eSSM_Full sets the modes of the elements first.
+/// The items "curObject" hold the elements that are not null in place, in order and without a count. They are
+/// read into the elements of the collection, which must have the same number and classes as those written.
+/// `write` sets the mode of the collection on the elements, which keep it. `read` does not: before reading in
+/// another mode than eSSM_Full the caller must set the modes of the elements.
 ///
-/// Beware: elements that are created while the item "_coll" is read start in mode eSSM_Full, whatever the
-/// mode of the collection. A skeleton can be read back if the elements file themselves whether their data
-/// follow, or are made so that they expect a skeleton; the buffers of this library do neither.
+/// Beware: elements that are created while "_coll" is read have the mode eSSM_Full, whatever the mode of the
+/// collection. So a skeleton can only be read if the elements store whether data follow, or expect a skeleton
+/// when new; the buffers of this library do neither.
 ///
 /// The order of the virtual operations is part of the binary interface.
 class ORVELBASEDATA_EXPORT BasePtrColl : public BaseObjectWithSkeleton
@@ -53,10 +55,8 @@ class ORVELBASEDATA_EXPORT BasePtrColl : public BaseObjectWithSkeleton
 public:
   ~BasePtrColl() override;
 
-  virtual const std::string& getElementTypeName() const = 0; ///< name of the class of the elements
-
-  /// \brief Whether the elements derive from BaseObjectWithSkeleton, so that the mode is handed on to them.
-  virtual bool hasSkeletonElements() const = 0;
+  virtual const std::string& getElementTypeName() const = 0; ///< class name of the elements
+  virtual bool hasSkeletonElements() const = 0; ///< whether the elements derive from BaseObjectWithSkeleton
 
 protected:
   BasePtrColl(); ///< an empty collection

@@ -13,17 +13,18 @@ namespace orvel
 
 /// \brief Item of one enumerate: an integer in memory, a text in archives.
 ///
-/// This class knows no enumeration. A class derived from it, in the library of the enumeration, replaces
-/// getEnumNameStr(), fromString() and toString(), which have to be inverse to each other, and all that
-/// creates and names objects (\see ORVEL_DECLARE_SERIALIZABLE), so that archives can bring it back. Integers
-/// may change from one release of that library to the next, texts may not.
+/// This class knows no enumeration. A derived class, in the library of the enumeration, overrides
+/// getEnumNameStr(), fromString() and toString(), the last two inverse to each other, and declares the
+/// members of a concrete class (\see ORVEL_DECLARE_SERIALIZABLE), so that archives can create it. A new
+/// release of that library may change the integers, but not the texts.
 ///
-/// The class itself can be created, but neither written nor read, as it has a text for no integer.
+/// Objects of this class itself can be created and copied, but neither written nor read: no integer has a
+/// text.
 ///
-/// Archive version 1: the item "enumValue", the text. A value without a text is not written: write() raises
-/// ORVELBaseDataException (eInvalidEnumIntValue), and version records may have been filed. A text without an
-/// integer is not read: read() raises ORVELBaseDataException (eInvalidEnumStrValue), and the value is as
-/// fromString() left it. The order of the virtual operations is part of the binary interface.
+/// Archive version 1: the item "enumValue", the text. If the value has no text, write() raises
+/// ORVELBaseDataException (eInvalidEnumIntValue); version records may already be written. If the text has no
+/// value, read() raises ORVELBaseDataException (eInvalidEnumStrValue), and the value is as fromString() left
+/// it. The order of the virtual operations is part of the binary interface.
 class ORVELBASEDATA_EXPORT BaseDataItemEnumLeaf : public BaseDataItemLeaf
 {
   ORVEL_DECLARE_SERIALIZABLE(BaseDataItemEnumLeaf)
@@ -33,17 +34,15 @@ public:
 
   eDataItemValueType getDataItemValueType() const override; ///< eDIVT_Enum
 
-  virtual std::string getEnumNameStr() const; ///< the name of the enumeration, for messages; here empty
-
-  /// \brief Return the text of the present value, empty if it has none.
-  virtual std::string getValueStr() const;
+  virtual std::string getEnumNameStr() const; ///< name of the enumeration, for messages; here empty
+  virtual std::string getValueStr() const;    ///< text of the value; empty if it has none
 
   /// \brief Find the integer of a text.
-  /// \return whether there is one; else `value` should be left alone, as it is here always
+  /// \return whether the text has one; here always false, and `value` is unchanged
   virtual bool fromString(const std::string& text, ipUInt32& value) const;
 
   /// \brief Find the text of an integer.
-  /// \return whether there is one, also an empty text; else `text` should be left alone, as it is here always
+  /// \return whether the integer has one, which may be empty; here always false, and `text` is unchanged
   virtual bool toString(const ipUInt32& value, std::string& text) const;
 
   ipUInt32 getEnumValue() const { return _value; }      ///< the integer

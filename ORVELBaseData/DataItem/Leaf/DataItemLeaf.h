@@ -11,14 +11,14 @@ namespace orvel
 
 /// \brief Item of one value of type T.
 ///
-/// There is one for each of the thirteen types of ValueTypes.h. The class name spells the type without its
-/// namespace of the kit: "orvel::DataItemLeaf<ipInt16>", "orvel::DataItemLeaf<std::string>".
+/// T is one of the thirteen types of ValueTypes.h. The class name spells it without the kit's namespace:
+/// "orvel::DataItemLeaf<ipInt16>", "orvel::DataItemLeaf<std::string>".
 ///
-/// A new leaf of a number or a bool has no value yet: set it, copy or read it before it is asked for. A new
-/// string or path is empty; it may hold any bytes. There is no constructor from a value.
+/// The value of a new leaf of a number or a bool is not set: set, copy or read it before use. A new string or
+/// path is empty; both may hold any bytes. There is no constructor from a value.
 ///
-/// duplicate() goes through the virtual createNew(), unlike that of other classes, so a class derived from
-/// this one need not replace it; duplicateShared() makes a DataItemLeaf<T> all the same.
+/// Unlike that of other classes, duplicate() creates the new object by the virtual createNew(), so a derived
+/// class need not override it. But duplicateShared() creates a DataItemLeaf<T>.
 ///
 /// Archive version 1: the item "_value".
 template <class T>
@@ -28,13 +28,13 @@ class ORVELBASEDATA_EXPORT DataItemLeaf : public BaseDataItemLeaf
   ORVEL_DECLARE_SERIALIZABLE_TEMPLATE(DataItemLeaf)
 
 public:
-  DataItemLeaf(); ///< a leaf whose value is not set
+  DataItemLeaf(); ///< a leaf whose value is not set, unless T is a string or path
 
   eDataItemValueType getDataItemValueType() const override; ///< the type of T
 
   void setValue(const T& value) { _value = value; }
-  const T& getValue() const { return _value; } ///< valid as long as the leaf
-  T& accessValue() { return _value; }          ///< the value, to be changed in place
+  const T& getValue() const { return _value; } ///< valid as long as the leaf exists
+  T& accessValue() { return _value; }          ///< the value, to change it in place
 
 private:
   T _value;

@@ -13,9 +13,9 @@ namespace orvel
 
 /// \brief Item of a sequence of values of type T.
 ///
-/// There is one for each of the thirteen types of ValueTypes.h. The class name spells the type without its
-/// namespace of the kit: "orvel::DataItemLeafColl<ipInt16>". That of bool is packed, one bit per value, as
-/// std::vector<bool> is.
+/// T is one of the thirteen types of ValueTypes.h. The class name spells it without the kit's namespace:
+/// "orvel::DataItemLeafColl<ipInt16>". A collection of bool is packed like std::vector<bool>, a bit per
+/// value.
 ///
 /// Archive version 1: the item "_coll", in the form of vectors (\see ItemOperators.h). Its count has 32
 /// bits: a collection of 2^32 values or more does not survive an archive. Assigned to itself a collection
@@ -32,12 +32,12 @@ public:
   eDataItemValueType getDataItemValueType() const override; ///< the type of T
 
   const std::vector<T>& getColl() const { return _coll; }
-  std::vector<T>& getColl() { return _coll; } ///< the values, open to every operation of vectors
+  std::vector<T>& getColl() { return _coll; } ///< the values, for every operation of vectors
 
   bool isEmpty() const { return _coll.empty(); }
   ipUInt64 getSize() const { return _coll.size(); }          ///< number of values; of bits for bool
   void push_back(const T& value) { _coll.push_back(value); } ///< append a value
-  void clear() { _coll.clear(); }                            ///< remove all values; their memory is kept
+  void clear() { _coll.clear(); }                            ///< remove all values, but keep their memory
 
 private:
   std::vector<T> _coll;

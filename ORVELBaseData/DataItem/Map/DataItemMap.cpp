@@ -91,8 +91,8 @@ void DataItemMap::clear()
 
 void DataItemMap::copyMembers(const DataItemMap& other)
 {
-  // Emptied also if other is this map: callers know that it ends up empty. What it held lives on meanwhile,
-  // as other may be an item of this map that nobody else holds.
+  // Emptied even if other is this map: callers rely on that. The old items are released at the end, as other
+  // may be one of them that nobody else holds.
   std::map<std::string, DataItemPtr> previous;
   previous.swap(_itemMap);
   const auto end = other._itemMap.end();
@@ -100,7 +100,7 @@ void DataItemMap::copyMembers(const DataItemMap& other)
   {
     const auto& [name, item] = *next++;
     if (next != end)
-      details::prefetch(next->second); // it has time to come while this one is copied
+      details::prefetch(next->second); // fetched while this item is copied
     _itemMap.emplace_hint(_itemMap.end(), name, details::duplicateItem(*item));
   }
 }
@@ -112,7 +112,7 @@ void DataItemMap::writeMembers(BaseOArchive& archive) const
 
 void DataItemMap::readMembers(BaseIArchive& archive, ipUInt32 /*version*/)
 {
-  _itemMap.clear(); // also if not even the start of the new items can be read
+  _itemMap.clear(); // even if the start of the new items cannot be read
   archive >> SerializationIItem("_itemMap", _itemMap);
 }
 

@@ -23,22 +23,22 @@ struct DataItemComparison;
 
 /// \brief Item that holds items of any kind by name, in the order of the bytes of their names.
 ///
-/// Items are shared with whoever else holds their pointers: insertItem() keeps the caller's pointer, without
-/// a copy of the item, and getItemPtr() gives it out again. An item may stand in several maps, or under
-/// several names; nothing looks for maps that hold themselves. Time: O(log n) to find, to insert or to remove
-/// one of n items.
+/// The map shares its items with everybody who holds their pointers: insertItem() keeps the caller's pointer,
+/// and getItemPtr() returns it. An item may be in several maps, or under several names; maps that hold
+/// themselves are not detected. Time: O(log n) to find, insert or remove one of n items.
 ///
-/// A copy of a map is deep: every item is duplicated, so it shares nothing with its source; an item that
-/// stands under two names becomes two, though archives keep it one. Beware of `map = map`: the target is
-/// emptied first, so the map is empty afterwards. When an item can't be duplicated the target holds the
-/// duplicates made so far. A map may become a copy of a map that it holds; a copy of a map around it holds a
-/// half-made copy of itself.
+/// A copy is deep: every item is duplicated, and the copy shares nothing with its source. An item that is
+/// held under two names becomes two (archives keep it one), so copying takes exponential time if the tree
+/// shares much: n maps, each with the next one under two names, become 2^n. Beware of `map = map`: the target
+/// is emptied first, so the map is empty afterwards. If an item cannot be duplicated, the target holds the
+/// duplicates made so far. A map may become a copy of a map that it holds. If it becomes a copy of a map that
+/// holds it, it holds a partial copy of itself.
 ///
-/// Archive version 1: the item "_itemMap", in the form of maps (\see ItemOperators.h). A reader needs to
-/// know nothing of the items: each is created by the name of its class, which has to be registered with
-/// DynamicObjectFactory, and reads itself. Reading drops the old items first; a name that comes again keeps
-/// its last item, and after a failure the map holds the items read so far. Null pointers can come from an
-/// archive only; getItem() of one, copying and comparing it are up to the caller to avoid.
+/// Archive version 1: the item "_itemMap", in the form of maps (\see ItemOperators.h). A reader need not
+/// know the items: each is created by its class name, which must be registered with DynamicObjectFactory, and
+/// reads itself. Reading releases the old items first. If a name comes twice, the last item is kept. After a
+/// failure the map holds the items read so far. An item may come back null; the caller must not pass its name
+/// to getItem(), nor copy or compare the map.
 class ORVELBASEDATA_EXPORT DataItemMap : public BaseDataItem
 {
   ORVEL_DECLARE_SERIALIZABLE(DataItemMap)
@@ -51,9 +51,9 @@ public:
   bool isEmpty() const;
   ipUInt32 getSize() const;                       ///< number of items
   bool existsItem(const std::string& name) const; ///< whether the name is in the map
-  ItemNameColl getItemNames() const;              ///< all names
+  ItemNameColl getItemNames() const;              ///< all names, sorted by their bytes
 
-  /// \brief Return an item, valid as long as somebody holds it.
+  /// \brief Return an item. The reference is valid as long as the map or somebody else holds the item.
   /// \throw ORVELBaseDataException (eUnknownItem) if the name is not in the map
   const BaseDataItem& getItem(const std::string& name) const;
   BaseDataItem& getItem(const std::string& name); ///< \copydoc getItem(const std::string&) const
@@ -63,16 +63,16 @@ public:
   DataItemConstPtr getItemPtr(const std::string& name) const;
   DataItemPtr getItemPtr(const std::string& name); ///< \copydoc getItemPtr(const std::string&) const
 
-  /// \brief Enter an item under a new name.
+  /// \brief Insert an item under a new name.
   /// \throw ORVELBaseDataException (eNullItemPtr) if the pointer is null, whatever the name
   /// \throw ORVELBaseDataException (eItemAlreadyInMap) if the name is taken; the item there stays
   void insertItem(const std::string& name, const DataItemPtr& item);
 
-  /// \brief Drop the map's hold of an item.
+  /// \brief Remove an item from the map.
   /// \throw ORVELBaseDataException (eItemNotInMap) if the name is not in the map
   void removeItem(const std::string& name);
 
-  void clear(); ///< drop all items
+  void clear(); ///< remove all items
 
 private:
   friend struct details::DataItemComparison;

@@ -16,19 +16,18 @@ namespace orvel
 
 struct SourceLocation;
 
-/// \brief Root of the nodes, the records of a tree: classes with a fixed set of items, each with a key, a
-/// name and a tool tip.
+/// \brief Root of the nodes: classes with a fixed set of items, each with a key, a name and a tool tip.
 ///
-/// The concrete classes stand in other libraries. Such a class
+/// Other libraries define the concrete classes. Such a class
 ///  - owns its items, as members or otherwise, and sets them up in its constructor;
-///  - tells of them by getItemKeys() and getItemInfo(), which have to agree: each key has a description, and
-///    nothing else has one;
-///  - has the members of a concrete class (\see ORVEL_DECLARE_SERIALIZABLE). Its copy, write and read have to
-///    move its items: this class moves none of them;
-///  - may be entered into DataItemNodeFactory.
+///  - describes them by getItemKeys() and getItemInfo(), which must agree: exactly these keys have a
+///    description;
+///  - declares the members of a concrete class (\see ORVEL_DECLARE_SERIALIZABLE), and copies, writes and
+///  reads
+///    its items, as this class does not;
+///  - may be registered with DataItemNodeFactory.
 ///
-/// The tool tips are the second base, one pointer behind the first: convert to it by a cast, not through
-/// `void*`.
+/// BaseToolTip is the second base and has another address than the node: convert by a cast, not by `void*`.
 ///
 /// Archive version 1, without items. The order of the virtual operations is part of the binary interface.
 class ORVELBASEDATA_EXPORT BaseDataItemNode : public BaseDataItem, public BaseToolTip
@@ -40,27 +39,26 @@ public:
 
   eDataItemType getDataItemType() const override; ///< eDIT_Node
 
-  virtual const std::string& getNodeName() const = 0;        ///< the name of the node, for users
-  virtual const std::string& getNodeLibraryName() const = 0; ///< the library in which the class stands
+  virtual const std::string& getNodeName() const = 0;        ///< name of the node, for users
+  virtual const std::string& getNodeLibraryName() const = 0; ///< library that contains the class
 
-  virtual const ItemNameColl& getItemKeys() const = 0; ///< the keys of all items, in the order of their bytes
+  virtual const ItemNameColl& getItemKeys() const = 0; ///< keys of all items, sorted by their bytes
 
-  /// \brief Return what there is to tell of an item, null if the key is that of none.
+  /// \brief Return an item's description, null for an unknown key.
   virtual ItemInfoConstPtr getItemInfo(const std::string& key) const = 0;
 
-  /// \brief Tell whether the key is that of an item. What getItemInfo() throws propagates.
-  bool existsItem(const std::string& key) const;
+  bool existsItem(const std::string& key) const; ///< whether getItemInfo() knows the key
 
   /// \brief Return an item, valid as long as the node has it.
-  /// \throw ORVELBaseDataException (eUnknownItem) if the key is that of none
+  /// \throw ORVELBaseDataException (eUnknownItem) if the key is unknown
   const BaseDataItem& getItem(const std::string& key) const;
 
   /// \brief Return the name of an item, for users, valid as long as the node has it.
-  /// \throw ORVELBaseDataException (eUnknownItem) if the key is that of none
+  /// \throw ORVELBaseDataException (eUnknownItem) if the key is unknown
   const std::string& getItemName(const std::string& key) const;
 
   /// \brief Return the tool tip of an item, valid as long as the node has it.
-  /// \throw ORVELBaseDataException (eUnknownItem) if the key is that of none
+  /// \throw ORVELBaseDataException (eUnknownItem) if the key is unknown
   const std::string& getItemToolTip(const std::string& key) const;
 
 protected:

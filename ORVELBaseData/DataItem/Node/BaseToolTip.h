@@ -1,7 +1,7 @@
 #pragma once
 
 /// \file
-/// \brief What tells a user about something.
+/// \brief Tool tips.
 
 #include <string>
 
@@ -10,14 +10,14 @@
 namespace orvel
 {
 
-/// \brief Root of what has tool tips, the texts that tell a user what it is.
+/// \brief Root of the classes with tool tips, texts that explain an object to users.
 class ORVELBASEDATA_EXPORT BaseToolTip
 {
 public:
   virtual ~BaseToolTip();
 
-  virtual const std::string& getToolTip() const = 0;     ///< a line
-  virtual const std::string& getLongToolTip() const = 0; ///< as much as there is to say
+  virtual const std::string& getToolTip() const = 0;     ///< one line
+  virtual const std::string& getLongToolTip() const = 0; ///< the full explanation
 
 protected:
   BaseToolTip() = default;

@@ -1,7 +1,7 @@
 #pragma once
 
 /// \file
-/// \brief The catalogue of node classes.
+/// \brief Catalogue of node classes.
 
 #include <map>
 #include <string>
@@ -16,55 +16,55 @@ namespace orvel
 
 struct SourceLocation;
 
-/// \brief The catalogue of the node classes of the process: what tells of them to users, and what creates
-/// them.
+/// \brief Catalogue of the node classes of the process: their descriptions for users, and their creators.
 ///
-/// Libraries that define nodes enter them when they are loaded and take them out when they are unloaded: an
-/// entry left behind is stale. Archives do not look here: they create by the class name, through
-/// DynamicObjectFactory.
+/// A library that defines nodes registers them when it is loaded and unregisters them when it is unloaded;
+/// otherwise their entries become stale. Archives do not use the catalogue: they create objects by class
+/// name, through DynamicObjectFactory.
 ///
-/// There is no lock but for the making of the catalogue: entering and removing must not overlap with any
+/// Only the creation of the catalogue is locked: registering and unregistering must not overlap with any
 /// other use.
 class ORVELBASEDATA_EXPORT DataItemNodeFactory
 {
 public:
   using NodeCreatorFcn = DataItemNodePtr (*)(); ///< returns a new node
 
-  /// \brief What is known of a node class.
+  /// \brief Description and creator of a node class.
   struct NodeInfo
   {
-    std::string name;                    ///< for users
-    std::string toolTip;                 ///< what it is, for users
-    std::string libraryName;             ///< the library in which the class stands
-    boost::filesystem::path headerPath;  ///< the header of the class
-    NodeCreatorFcn creatorFcn = nullptr; ///< makes a node; to create one without it is the caller's to avoid
+    std::string name;                    ///< name, for users
+    std::string toolTip;                 ///< explanation, for users
+    std::string libraryName;             ///< library that contains the class
+    boost::filesystem::path headerPath;  ///< header of the class
+    NodeCreatorFcn creatorFcn = nullptr; ///< creates a node; must not be null when createNode() is called
   };
 
-  static DataItemNodeFactory& getInstance(); ///< the one catalogue, until the process ends
+  static DataItemNodeFactory& getInstance(); ///< the only catalogue, which exists until the process ends
 
   DataItemNodeFactory(const DataItemNodeFactory&) = delete;
   DataItemNodeFactory& operator=(const DataItemNodeFactory&) = delete;
 
-  /// \brief Enter a node class under a key, which need not be its name.
-  /// \throw ORVELBaseDataException (eNodeAlreadyRegistred) if the key is taken; the entry there stays
+  /// \brief Register a node class under a key, which need not be its name.
+  /// \throw ORVELBaseDataException (eNodeAlreadyRegistred) if the key is taken; its entry is unchanged
   void registerNode(const std::string& key, const NodeInfo& info);
 
-  /// \brief Remove an entry.
-  /// \throw ORVELBaseDataException (eNodeNotRegistredForRemoval) if there is none
+  /// \brief Remove the entry of a key.
+  /// \throw ORVELBaseDataException (eNodeNotRegistredForRemoval) if the key is unknown
   void unRegisterNode(const std::string& key);
 
-  bool isRegistredNode(const std::string& key) const; ///< whether the key is entered
-  ItemNameColl getRegistredNodes() const;             ///< all keys
+  bool isRegistredNode(const std::string& key) const; ///< whether the key is known; never raises
+  ItemNameColl getRegistredNodes() const;             ///< all keys, sorted by their bytes
 
-  /// \brief Return what is known of a node class; valid until the key is removed.
-  /// \throw ORVELBaseDataException (eNodeNotRegistred) if the key is not entered
+  /// \brief Return a field of the entry of a key, valid until the entry is removed.
+  /// \throw ORVELBaseDataException (eNodeNotRegistred) if the key is unknown
   const std::string& getNodeName(const std::string& key) const;
   const std::string& getNodeToolTip(const std::string& key) const;                ///< \copydoc getNodeName
   const std::string& getNodeLibraryName(const std::string& key) const;            ///< \copydoc getNodeName
   const boost::filesystem::path& getNodeHeaderPath(const std::string& key) const; ///< \copydoc getNodeName
 
-  /// \brief Return what the creator of a node class makes, a null pointer, too; what it throws passes.
-  /// \throw ORVELBaseDataException (eNodeNotRegistred) if the key is not entered
+  /// \brief Call the creator of a node class and return its result, which may be null. Its exceptions
+  /// propagate.
+  /// \throw ORVELBaseDataException (eNodeNotRegistred) if the key is unknown
   DataItemNodePtr createNode(const std::string& key) const;
 
 private:

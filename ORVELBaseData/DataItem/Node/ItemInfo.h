@@ -1,7 +1,7 @@
 #pragma once
 
 /// \file
-/// \brief What a node tells of one of its items.
+/// \brief Description of an item of a node.
 
 #include <string>
 
@@ -12,15 +12,15 @@ namespace orvel
 
 class BaseDataItem;
 
-/// \brief What a node tells of one of its items: a view, not an owner.
+/// \brief Description of an item of a node. It owns nothing.
 ///
-/// The three targets have to outlive the view, as long as the node at best: users of a node keep references
-/// to them when the view is gone.
+/// The three targets must outlive the description, and should exist as long as the node: users keep
+/// references to them after the description is gone.
 struct ItemInfo
 {
   const BaseDataItem* item;   ///< the item
   const std::string* name;    ///< its name, for users
-  const std::string* toolTip; ///< what it is, for users
+  const std::string* toolTip; ///< its explanation, for users
 };
 
 using ItemInfoPtr = boost::shared_ptr<ItemInfo>;            ///< shared description

@@ -48,8 +48,8 @@ void BaseDataItemNodeColl::push_back(const DataItemNodePtr& node)
 
 void BaseDataItemNodeColl::copyMembers(const BaseDataItemNodeColl& other)
 {
-  // Emptied also if other is this collection: callers know that it ends up empty. What it held lives on
-  // meanwhile, as other may be an item of one of these nodes that nobody else holds.
+  // Emptied even if other is this collection: callers rely on that. The old nodes are released at the end, as
+  // other may be an item of one of them that nobody else holds.
   std::vector<DataItemNodePtr> previous;
   previous.swap(_coll);
   _coll.reserve(other._coll.size());
@@ -64,7 +64,7 @@ void BaseDataItemNodeColl::writeMembers(BaseOArchive& archive) const
 
 void BaseDataItemNodeColl::readMembers(BaseIArchive& archive, ipUInt32 /*version*/)
 {
-  _coll.clear(); // also if not even the number of the new nodes can be read
+  _coll.clear(); // even if the number of the new nodes cannot be read
   archive >> SerializationIItem("_coll", _coll);
 }
 
