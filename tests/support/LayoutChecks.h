@@ -30,6 +30,19 @@ std::size_t vtableIndexOf(Operation operation)
   return (words[0] - 1) / sizeof(void*);
 }
 
+/// \brief Return how many entries a table of virtual operations has.
+/// \param address within the table
+/// \throw std::runtime_error if the table is not exported
+inline std::size_t vtableSizeAt(const void* address)
+{
+  Dl_info info = {};
+  void* symbol = nullptr;
+  if (dladdr1(address, &info, &symbol, RTLD_DL_SYMENT) == 0 || symbol == nullptr)
+    throw std::runtime_error("the table is not exported");
+  // The symbol starts with two words, the offset to the top and the type information.
+  return static_cast<const ElfW(Sym)*>(symbol)->st_size / sizeof(void*) - 2;
+}
+
 /// \brief Return how many entries the table of virtual operations of an object's class has.
 ///
 /// The class must have a single chain of bases, and its table must be an exported symbol.
@@ -40,13 +53,33 @@ std::size_t vtableSizeOf(const Object& object)
   static_assert(std::is_polymorphic<Object>::value, "has no table");
   const void* table = nullptr;
   std::memcpy(&table, static_cast<const void*>(&object), sizeof table);
-  Dl_info info = {};
-  void* symbol = nullptr;
-  if (dladdr1(table, &info, &symbol, RTLD_DL_SYMENT) == 0 || symbol == nullptr)
-    throw std::runtime_error("the table is not exported");
-  // The symbol starts with two words, the offset to the top and the type information.
-  return static_cast<const ElfW(Sym)*>(symbol)->st_size / sizeof(void*) - 2;
+  return vtableSizeAt(table);
 }
+
+/// \brief The table of virtual operations of a class without objects.
+class AbstractTable
+{
+public:
+  /// \param symbol of the table, which must be exported, such as "_ZTVN5orvel12BaseDataItemE"
+  /// \throw std::runtime_error if it is not
+  explicit AbstractTable(const char* symbol)
+    : _table(static_cast<void* const*>(dlsym(RTLD_DEFAULT, symbol)))
+  {
+    if (_table == nullptr)
+      throw std::runtime_error("the table is not exported");
+  }
+
+  std::size_t getSize() const { return vtableSizeAt(_table); }
+
+  /// \param index of an operation, from vtableIndexOf()
+  bool isPure(std::size_t index) const
+  {
+    return _table[2 + index] == dlsym(RTLD_DEFAULT, "__cxa_pure_virtual"); // two words precede the operations
+  }
+
+private:
+  void* const* _table;
+};
 
 /// \brief Return the place of a data member in its class, in bytes.
 template <class Class, class Member>

@@ -60,6 +60,8 @@ class PtrColl : public LeastColl<BasePtrColl>
 public:
   using Root = BasePtrColl;
   static constexpr const char* className = "orvel::BasePtrColl";
+  static constexpr const char* table = "_ZTVN5orvel11BasePtrCollE"; ///< of virtual operations
+  static constexpr bool hasPureDestructor = false;
   static constexpr const char* sourceFile = "ORVELBaseData/PtrColl/BasePtrColl.cpp";
   static constexpr const char* key = "_coll";
   static constexpr const char* form = "vector";
@@ -85,6 +87,8 @@ class PlanColl : public LeastColl<BasePlanIndexedColl>
 public:
   using Root = BasePlanIndexedColl;
   static constexpr const char* className = "orvel::BasePlanIndexedColl";
+  static constexpr const char* table = "_ZTVN5orvel19BasePlanIndexedCollE";
+  static constexpr bool hasPureDestructor = true;
   static constexpr const char* sourceFile = "ORVELBaseData/PlanIndex/BasePlanIndexedColl.cpp";
   static constexpr const char* key = "_planIndexedColl";
   static constexpr const char* form = "map";

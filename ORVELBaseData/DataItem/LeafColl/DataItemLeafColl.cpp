@@ -1,6 +1,7 @@
 #include "ORVELBaseData/DataItem/LeafColl/DataItemLeafColl.h"
 
-#include <ORVELSerialization/ItemOperators.h>
+#include <type_traits>
+
 #include <ORVELSerialization/SerializableClassDefinitions.h>
 
 namespace orvel
@@ -34,6 +35,8 @@ void DataItemLeafColl<T>::writeMembers(BaseOArchive& archive) const
 template <class T>
 void DataItemLeafColl<T>::readMembers(BaseIArchive& archive, ipUInt32 /*version*/)
 {
+  if constexpr (std::is_same_v<T, ipBool>)
+    _coll.clear(); // bits that cannot be read are false, whatever was there before
   archive >> SerializationIItem<std::vector<T>>("_coll", _coll);
 }
 

@@ -18,8 +18,8 @@ namespace orvel
 /// value.
 ///
 /// Archive version 1: the item "_coll", in the form of vectors (\see ItemOperators.h). Its count has 32
-/// bits: a collection of 2^32 values or more does not survive an archive. Assigned to itself a collection
-/// keeps its values.
+/// bits: a collection of 2^32 values or more does not survive an archive. After a failed read of single
+/// values the others are old, those of bool false. Assigned to itself a collection keeps its values.
 template <class T>
 class ORVELBASEDATA_EXPORT DataItemLeafColl : public BaseDataItemLeafColl
 {

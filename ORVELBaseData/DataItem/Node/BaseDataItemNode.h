@@ -22,9 +22,8 @@ struct SourceLocation;
 ///  - owns its items, as members or otherwise, and sets them up in its constructor;
 ///  - describes them by getItemKeys() and getItemInfo(), which must agree: exactly these keys have a
 ///    description;
-///  - declares the members of a concrete class (\see ORVEL_DECLARE_SERIALIZABLE), and copies, writes and
-///  reads
-///    its items, as this class does not;
+///  - declares the members of a concrete class (\see ORVEL_DECLARE_SERIALIZABLE);
+///  - copies, writes and reads its items, as this class does not;
 ///  - may be registered with DataItemNodeFactory.
 ///
 /// BaseToolTip is the second base and has another address than the node: convert by a cast, not by `void*`.

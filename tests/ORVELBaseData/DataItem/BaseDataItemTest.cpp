@@ -1,12 +1,13 @@
 #include "ORVELBaseData/DataItem/BaseDataItem.h"
 
+#include <algorithm>
 #include <cstddef>
-#include <dlfcn.h>
+#include <string>
 #include <type_traits>
+#include <vector>
 
 #include <gtest/gtest.h>
 
-#include <ORVELBaseData/DataItem/DataItemUtils.h>
 #include <ORVELBaseData/DataItem/Leaf/DataItemLeaf.h>
 #include <ORVELBaseData/DataItem/LeafColl/DataItemLeafColl.h>
 #include <ORVELBaseData/DataItem/Map/DataItemMap.h>
@@ -15,6 +16,7 @@
 #include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
 #include <support/SampleNode.h>
+#include <support/Sanitizers.h>
 
 namespace
 {
@@ -22,130 +24,189 @@ namespace
 using namespace orvel;
 using namespace orvel::test;
 
-TEST(BaseDataItem, IsTheAbstractRootOfDataItems)
-{
-  EXPECT_TRUE(std::is_abstract<BaseDataItem>::value);
-  EXPECT_TRUE((std::is_base_of<BaseSerializationObject, BaseDataItem>::value));
-  EXPECT_TRUE(std::has_virtual_destructor<BaseDataItem>::value);
-}
+// The abstract roots: items, leaves and leaf collections
 
-/// Implements all pure operations.
-struct WholeItem : BaseDataItem
+/// Implements the pure operations that all items have.
+template <class Root>
+struct WithFrame : Root
 {
   BaseDynamicObject* createNew() const override { return nullptr; }
   DynamicObjectPtr createShared() const override { return {}; }
   bool hasCopySupport() const override { return true; }
   BaseDynamicObject* duplicate() const override { return nullptr; }
   DynamicObjectPtr duplicateShared() const override { return {}; }
-  eDataItemType getDataItemType() const override { return eDataItemType::eDIT_Node; }
 };
 
-TEST(BaseDataItem, IsWholeWithThePureOperations)
+/// A root, a class that implements its pure operations, and a concrete class of the library.
+struct ItemSubject
 {
-  EXPECT_FALSE(std::is_abstract<WholeItem>::value);
-  WholeItem item;
-  item.copy(WholeItem()); // what a derived copy calls first
-  EXPECT_EQ(item.getClassName(), "orvel::BaseDataItem");
-}
-
-TEST(BaseDataItem, LeavesTheseOperationsPure)
-{
-  const auto table = static_cast<void* const*>(dlsym(RTLD_DEFAULT, "_ZTVN5orvel12BaseDataItemE"));
-  void* const pure = dlsym(RTLD_DEFAULT, "__cxa_pure_virtual"); // stands where an operation is pure
-  ASSERT_NE(table, nullptr);
-  ASSERT_NE(pure, nullptr);
-  const auto isPure = [table, pure](std::size_t index)
+  using Root = BaseDataItem;
+  using Base = BaseSerializationObject;
+  using Concrete = DataItemMap;
+  struct Whole : WithFrame<Root>
   {
-    return table[2 + index] == pure; // two words precede the operations
+    eDataItemType getDataItemType() const override { return eDataItemType::eDIT_Node; }
   };
-  for (const std::size_t index :
-       {std::size_t{0}, std::size_t{1}, // the destructor
-        vtableIndexOf(&BaseDataItem::createNew), vtableIndexOf(&BaseDataItem::createShared),
-        vtableIndexOf(&BaseDataItem::hasCopySupport), vtableIndexOf(&BaseDataItem::duplicate),
-        vtableIndexOf(&BaseDataItem::duplicateShared), vtableIndexOf(&BaseDataItem::getDataItemType)})
-    EXPECT_TRUE(isPure(index)) << index;
-  for (const std::size_t index :
-       {vtableIndexOf(&BaseDataItem::getClassName), vtableIndexOf(&BaseDataItem::initCtorCopy),
-        vtableIndexOf(&BaseDataItem::copy), vtableIndexOf(&BaseDataItem::write),
-        vtableIndexOf(&BaseDataItem::read)})
-    EXPECT_FALSE(isPure(index)) << index;
-}
-
-TEST(BaseDataItem, HasItsNameAndVersion)
-{
-  EXPECT_EQ(BaseDataItem::getTypeName(), "orvel::BaseDataItem");
-  EXPECT_EQ(BaseDataItem::getVersion(), 1U);
-  EXPECT_EQ(DataItemMap().BaseDataItem::getClassName(), "orvel::BaseDataItem"); // each level has its own
-}
-
-TEST(BaseDataItem, IsNotKnownToTheFactory)
-{
-  EXPECT_FALSE(DynamicObjectFactory::getInstance().isRegistered("orvel::BaseDataItem"));
-}
-
-TEST(BaseDataItem, HasNoFieldOfItsOwn)
-{
-  EXPECT_EQ(sizeof(BaseDataItem), sizeof(void*)); // the pointer to the virtual operations
-}
-
-TEST(BaseDataItem, AddsOneVirtualOperationBehindThoseOfTheFrame)
-{
-  EXPECT_EQ(vtableIndexOf(&BaseDataItem::getClassName), 2U); // behind the two of the destructor
-  EXPECT_EQ(vtableIndexOf(&BaseDataItem::createNew), 3U);
-  EXPECT_EQ(vtableIndexOf(&BaseDataItem::createShared), 4U);
-  EXPECT_EQ(vtableIndexOf(&BaseDataItem::hasCopySupport), 5U);
-  EXPECT_EQ(vtableIndexOf(&BaseDataItem::duplicate), 6U);
-  EXPECT_EQ(vtableIndexOf(&BaseDataItem::duplicateShared), 7U);
-  EXPECT_EQ(vtableIndexOf(&BaseDataItem::initCtorCopy), 8U);
-  EXPECT_EQ(vtableIndexOf(&BaseDataItem::copy), 9U);
-  EXPECT_EQ(vtableIndexOf(&BaseDataItem::write), 10U);
-  EXPECT_EQ(vtableIndexOf(&BaseDataItem::read), 11U);
-  EXPECT_EQ(vtableIndexOf(&BaseDataItem::getDataItemType), 12U);
-}
-
-// Kinds and types that are none
-
-/// A leaf of a class of its own that answers a kind above the last.
-class LeafOfNoKind : public DataItemLeaf<ipInt32>
-{
-public:
-  explicit LeafOfNoKind(ipInt32 value) { setValue(value); }
-  eDataItemType getDataItemType() const override { return eDataItemType(ipUInt64(5)); }
+  static constexpr const char* className = "orvel::BaseDataItem";
+  static constexpr const char* table = "_ZTVN5orvel12BaseDataItemE";
+  static constexpr std::size_t nbOperations = 13;
+  static constexpr eDataItemType::domain kind = eDataItemType::eDIT_Node; // of Whole
+  static constexpr bool isUnderAnotherRoot = false;
 };
 
-TEST(BaseDataItem, OfAKindAboveTheLastIsComparedAsALeaf)
+struct LeafSubject
 {
-  const LeafOfNoKind three(3);
-  EXPECT_TRUE(orvel::equal(three, LeafOfNoKind(3), 0.0));
-  EXPECT_FALSE(orvel::equal(three, LeafOfNoKind(4), 0.0));
-}
-
-/// A leaf of a class of its own that answers a value type above the last.
-class LeafOfNoType : public DataItemLeaf<ipBool>
-{
-public:
-  explicit LeafOfNoType(bool value) { setValue(value); }
-  eDataItemValueType getDataItemValueType() const override { return eDataItemValueType(ipUInt64(14)); }
+  using Root = BaseDataItemLeaf;
+  using Base = BaseDataItem;
+  using Concrete = DataItemLeaf<ipInt32>;
+  struct Whole : WithFrame<Root>
+  {
+    eDataItemValueType getDataItemValueType() const override { return eDataItemValueType::eDIVT_Path; }
+  };
+  static constexpr const char* className = "orvel::BaseDataItemLeaf";
+  static constexpr const char* table = "_ZTVN5orvel16BaseDataItemLeafE";
+  static constexpr std::size_t nbOperations = 14;
+  static constexpr eDataItemType::domain kind = eDataItemType::eDIT_Leaf;
+  static constexpr bool isUnderAnotherRoot = true;
 };
 
-TEST(BaseDataItem, OfAValueTypeAboveTheLastIsComparedAsALeafOfBool)
+struct LeafCollSubject
 {
-  EXPECT_TRUE(orvel::equal(LeafOfNoType(true), LeafOfNoType(true), 0.0));
-  EXPECT_FALSE(orvel::equal(LeafOfNoType(true), LeafOfNoType(false), 0.0));
-}
-
-/// The same as a collection.
-class CollOfNoType : public DataItemLeafColl<ipBool>
-{
-public:
-  explicit CollOfNoType(bool value) { push_back(value); }
-  eDataItemValueType getDataItemValueType() const override { return eDataItemValueType(ipUInt64(14)); }
+  using Root = BaseDataItemLeafColl;
+  using Base = BaseDataItem;
+  using Concrete = DataItemLeafColl<ipInt32>;
+  struct Whole : WithFrame<Root>
+  {
+    eDataItemValueType getDataItemValueType() const override { return eDataItemValueType::eDIVT_Path; }
+  };
+  static constexpr const char* className = "orvel::BaseDataItemLeafColl";
+  static constexpr const char* table = "_ZTVN5orvel20BaseDataItemLeafCollE";
+  static constexpr std::size_t nbOperations = 14;
+  static constexpr eDataItemType::domain kind = eDataItemType::eDIT_LeafColl;
+  static constexpr bool isUnderAnotherRoot = true;
 };
 
-TEST(BaseDataItem, OfAValueTypeAboveTheLastIsComparedAsACollectionOfBool)
+template <class Subject>
+class DataItemRoot : public ::testing::Test
 {
-  EXPECT_TRUE(orvel::equal(CollOfNoType(true), CollOfNoType(true), 0.0));
-  EXPECT_FALSE(orvel::equal(CollOfNoType(true), CollOfNoType(false), 0.0));
+};
+
+using Subjects = ::testing::Types<ItemSubject, LeafSubject, LeafCollSubject>;
+TYPED_TEST_SUITE(DataItemRoot, Subjects, );
+
+TYPED_TEST(DataItemRoot, IsAbstractAndHasNoFieldOfItsOwn)
+{
+  using Root = typename TypeParam::Root;
+  EXPECT_TRUE(std::is_abstract<Root>::value);
+  EXPECT_TRUE((std::is_base_of<typename TypeParam::Base, Root>::value));
+  EXPECT_TRUE(std::has_virtual_destructor<Root>::value);
+  EXPECT_EQ(sizeof(Root), sizeof(void*)); // the pointer to the virtual operations
+}
+
+TYPED_TEST(DataItemRoot, IsWholeWithThePureOperations)
+{
+  typename TypeParam::Whole item;
+  item.copy(typename TypeParam::Whole()); // what a derived copy calls first
+  EXPECT_EQ(item.getClassName(), TypeParam::className);
+  EXPECT_EQ(item.getDataItemType(), TypeParam::kind);
+}
+
+TYPED_TEST(DataItemRoot, HasItsNameAndVersionAndIsNotKnownToTheFactory)
+{
+  using Root = typename TypeParam::Root;
+  EXPECT_EQ(Root::getTypeName(), TypeParam::className);
+  EXPECT_EQ(typename TypeParam::Concrete().Root::getClassName(), TypeParam::className); // of its level
+  EXPECT_EQ(Root::getVersion(), 1U);
+  EXPECT_FALSE(DynamicObjectFactory::getInstance().isRegistered(TypeParam::className));
+}
+
+TYPED_TEST(DataItemRoot, HasItsVirtualOperationsInOrder)
+{
+  using Root = typename TypeParam::Root;
+  EXPECT_EQ(vtableIndexOf(&Root::getClassName), 2U); // behind the two of the destructor
+  EXPECT_EQ(vtableIndexOf(&Root::createNew), 3U);
+  EXPECT_EQ(vtableIndexOf(&Root::createShared), 4U);
+  EXPECT_EQ(vtableIndexOf(&Root::hasCopySupport), 5U);
+  EXPECT_EQ(vtableIndexOf(&Root::duplicate), 6U);
+  EXPECT_EQ(vtableIndexOf(&Root::duplicateShared), 7U);
+  EXPECT_EQ(vtableIndexOf(&Root::initCtorCopy), 8U);
+  EXPECT_EQ(vtableIndexOf(&Root::copy), 9U);
+  EXPECT_EQ(vtableIndexOf(&Root::write), 10U);
+  EXPECT_EQ(vtableIndexOf(&Root::read), 11U);
+  EXPECT_EQ(vtableIndexOf(&Root::getDataItemType), 12U);
+  if constexpr (TypeParam::nbOperations > 13)
+  {
+    EXPECT_EQ(vtableIndexOf(&Root::getDataItemValueType), 13U);
+  }
+  if (!isSanitized) // the sanitizer widens the table
+  {
+    EXPECT_EQ(AbstractTable(TypeParam::table).getSize(), TypeParam::nbOperations);
+  }
+}
+
+TYPED_TEST(DataItemRoot, LeavesTheseOperationsPure)
+{
+  std::vector<std::size_t> pure = {0, 1, 3, 4, 5, 6, 7}; // the destructor, creation and duplication
+  pure.push_back(TypeParam::nbOperations - 1);           // the one that the root adds
+  const AbstractTable table(TypeParam::table);
+  for (std::size_t index = 0; index < TypeParam::nbOperations; ++index)
+    EXPECT_EQ(table.isPure(index), std::count(pure.begin(), pure.end(), index) == 1) << index;
+}
+
+template <class SubjectType, class FormatType>
+struct Case
+{
+  using Subject = SubjectType;
+  using Format = FormatType;
+};
+
+template <class Case>
+class ArchivedDataItemRoot : public ::testing::Test
+{
+protected:
+  static std::string archiveOfVersions()
+  {
+    typename Case::Format archive;
+    putVersion(archive, "orvel::BaseDataItem", 1);
+    if (Case::Subject::isUnderAnotherRoot)
+      putVersion(archive, Case::Subject::className, 1);
+    return archive.file();
+  }
+};
+
+using Cases =
+    ::testing::Types<Case<ItemSubject, HandWrittenXml>, Case<ItemSubject, HandWrittenBinary>,
+                     Case<LeafSubject, HandWrittenXml>, Case<LeafSubject, HandWrittenBinary>,
+                     Case<LeafCollSubject, HandWrittenXml>, Case<LeafCollSubject, HandWrittenBinary>>;
+TYPED_TEST_SUITE(ArchivedDataItemRoot, Cases, );
+
+TYPED_TEST(ArchivedDataItemRoot, StoresItsVersionsAndNothingElse)
+{
+  using Subject = typename TypeParam::Subject;
+  EXPECT_EQ(fileOf<typename TypeParam::Format>(
+                [](BaseOArchive& archive)
+                {
+                  const BoolResult written = typename Subject::Concrete().Subject::Root::write(archive);
+                  EXPECT_TRUE(written);
+                  EXPECT_EQ(written.getMessage(), "");
+                }),
+            this->archiveOfVersions());
+}
+
+TYPED_TEST(ArchivedDataItemRoot, ReadsItsVersionsAndNothingElse)
+{
+  using Subject = typename TypeParam::Subject;
+  readFile<typename TypeParam::Format>(this->archiveOfVersions(),
+                                       [](BaseIArchive& archive)
+                                       {
+                                         typename Subject::Concrete item;
+                                         const BoolResult read = item.Subject::Root::read(archive);
+                                         EXPECT_TRUE(read);
+                                         EXPECT_EQ(read.getMessage(), "");
+                                         EXPECT_EQ(archive.getRegisterClassVersion("orvel::BaseDataItem"),
+                                                   1U);
+                                         EXPECT_EQ(archive.getRegisterClassVersion(Subject::className), 1U);
+                                       });
 }
 
 // Archives
@@ -154,38 +215,7 @@ template <class HandWritten>
 class ArchivedBaseDataItem : public ::testing::Test
 {
 };
-
-using Formats = ::testing::Types<HandWrittenXml, HandWrittenBinary>;
 TYPED_TEST_SUITE(ArchivedBaseDataItem, Formats, );
-
-TYPED_TEST(ArchivedBaseDataItem, FilesItsVersionAndNothingElse)
-{
-  TypeParam expected;
-  putVersion(expected, "orvel::BaseDataItem", 1);
-  EXPECT_EQ(fileOf<TypeParam>(
-                [](BaseOArchive& archive)
-                {
-                  const BoolResult written = DataItemMap().BaseDataItem::write(archive);
-                  EXPECT_TRUE(written);
-                  EXPECT_EQ(written.getMessage(), "");
-                }),
-            expected.file());
-}
-
-TYPED_TEST(ArchivedBaseDataItem, ReadsItsVersionAndNothingElse)
-{
-  TypeParam file;
-  putVersion(file, "orvel::BaseDataItem", 1);
-  readFile<TypeParam>(file.file(),
-                      [](BaseIArchive& archive)
-                      {
-                        DataItemMap item;
-                        const BoolResult read = item.BaseDataItem::read(archive);
-                        EXPECT_TRUE(read);
-                        EXPECT_EQ(read.getMessage(), "");
-                        EXPECT_EQ(archive.getRegisterClassVersion("orvel::BaseDataItem"), 1U);
-                      });
-}
 
 template <class HandWritten>
 void putEmpty(HandWritten& archive, const std::string& key, const std::string& container)
@@ -197,7 +227,7 @@ void putEmpty(HandWritten& archive, const std::string& key, const std::string& c
   archive.close();
 }
 
-TYPED_TEST(ArchivedBaseDataItem, FilesItsVersionOnceForItemsOfAllKinds)
+TYPED_TEST(ArchivedBaseDataItem, StoresItsVersionOnceForItemsOfAllKinds)
 {
   TypeParam expected;
   putVersion(expected, "orvel::BaseDataItem", 1);

@@ -229,8 +229,8 @@ protected:
     return tree;
   }
 
-  /// Has the test's report tell how much of the stack was used.
-  static void tell(const char* what, const Shape& shape, std::size_t nbUsed)
+  /// Adds to the test's report how much of the stack was used.
+  static void report(const char* what, const Shape& shape, std::size_t nbUsed)
   {
     std::string key = std::string("stack used to ") + what + " " + shape.name;
     for (char& character : key)
@@ -239,7 +239,6 @@ protected:
   }
 };
 
-using Formats = testing::Types<HandWrittenXml, HandWrittenBinary>;
 TYPED_TEST_SUITE(DeepTree, Formats, );
 
 TYPED_TEST(DeepTree, IsAsDeepAsTheTestsMakeIt)
@@ -265,7 +264,7 @@ TYPED_TEST(DeepTree, OfTheLimitIsBuiltCopiedAndComparedOnASmallStack)
           tree.reset();
           copy.reset();
         });
-    this->tell("copy and compare", shape, nbUsed);
+    this->report("copy and compare", shape, nbUsed);
   }
 }
 
@@ -279,7 +278,7 @@ TYPED_TEST(DeepTree, OfTheLimitIsWrittenAndDestroyedOnASmallStack)
           const DataItemPtr tree = shape.make(g_limit);
           EXPECT_FALSE(this->fileOfTree(tree).empty());
         });
-    this->tell("write", shape, nbUsed);
+    this->report("write", shape, nbUsed);
   }
 }
 
@@ -290,7 +289,7 @@ TYPED_TEST(DeepTree, OfTheLimitIsReadAndDestroyedOnASmallStack)
     const std::string file = this->fileOfTree(shape.make(g_limit));
     const std::size_t nbUsed =
         callOnSmallStack([&] { EXPECT_EQ(depthOf(*this->treeOf(file)), g_limit) << shape.name; });
-    this->tell("read", shape, nbUsed);
+    this->report("read", shape, nbUsed);
   }
 }
 
@@ -316,7 +315,7 @@ TYPED_TEST(DeepTree, BeyondTheLimitIsRefusedOnWritingOnASmallStack)
               << shape.name << ": " << message;
           EXPECT_EQ(depthOf(*tree), g_limit + 1) << shape.name;
         });
-    this->tell("refuse to write", shape, nbUsed);
+    this->report("refuse to write", shape, nbUsed);
   }
 }
 
@@ -338,12 +337,12 @@ TYPED_TEST(DeepTree, BeyondTheLimitIsRefusedOnReadingOnASmallStack)
           EXPECT_EQ(tree, nullptr) << shape.name;
           EXPECT_TRUE(archive.isFailed());
         });
-    this->tell("refuse to read", shape, nbUsed);
+    this->report("refuse to read", shape, nbUsed);
   }
 }
 
-/// Items filed one after the other, each a map that refers to the one before.
-void fileUpward(BaseOArchive& archive, int depth)
+/// Items written one after the other, each a map that refers to the one before.
+void writeUpward(BaseOArchive& archive, int depth)
 {
   DataItemPtr tree = makeLeaf<ipInt32>(1);
   archive << SerializationOItem("tree", tree);
@@ -356,7 +355,7 @@ void fileUpward(BaseOArchive& archive, int depth)
   }
 }
 
-/// The last of the items that fileUpward() has filed.
+/// The last of the items that writeUpward() has written.
 DataItemPtr readUpward(BaseIArchive& archive, int depth)
 {
   DataItemPtr tree;
@@ -371,7 +370,7 @@ TYPED_TEST(DeepTree, OfReferencesToTheLimitIsWrittenAndReadOnASmallStack)
       []
       {
         const std::string file =
-            fileOf<TypeParam>([](BaseOArchive& archive) { fileUpward(archive, g_limit); });
+            fileOf<TypeParam>([](BaseOArchive& archive) { writeUpward(archive, g_limit); });
         readFile<TypeParam>(file, [](BaseIArchive& archive)
                             { EXPECT_EQ(depthOf(*readUpward(archive, g_limit)), g_limit); });
       });
@@ -383,14 +382,14 @@ TYPED_TEST(DeepTree, OfReferencesBeyondTheLimitIsRefused)
   typename TypeParam::OArchive output(written);
   const std::string text = ": more than 128 objects within objects";
   const std::string writing =
-      messageOf<ORVELSerializationException>([&] { fileUpward(output, g_limit + 1); });
+      messageOf<ORVELSerializationException>([&] { writeUpward(output, g_limit + 1); });
   EXPECT_NE(writing.find(text), std::string::npos) << writing;
 
   const std::string file = fileOf<TypeParam>(
       [](BaseOArchive& archive)
       {
         archive.setLimits({g_limit + 1, archive.getLimits().maxWork});
-        fileUpward(archive, g_limit + 1);
+        writeUpward(archive, g_limit + 1);
       });
   std::istringstream stream(file);
   typename TypeParam::IArchive input(stream);

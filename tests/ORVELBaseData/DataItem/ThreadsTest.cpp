@@ -171,7 +171,6 @@ class ThreadsOnOneTreeWithArchives : public ThreadsOnOneTree
 {
 };
 
-using Formats = testing::Types<HandWrittenXml, HandWrittenBinary>;
 TYPED_TEST_SUITE(ThreadsOnOneTreeWithArchives, Formats, );
 
 TYPED_TEST(ThreadsOnOneTreeWithArchives, WriteItIntoTheirOwn)

@@ -6,14 +6,10 @@
 #include <cstdint>
 #include <string>
 #include <type_traits>
-#include <vector>
 
 #include <boost/filesystem/path.hpp>
-#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
-#include <ORVELBaseData/DataItem/BaseDataItem.h>
-#include <ORVELBaseData/DataItem/DataItemValueType.h>
 #include <ORVELUtil/ScalarTypes.h>
 
 namespace orvel::test
@@ -51,32 +47,6 @@ ORVEL_TEST_VALUE_TYPE(ipReal64, 10, "eDIVT_Real64", 1024.25, -0.5)
 ORVEL_TEST_VALUE_TYPE(std::string, 11, "eDIVT_String", "left eye", "r")
 ORVEL_TEST_VALUE_TYPE(boost::filesystem::path, 12, "eDIVT_Path", "images/stack.tif", "a")
 #undef ORVEL_TEST_VALUE_TYPE
-
-/// \brief What an instance of a template of leaves or of leaf collections says of itself.
-struct ValueInstance
-{
-  const char* name;        ///< of the type, as it should be
-  ipUInt64 valueType;      ///< as it should be
-  const char* text;        ///< of the value type, as it should be
-  std::string typeName;    ///< from getTypeName()
-  ipUInt32 version;        ///< from getVersion()
-  DataItemPtr item;        ///< a new one
-  eDataItemValueType type; ///< from its getDataItemValueType()
-  bool (*isOne)(const BaseDynamicObject*);
-};
-
-/// \brief Return what the instances of a template say, for all types of values.
-template <template <class> class Item, class... T>
-std::vector<ValueInstance> instancesOf(testing::Types<T...>)
-{
-  return {{ValueTypeTraits<T>::name, ValueTypeTraits<T>::valueType, ValueTypeTraits<T>::text,
-           Item<T>::getTypeName(), Item<T>::getVersion(), boost::make_shared<Item<T>>(),
-           Item<T>().getDataItemValueType(),
-           [](const BaseDynamicObject* object)
-           {
-             return dynamic_cast<const Item<T>*>(object) != nullptr;
-           }}...};
-}
 
 /// \brief Put a value into a hand-written archive.
 template <class HandWritten, class T>

@@ -1,15 +1,21 @@
 #include "ORVELBaseData/Identifier/BaseIdentifier.h"
 
 #include <cstddef>
-#include <dlfcn.h>
+#include <memory>
+#include <string>
 #include <type_traits>
+#include <utility>
 
 #include <gtest/gtest.h>
 
+#include <ORVELBaseData/Identifier/DoubleIdentifier.h>
 #include <ORVELBaseData/Identifier/SingleIdentifier.h>
+#include <ORVELBaseData/Identifier/StringIdentifier.h>
+#include <ORVELSerialization/ORVELSerializationException.h>
 #include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
+#include <support/RaisedFailure.h>
 #include <support/Sanitizers.h>
 
 namespace
@@ -45,27 +51,19 @@ TEST(BaseIdentifier, IsWholeWithThePureOperations)
 
 TEST(BaseIdentifier, LeavesTheseOperationsPure)
 {
-  const auto table = static_cast<void* const*>(dlsym(RTLD_DEFAULT, "_ZTVN5orvel14BaseIdentifierE"));
-  void* const pure = dlsym(RTLD_DEFAULT, "__cxa_pure_virtual"); // stands where an operation is pure
-  ASSERT_NE(table, nullptr);
-  ASSERT_NE(pure, nullptr);
-  const auto isPure = [table, pure](std::size_t index)
-  {
-    return table[2 + index] == pure; // two words precede the operations
-  };
+  const AbstractTable table("_ZTVN5orvel14BaseIdentifierE");
   for (const std::size_t index :
        {vtableIndexOf(&BaseIdentifier::createNew), vtableIndexOf(&BaseIdentifier::createShared),
         vtableIndexOf(&BaseIdentifier::hasCopySupport), vtableIndexOf(&BaseIdentifier::duplicate),
         vtableIndexOf(&BaseIdentifier::duplicateShared)})
-    EXPECT_TRUE(isPure(index)) << index;
+    EXPECT_TRUE(table.isPure(index)) << index;
   for (const std::size_t index :
        {vtableIndexOf(&BaseIdentifier::getClassName), vtableIndexOf(&BaseIdentifier::copy),
         vtableIndexOf(&BaseIdentifier::write), vtableIndexOf(&BaseIdentifier::read)})
-    EXPECT_FALSE(isPure(index)) << index;
+    EXPECT_FALSE(table.isPure(index)) << index;
   if (!isSanitized) // the sanitizer widens the table
   {
-    const void* const operations = table + 2; // all that there is of an object without data
-    EXPECT_EQ(vtableSizeOf(reinterpret_cast<const BaseIdentifier&>(operations)), 12U); // it adds none
+    EXPECT_EQ(table.getSize(), 12U); // it adds none
   }
 }
 
@@ -104,11 +102,9 @@ template <class HandWritten>
 class ArchivedBaseIdentifier : public ::testing::Test
 {
 };
-
-using Formats = ::testing::Types<HandWrittenXml, HandWrittenBinary>;
 TYPED_TEST_SUITE(ArchivedBaseIdentifier, Formats, );
 
-TYPED_TEST(ArchivedBaseIdentifier, FilesItsVersionAndNothingElse)
+TYPED_TEST(ArchivedBaseIdentifier, StoresItsVersionAndNothingElse)
 {
   TypeParam expected;
   putVersion(expected, "orvel::BaseIdentifier", 1);
@@ -136,6 +132,232 @@ TYPED_TEST(ArchivedBaseIdentifier, ReadsItsVersionAndNothingElse)
                         EXPECT_EQ(identifier.getValue(), 3U);
                         EXPECT_EQ(archive.getRegisterClassVersion("orvel::BaseIdentifier"), 1U);
                       });
+}
+
+// What the identifiers that are values have in common
+
+/// A class, two values of it, and what its archives hold behind the versions.
+struct SingleSubject
+{
+  using Identifier = SingleIdentifier;
+  static constexpr const char* className = "orvel::SingleIdentifier";
+  static Identifier first() { return SingleIdentifier(3); }
+  static Identifier second() { return SingleIdentifier(4294967295U); }
+  static ipUInt32 valueOf(const Identifier& identifier) { return identifier.getValue(); }
+
+  template <class HandWritten>
+  static void putFirst(HandWritten& archive)
+  {
+    archive.integer("_value", 3);
+  }
+  template <class HandWritten>
+  static void putSecond(HandWritten& archive)
+  {
+    archive.integer("_value", 4294967295);
+  }
+  template <class HandWritten>
+  static void putBroken(HandWritten& archive)
+  {
+    archive.integer("_value", 4294967296); // one too many
+  }
+};
+
+struct DoubleSubject
+{
+  using Identifier = DoubleIdentifier;
+  static constexpr const char* className = "orvel::DoubleIdentifier";
+  static Identifier first() { return {1, 2}; }
+  static Identifier second() { return {4294967295U, 0}; }
+  static std::pair<ipUInt32, ipUInt32> valueOf(const Identifier& identifier)
+  {
+    return {identifier.getHighValue(), identifier.getLowValue()};
+  }
+
+  template <class HandWritten>
+  static void putFirst(HandWritten& archive)
+  {
+    archive.integer("_highValue", 1);
+    archive.integer("_lowValue", 2);
+  }
+  template <class HandWritten>
+  static void putSecond(HandWritten& archive)
+  {
+    archive.integer("_highValue", 4294967295);
+    archive.integer("_lowValue", 0);
+  }
+  template <class HandWritten>
+  static void putBroken(HandWritten& archive)
+  {
+    archive.integer("_highValue", 3);
+    archive.integer("_lowValue", 4294967296); // one too many
+  }
+};
+
+struct StringSubject
+{
+  using Identifier = StringIdentifier;
+  static constexpr const char* className = "orvel::StringIdentifier";
+  static Identifier first() { return StringIdentifier("left eye"); }
+  static Identifier second() { return StringIdentifier(""); }
+  static std::string valueOf(const Identifier& identifier) { return identifier.getValue(); }
+
+  template <class HandWritten>
+  static void putFirst(HandWritten& archive)
+  {
+    archive.text("_value", "left eye");
+  }
+  template <class HandWritten>
+  static void putSecond(HandWritten& archive)
+  {
+    archive.text("_value", "");
+  }
+  template <class HandWritten>
+  static void putBroken(HandWritten& /*archive*/) // nothing
+  {
+  }
+};
+
+template <class Subject>
+class ValueIdentifier : public ::testing::Test
+{
+};
+
+using Subjects = ::testing::Types<SingleSubject, DoubleSubject, StringSubject>;
+TYPED_TEST_SUITE(ValueIdentifier, Subjects, );
+
+TYPED_TEST(ValueIdentifier, HasItsNameAndVersionAndAddsNoVirtualOperation)
+{
+  using Identifier = typename TypeParam::Identifier;
+  EXPECT_TRUE((std::is_base_of<BaseIdentifier, Identifier>::value));
+  EXPECT_EQ(Identifier::getTypeName(), TypeParam::className);
+  EXPECT_EQ(TypeParam::first().getClassName(), TypeParam::className);
+  EXPECT_EQ(Identifier::getVersion(), 1U);
+  if (!isSanitized) // the sanitizer widens the table
+  {
+    EXPECT_EQ(vtableSizeOf(TypeParam::first()), 12U);
+  }
+}
+
+TYPED_TEST(ValueIdentifier, CopiesItsValue)
+{
+  using Identifier = typename TypeParam::Identifier;
+  const Identifier identifier = TypeParam::first();
+  const auto expectSame = [&](const BaseDynamicObject& copy)
+  {
+    EXPECT_EQ(TypeParam::valueOf(dynamic_cast<const Identifier&>(copy)), TypeParam::valueOf(identifier));
+  };
+  EXPECT_TRUE(identifier.hasCopySupport());
+  Identifier assigned = TypeParam::second();
+  EXPECT_EQ(&(assigned = identifier), &assigned);
+  expectSame(assigned);
+  expectSame(Identifier(identifier));
+  expectSame(*std::unique_ptr<BaseDynamicObject>(identifier.duplicate()));
+  expectSame(*identifier.duplicateShared());
+}
+
+TYPED_TEST(ValueIdentifier, KeepsItsValueWhenItIsAssignedToItself)
+{
+  auto identifier = TypeParam::first();
+  const auto& same = identifier;
+  identifier = same;
+  EXPECT_EQ(TypeParam::valueOf(identifier), TypeParam::valueOf(TypeParam::first()));
+}
+
+template <class SubjectType, class FormatType>
+struct Case
+{
+  using Subject = SubjectType;
+  using Format = FormatType;
+};
+
+template <class Case>
+class ArchivedValueIdentifier : public ::testing::Test
+{
+protected:
+  using Subject = typename Case::Subject;
+  using Format = typename Case::Format;
+
+  /// An archive, to the items of the class.
+  static Format start(ipUInt32 version = 1)
+  {
+    Format archive;
+    putVersion(archive, "orvel::BaseIdentifier", BaseIdentifier::getVersion());
+    putVersion(archive, Subject::className, version);
+    return archive;
+  }
+
+  static std::string fileOfBoth()
+  {
+    Format archive = start();
+    Subject::putFirst(archive);
+    Subject::putSecond(archive);
+    return archive.file();
+  }
+};
+
+using Cases = ::testing::Types<Case<SingleSubject, HandWrittenXml>, Case<SingleSubject, HandWrittenBinary>,
+                               Case<DoubleSubject, HandWrittenXml>, Case<DoubleSubject, HandWrittenBinary>,
+                               Case<StringSubject, HandWrittenXml>, Case<StringSubject, HandWrittenBinary>>;
+TYPED_TEST_SUITE(ArchivedValueIdentifier, Cases, );
+
+TYPED_TEST(ArchivedValueIdentifier, StoresTheVersionsOnceAndEachValue)
+{
+  using Subject = typename TypeParam::Subject;
+  EXPECT_EQ(fileOf<typename TypeParam::Format>(
+                [](BaseOArchive& archive)
+                {
+                  const BoolResult written = Subject::first().write(archive);
+                  EXPECT_TRUE(written);
+                  EXPECT_EQ(written.getMessage(), "");
+                  EXPECT_TRUE(Subject::second().write(archive));
+                }),
+            this->fileOfBoth());
+}
+
+TYPED_TEST(ArchivedValueIdentifier, IsReadAsItIsStored)
+{
+  using Subject = typename TypeParam::Subject;
+  readFile<typename TypeParam::Format>(
+      this->fileOfBoth(),
+      [](BaseIArchive& archive)
+      {
+        auto identifier = Subject::second();
+        const BoolResult read = identifier.read(archive);
+        EXPECT_TRUE(read);
+        EXPECT_EQ(read.getMessage(), "");
+        EXPECT_EQ(Subject::valueOf(identifier), Subject::valueOf(Subject::first()));
+        EXPECT_TRUE(identifier.read(archive));
+        EXPECT_EQ(Subject::valueOf(identifier), Subject::valueOf(Subject::second()));
+      });
+}
+
+TYPED_TEST(ArchivedValueIdentifier, KeepsItsValueWhenTheNewOneCannotBeRead)
+{
+  using Subject = typename TypeParam::Subject;
+  typename TypeParam::Format file = this->start();
+  Subject::putBroken(file);
+  auto identifier = Subject::second();
+  EXPECT_THROW(readStart<typename TypeParam::Format>(file.file(), [&](BaseIArchive& archive)
+                                                     { identifier.read(archive); }),
+               ORVELSerializationException);
+  EXPECT_EQ(Subject::valueOf(identifier), Subject::valueOf(Subject::second()));
+}
+
+TYPED_TEST(ArchivedValueIdentifier, RefusesANewerVersionAndKeepsItsValue)
+{
+  using Subject = typename TypeParam::Subject;
+  typename TypeParam::Format file = this->start(2);
+  Subject::putFirst(file);
+  auto identifier = Subject::second();
+  EXPECT_EQ(messageOf<ORVELSerializationException>(
+                [&]
+                {
+                  readStart<typename TypeParam::Format>(file.file(), [&](BaseIArchive& archive)
+                                                        { identifier.read(archive); });
+                }),
+            std::string("Version 2 of class ") + Subject::className +
+                " is not supported, the highest supported version is 1");
+  EXPECT_EQ(Subject::valueOf(identifier), Subject::valueOf(Subject::second()));
 }
 
 } // namespace

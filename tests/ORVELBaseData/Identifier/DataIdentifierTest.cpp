@@ -10,7 +10,6 @@
 
 #include <ORVELBaseData/Identifier/BaseIdentifier.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
-#include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/FailingAllocation.h>
 #include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
@@ -68,13 +67,6 @@ TEST(DataIdentifier, HasItsNameAndVersion)
   EXPECT_EQ(DataIdentifier::getTypeName(), "orvel::DataIdentifier");
   EXPECT_EQ(DataIdentifier().getClassName(), "orvel::DataIdentifier");
   EXPECT_EQ(DataIdentifier::getVersion(), 1U);
-}
-
-TEST(DataIdentifier, IsCreatedByItsName)
-{
-  const std::unique_ptr<BaseDynamicObject> object(
-      DynamicObjectFactory::getInstance().createNew("orvel::DataIdentifier"));
-  EXPECT_EQ(dynamic_cast<const DataIdentifier&>(*object).getName(), "");
 }
 
 TEST(DataIdentifier, CopiesItsIdentifierAndItsName)
@@ -147,10 +139,9 @@ class ArchivedDataIdentifier : public ::testing::Test
 {
 };
 
-using Formats = ::testing::Types<HandWrittenXml, HandWrittenBinary>;
 TYPED_TEST_SUITE(ArchivedDataIdentifier, Formats, );
 
-TYPED_TEST(ArchivedDataIdentifier, FilesItsIdentifierItsVersionOnceAndItsName)
+TYPED_TEST(ArchivedDataIdentifier, StoresItsIdentifierItsVersionOnceAndItsName)
 {
   const DataIdentifier first = named("left eye");
   const DataIdentifier second;
@@ -171,7 +162,7 @@ TYPED_TEST(ArchivedDataIdentifier, FilesItsIdentifierItsVersionOnceAndItsName)
             expected.file());
 }
 
-TYPED_TEST(ArchivedDataIdentifier, IsReadAsItIsFiled)
+TYPED_TEST(ArchivedDataIdentifier, IsReadAsItIsStored)
 {
   TypeParam file;
   file.text("_guid", g_guid);

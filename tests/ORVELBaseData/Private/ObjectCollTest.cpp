@@ -17,6 +17,7 @@
 #include <support/LayoutChecks.h>
 #include <support/ObjectCollArchive.h>
 #include <support/RaisedFailure.h>
+#include <support/Sanitizers.h>
 
 namespace
 {
@@ -114,6 +115,20 @@ TYPED_TEST(ObjectColl, HasItsOperationsInOrder)
   EXPECT_EQ(vtableIndexOf(&Root::read), 11U);
   EXPECT_EQ(vtableIndexOf(&Root::getElementTypeName), 12U);
   EXPECT_EQ(vtableIndexOf(&Root::hasSkeletonElements), 13U);
+  if (!isSanitized) // the sanitizer widens the table
+  {
+    EXPECT_EQ(AbstractTable(TypeParam::table).getSize(), 14U);
+  }
+}
+
+TYPED_TEST(ObjectColl, LeavesTheseOperationsPure)
+{
+  std::vector<std::size_t> pure = {3, 4, 12, 13}; // creation and the two that it adds
+  if (TypeParam::hasPureDestructor)
+    pure.insert(pure.begin(), {0, 1});
+  const AbstractTable table(TypeParam::table);
+  for (std::size_t index = 0; index < 14; ++index)
+    EXPECT_EQ(table.isPure(index), std::count(pure.begin(), pure.end(), index) == 1) << index;
 }
 
 TYPED_TEST(ObjectColl, CannotBeCopied)

@@ -231,7 +231,6 @@ class ArchivedEnumLeaf : public ::testing::Test
 {
 };
 
-using Formats = ::testing::Types<HandWrittenXml, HandWrittenBinary>;
 TYPED_TEST_SUITE(ArchivedEnumLeaf, Formats, );
 
 /// What stands ahead of the text in the first leaf of an archive.
@@ -255,7 +254,7 @@ std::string archiveOf(const std::string& text)
   return archive.file();
 }
 
-TYPED_TEST(ArchivedEnumLeaf, FilesTheTextAndNotTheInteger)
+TYPED_TEST(ArchivedEnumLeaf, StoresTheTextAndNotTheInteger)
 {
   EXPECT_EQ(fileOf<TypeParam>(
                 [](BaseOArchive& archive)
@@ -267,7 +266,7 @@ TYPED_TEST(ArchivedEnumLeaf, FilesTheTextAndNotTheInteger)
             archiveOf<TypeParam>("eC_Green"));
 }
 
-TYPED_TEST(ArchivedEnumLeaf, FilesTheVersionsOnceAndEachText)
+TYPED_TEST(ArchivedEnumLeaf, StoresTheVersionsOnceAndEachText)
 {
   auto expected = startOfFirst<TypeParam>();
   expected.text("enumValue", "eC_Green");
@@ -287,7 +286,7 @@ class EmptyTextLeaf : public BaseDataItemEnumLeaf
 {
 public:
   EmptyTextLeaf() { setEnumValue(9); }
-  std::string getValueStr() const override { return "not to be filed"; }
+  std::string getValueStr() const override { return "not to be stored"; }
   bool fromString(const std::string& text, ipUInt32& value) const override
   {
     value = 9;
@@ -296,7 +295,7 @@ public:
   bool toString(const ipUInt32& value, std::string& /*text*/) const override { return value == 9; }
 };
 
-TYPED_TEST(ArchivedEnumLeaf, FilesTheTextOfToStringAlsoWhenItIsEmpty)
+TYPED_TEST(ArchivedEnumLeaf, StoresTheTextOfToStringAlsoWhenItIsEmpty)
 {
   auto expected = startOfFirst<TypeParam>();
   expected.text("enumValue", "");

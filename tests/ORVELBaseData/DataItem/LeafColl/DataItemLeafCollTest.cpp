@@ -12,7 +12,6 @@
 #include "../ValueTesting.h"
 #include <ORVELBaseData/DataItem/DataItemUtils.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
-#include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/FailingAllocation.h>
 #include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
@@ -27,45 +26,6 @@ namespace
 
 using namespace orvel;
 using namespace orvel::test;
-
-std::string classNameOf(const ValueInstance& instance)
-{
-  return std::string("orvel::DataItemLeafColl<") + instance.name + ">";
-}
-
-TEST(DataItemLeafColl, IsOfItsKindAndValueType)
-{
-  for (const ValueInstance& instance : instancesOf<DataItemLeafColl>(ValueTypes()))
-  {
-    EXPECT_NE(dynamic_cast<const BaseDataItemLeafColl*>(instance.item.get()), nullptr) << instance.name;
-    EXPECT_EQ(instance.item->getDataItemType(), eDataItemType::eDIT_LeafColl) << instance.name;
-    EXPECT_EQ(instance.type.getValue(), instance.valueType) << instance.name;
-    EXPECT_STREQ(instance.type.getText(), instance.text);
-  }
-}
-
-TEST(DataItemLeafColl, HasItsNameAndVersion)
-{
-  for (const ValueInstance& instance : instancesOf<DataItemLeafColl>(ValueTypes()))
-  {
-    EXPECT_EQ(instance.typeName, classNameOf(instance));
-    EXPECT_EQ(instance.item->getClassName(), classNameOf(instance));
-    EXPECT_EQ(instance.version, 1U) << instance.name;
-  }
-}
-
-TEST(DataItemLeafColl, IsCreatedByItsNameAndByItself)
-{
-  const DynamicObjectFactory& factory = DynamicObjectFactory::getInstance();
-  for (const ValueInstance& instance : instancesOf<DataItemLeafColl>(ValueTypes()))
-  {
-    const std::unique_ptr<BaseDynamicObject> byName(factory.createNew(classNameOf(instance)));
-    EXPECT_TRUE(instance.isOne(byName.get())) << instance.name;
-    const std::unique_ptr<BaseDynamicObject> byItself(instance.item->createNew());
-    EXPECT_TRUE(instance.isOne(byItself.get())) << instance.name;
-    EXPECT_TRUE(instance.isOne(instance.item->createShared().get())) << instance.name;
-  }
-}
 
 template <class T>
 std::string classNameOf()
@@ -159,7 +119,7 @@ void readColl(const std::string& file, BaseDataItemLeafColl& coll)
 }
 
 template <class T, class HandWritten>
-void expectFiled(const std::vector<T>& values)
+void expectStored(const std::vector<T>& values)
 {
   const std::string file = archiveOf<T, HandWritten>(values);
   EXPECT_EQ(fileOfColl<HandWritten>(collOf<T>(values)), file);
@@ -265,16 +225,16 @@ TYPED_TEST(DataItemLeafCollOfAny, KeepsItsValuesWhenItIsAssignedToItself)
   EXPECT_EQ(coll.getColl(), this->_three);
 }
 
-TYPED_TEST(DataItemLeafCollOf, FilesItsSizeAndItsValuesAndIsReadAsItIsFiled)
+TYPED_TEST(DataItemLeafCollOf, StoresItsSizeAndItsValuesAndIsReadAsItIsStored)
 {
-  expectFiled<TypeParam, HandWrittenXml>(this->_three);
-  expectFiled<TypeParam, HandWrittenBinary>(this->_three);
+  expectStored<TypeParam, HandWrittenXml>(this->_three);
+  expectStored<TypeParam, HandWrittenBinary>(this->_three);
 }
 
-TYPED_TEST(DataItemLeafCollOf, FilesItsSizeAloneWhenEmpty)
+TYPED_TEST(DataItemLeafCollOf, StoresItsSizeAloneWhenEmpty)
 {
-  expectFiled<TypeParam, HandWrittenXml>({});
-  expectFiled<TypeParam, HandWrittenBinary>({}); // with a block of 0 bytes but for bool, strings and paths
+  expectStored<TypeParam, HandWrittenXml>({});
+  expectStored<TypeParam, HandWrittenBinary>({}); // with a block of 0 bytes but for bool, strings and paths
 }
 
 TYPED_TEST(DataItemLeafCollOfAny, HoldsWhatIsReadOnlyWhateverItHeld)
@@ -369,10 +329,9 @@ class ArchivedDataItemLeafColl : public ::testing::Test
 {
 };
 
-using Formats = ::testing::Types<HandWrittenXml, HandWrittenBinary>;
 TYPED_TEST_SUITE(ArchivedDataItemLeafColl, Formats, );
 
-TYPED_TEST(ArchivedDataItemLeafColl, OfBoolIsFiledAndReadBitForBit)
+TYPED_TEST(ArchivedDataItemLeafColl, OfBoolIsStoredAndReadBitForBit)
 {
   for (const std::size_t size : {0U, 1U, 63U, 64U, 65U}) // words have 64 bits
     for (const bool last : {false, true})
@@ -388,7 +347,7 @@ TYPED_TEST(ArchivedDataItemLeafColl, OfBoolIsFiledAndReadBitForBit)
     }
 }
 
-TYPED_TEST(ArchivedDataItemLeafColl, FilesTheVersionsOnceForCollectionsOfAllTypes)
+TYPED_TEST(ArchivedDataItemLeafColl, StoresTheVersionsOnceForCollectionsOfAllTypes)
 {
   auto expected = startOfFirst<ipInt16, TypeParam>();
   putColl<ipInt16>(expected, {-300, 300});
@@ -418,6 +377,12 @@ TYPED_TEST(ArchivedDataItemLeafColl, OfBoolDropsItsBitsBeforeItReads)
   EXPECT_THROW(readStart<TypeParam>(file.file(), [&](BaseIArchive& archive) { coll.read(archive); }),
                ORVELSerializationException);
   EXPECT_EQ(coll.getColl(), (std::vector<bool>{true, false, false, false})); // new bits are false
+
+  auto withoutCount = startOfFirst<ipBool, TypeParam>();
+  withoutCount.text("_coll", "no section");
+  EXPECT_THROW(readStart<TypeParam>(withoutCount.file(), [&](BaseIArchive& archive) { coll.read(archive); }),
+               ORVELSerializationException);
+  EXPECT_TRUE(coll.isEmpty());
 }
 
 TEST(DataItemLeafColl, IsReadIntoPlaceElementByElement)

@@ -2,11 +2,8 @@
 
 #include <functional>
 #include <map>
-#include <memory>
-#include <new>
 #include <set>
 #include <sstream>
-#include <stdexcept>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -20,16 +17,12 @@
 #include <ORVELBaseData/DataItem/Leaf/DataItemLeaf.h>
 #include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELSerialization/ItemOperators.h>
-#include <ORVELSerialization/ORVELSerializationException.h>
-#include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/FailingAllocation.h>
 #include <support/HandWrittenArchive.h>
-#include <support/LayoutChecks.h>
 #include <support/RaisedFailure.h>
 #include <support/SampleNode.h>
-#include <support/Sanitizers.h>
 
-ORVEL_TEST_EXPOSE(ItemMap, &orvel::DataItemMap::_itemMap)
+// What it shares with node collections is tested in ItemHolderTest.cpp.
 
 namespace
 {
@@ -60,41 +53,6 @@ DataItemMap mapOf(const std::vector<std::string>& names)
   for (const std::string& name : names)
     map.insertItem(name, makeNumber(++number));
   return map;
-}
-
-TEST(DataItemMap, IsAnItemThatIsAMap)
-{
-  EXPECT_TRUE((std::is_base_of<BaseDataItem, DataItemMap>::value));
-  EXPECT_EQ(DataItemMap().getDataItemType(), eDataItemType::eDIT_Map);
-}
-
-TEST(DataItemMap, HasItsNameAndVersion)
-{
-  EXPECT_EQ(DataItemMap::getTypeName(), "orvel::DataItemMap");
-  EXPECT_EQ(DataItemMap().getClassName(), "orvel::DataItemMap");
-  EXPECT_EQ(DataItemMap::getVersion(), 1U);
-}
-
-TEST(DataItemMap, IsCreatedEmptyByItsNameAndByItself)
-{
-  const DataItemMap map = mapOf({"a"});
-  const std::unique_ptr<BaseDynamicObject> byName(
-      DynamicObjectFactory::getInstance().createNew("orvel::DataItemMap"));
-  EXPECT_TRUE(dynamic_cast<const DataItemMap&>(*byName).isEmpty());
-  const std::unique_ptr<BaseDynamicObject> byItself(map.createNew());
-  EXPECT_TRUE(dynamic_cast<const DataItemMap&>(*byItself).isEmpty());
-  EXPECT_TRUE(dynamic_cast<const DataItemMap&>(*map.createShared()).isEmpty());
-}
-
-TEST(DataItemMap, AddsNoVirtualOperationAndOneField)
-{
-  EXPECT_EQ(vtableIndexOf(&DataItemMap::getDataItemType), 12U);
-  if (!isSanitized) // the sanitizer widens the table
-  {
-    EXPECT_EQ(vtableSizeOf(DataItemMap()), 13U);
-  }
-  EXPECT_EQ(offsetOf(memberOf(ItemMap())), 8);
-  EXPECT_EQ(sizeof(DataItemMap), 8 + sizeof(std::map<std::string, DataItemPtr>));
 }
 
 TEST(DataItemMap, IsEmptyAtFirst)
@@ -290,136 +248,6 @@ TEST(DataItemMap, RefusesANullPointerUnderANewNameAndUnderATakenOne)
 
 // Copies
 
-/// Checks that a copy of a tree equals it, holds new items that nobody else holds, and stays as it is.
-template <class Copy>
-void expectDeep(Copy copyOf)
-{
-  // A number, and a map that holds another number.
-  const NumberPtr number = makeNumber(3);
-  const auto inner = boost::make_shared<DataItemMap>();
-  inner->insertItem("number", makeNumber(3));
-  DataItemMap tree;
-  tree.insertItem("inner", inner);
-  tree.insertItem("number", number);
-
-  const boost::shared_ptr<const DataItemMap> copied = copyOf(tree);
-  EXPECT_TRUE(orvel::equal(tree, *copied, 0.0));
-  EXPECT_EQ(copied->getItemNames(), (Names{"inner", "number"}));
-  const auto& innerCopied = dynamic_cast<const DataItemMap&>(copied->getItem("inner"));
-  EXPECT_NE(copied->getItemPtr("number"), number);
-  EXPECT_NE(copied->getItemPtr("inner"), inner);
-  EXPECT_NE(innerCopied.getItemPtr("number"), inner->getItemPtr("number"));
-  EXPECT_EQ(copied->getItemPtr("number").use_count(), 2); // the map's and this one
-  EXPECT_EQ(copied->getItemPtr("inner").use_count(), 2);
-  EXPECT_EQ(innerCopied.getItemPtr("number").use_count(), 2);
-
-  number->setValue(4);
-  dynamic_cast<DataItemLeaf<ipInt32>&>(inner->getItem("number")).setValue(5);
-  tree.removeItem("inner");
-  EXPECT_EQ(copied->getSize(), 2U);
-  EXPECT_EQ(numberOf(copied->getItem("number")), 3);
-  EXPECT_EQ(numberOf(innerCopied.getItem("number")), 3);
-}
-
-TEST(DataItemMap, IsCopiedDeeply)
-{
-  expectDeep(
-      [](const DataItemMap& tree)
-      {
-        auto copy = boost::make_shared<DataItemMap>();
-        copy->copy(tree);
-        return copy;
-      });
-}
-
-TEST(DataItemMap, IsCopyConstructedDeeply)
-{
-  expectDeep([](const DataItemMap& tree) { return boost::make_shared<DataItemMap>(tree); });
-}
-
-TEST(DataItemMap, IsAssignedDeeply)
-{
-  expectDeep(
-      [](const DataItemMap& tree)
-      {
-        auto copy = boost::make_shared<DataItemMap>();
-        EXPECT_EQ(&(*copy = tree), copy.get());
-        return copy;
-      });
-}
-
-TEST(DataItemMap, IsDuplicatedDeeply)
-{
-  expectDeep([](const DataItemMap& tree)
-             { return boost::shared_ptr<DataItemMap>(dynamic_cast<DataItemMap*>(tree.duplicate())); });
-}
-
-TEST(DataItemMap, IsDuplicatedDeeplyUnderASharedPointer)
-{
-  EXPECT_TRUE(DataItemMap().hasCopySupport());
-  expectDeep([](const DataItemMap& tree)
-             { return boost::dynamic_pointer_cast<DataItemMap>(tree.duplicateShared()); });
-}
-
-/// Replaces what makes new objects, but not what makes duplicates.
-class DerivedMap : public DataItemMap
-{
-public:
-  BaseDynamicObject* createNew() const override { return new DerivedMap; }
-  DynamicObjectPtr createShared() const override { return boost::make_shared<DerivedMap>(); }
-};
-
-TEST(DataItemMap, IsDuplicatedAsItsOwnClass)
-{
-  DerivedMap map;
-  map.insertItem("a", makeNumber(3));
-  const std::unique_ptr<BaseDynamicObject> owned(map.duplicate());
-  const DynamicObjectPtr shared = map.duplicateShared();
-  for (const BaseDynamicObject* const duplicate : {owned.get(), shared.get()})
-  {
-    EXPECT_EQ(dynamic_cast<const DerivedMap*>(duplicate), nullptr);
-    EXPECT_EQ(numberOf(dynamic_cast<const DataItemMap&>(*duplicate).getItem("a")), 3);
-  }
-}
-
-TEST(DataItemMap, MakesTwoItemsOfOneUnderTwoNamesWhenItIsCopied)
-{
-  DataItemMap map;
-  const NumberPtr number = makeNumber(3);
-  map.insertItem("a", number);
-  map.insertItem("b", number);
-  const DataItemMap copy(map);
-  EXPECT_NE(copy.getItemPtr("a"), copy.getItemPtr("b"));
-}
-
-TEST(DataItemMap, DropsWhatItHeldWhenItIsAssigned)
-{
-  DataItemMap map = mapOf({"a", "b"});
-  const DataItemPtr kept = map.getItemPtr("a");
-  const boost::weak_ptr<BaseDataItem> other = map.getItemPtr("b");
-  map = mapOf({"b", "c"});
-  EXPECT_EQ(map.getItemNames(), (Names{"b", "c"}));
-  EXPECT_EQ(kept.use_count(), 1);
-  EXPECT_TRUE(other.expired());
-}
-
-TEST(DataItemMap, IsEmptyAfterAnAssignmentToItself)
-{
-  DataItemMap map = mapOf({"a", "b"});
-  const boost::weak_ptr<BaseDataItem> item = map.getItemPtr("a");
-  const DataItemMap& same = map;
-  map = same;
-  EXPECT_TRUE(map.isEmpty());
-  EXPECT_TRUE(item.expired());
-}
-
-TEST(DataItemMap, IsEmptyAfterACopyOfItself)
-{
-  DataItemMap map = mapOf({"a", "b"});
-  map.copy(map);
-  EXPECT_TRUE(map.isEmpty());
-}
-
 TEST(DataItemMap, IsEmptyWhenItIsConstructedFromItself)
 {
   alignas(DataItemMap) unsigned char storage[sizeof(DataItemMap)] = {};
@@ -456,47 +284,6 @@ TEST(DataItemMap, HoldsWhatItHeldAtItsTurnWhenItIsMadeACopyOfAMapAroundIt)
   EXPECT_EQ(outer.getItemPtr("inner"), inner);
 }
 
-/// Cannot be duplicated.
-class Unique : public DataItemLeaf<ipInt32>
-{
-public:
-  BaseDynamicObject* duplicate() const override { throw std::runtime_error("there is one only"); }
-};
-
-TEST(DataItemMap, HoldsWhatWasCopiedBeforeADuplicateThrew)
-{
-  DataItemMap source = mapOf({"a", "b", "d"});
-  source.insertItem("c", boost::make_shared<Unique>());
-  DataItemMap target = mapOf({"b", "x", "y"});
-  EXPECT_THROW(target = source, std::runtime_error);
-  EXPECT_EQ(target.getItemNames(), (Names{"a", "b"}));
-  EXPECT_EQ(numberOf(target.getItem("b")), 2);
-  EXPECT_EQ(source.getItemNames(), (Names{"a", "b", "c", "d"}));
-}
-
-TEST(DataItemMap, LeaksNothingWhenADuplicateThrows)
-{
-  DataItemMap source = mapOf({"a", "c"});
-  source.insertItem("b", boost::make_shared<Unique>());
-  const std::ptrdiff_t nbBlocks = getNbBlocksInUse();
-  EXPECT_THROW(source.duplicate(), std::runtime_error);
-  EXPECT_EQ(getNbBlocksInUse(), nbBlocks);
-  EXPECT_THROW(source.duplicateShared(), std::runtime_error);
-  EXPECT_EQ(getNbBlocksInUse(), nbBlocks);
-  EXPECT_THROW(const DataItemMap copy(source), std::runtime_error);
-  EXPECT_EQ(getNbBlocksInUse(), nbBlocks);
-}
-
-TEST(DataItemMap, LeaksNothingWhenACopyRunsOutOfMemory)
-{
-  const DataItemMap map = mapOf({"a", std::string(100, 'b')});
-  const std::ptrdiff_t nbBlocks = getNbBlocksInUse();
-  // The map; for each item a leaf, its count, an entry; a long name.
-  EXPECT_EQ(
-      failAtEachAllocation([&] { delete map.duplicate(); }, [&] { EXPECT_EQ(getNbBlocksInUse(), nbBlocks); }),
-      8U);
-}
-
 TEST(DataItemMap, KeepsItsItemsWhenAnInsertionRunsOutOfMemory)
 {
   DataItemMap map = mapOf({"a"});
@@ -518,7 +305,6 @@ class ArchivedDataItemMap : public ::testing::Test
 {
 };
 
-using Formats = ::testing::Types<HandWrittenXml, HandWrittenBinary>;
 TYPED_TEST_SUITE(ArchivedDataItemMap, Formats, );
 
 template <class HandWritten>
@@ -603,7 +389,7 @@ void readMap(const std::string& file, DataItemMap& map)
                         });
 }
 
-TYPED_TEST(ArchivedDataItemMap, FilesItsSizeAndItsItemsInTheOrderOfTheirNames)
+TYPED_TEST(ArchivedDataItemMap, StoresItsSizeAndItsItemsInTheOrderOfTheirNames)
 {
   auto expected = startOfFirst<TypeParam>(3);
   putNumber(expected, "B", 2, true);
@@ -613,14 +399,7 @@ TYPED_TEST(ArchivedDataItemMap, FilesItsSizeAndItsItemsInTheOrderOfTheirNames)
   EXPECT_EQ(fileOfMap<TypeParam>(mapOf({"a", "B", "aa"})), expected.file());
 }
 
-TYPED_TEST(ArchivedDataItemMap, FilesASizeAloneWhenEmpty)
-{
-  auto expected = startOfFirst<TypeParam>(0);
-  closeMap(expected);
-  EXPECT_EQ(fileOfMap<TypeParam>(DataItemMap()), expected.file());
-}
-
-TYPED_TEST(ArchivedDataItemMap, FilesTheVersionsOnceForMapsWithinMaps)
+TYPED_TEST(ArchivedDataItemMap, StoresTheVersionsOnceForMapsWithinMaps)
 {
   auto expected = startOfFirst<TypeParam>(1);
   openEntry(expected, "inner");
@@ -634,19 +413,6 @@ TYPED_TEST(ArchivedDataItemMap, FilesTheVersionsOnceForMapsWithinMaps)
   DataItemMap map;
   map.insertItem("inner", boost::make_shared<DataItemMap>(mapOf({"a"})));
   EXPECT_EQ(fileOfMap<TypeParam>(map), expected.file());
-}
-
-TYPED_TEST(ArchivedDataItemMap, IsReadAsItIsFiled)
-{
-  auto file = startOfFirst<TypeParam>(2);
-  putNumber(file, "a", 7, true);
-  putNumber(file, "b", 8);
-  closeMap(file);
-  DataItemMap map;
-  readMap<TypeParam>(file.file(), map);
-  EXPECT_EQ(map.getItemNames(), (Names{"a", "b"}));
-  EXPECT_EQ(numberOf(map.getItem("a")), 7);
-  EXPECT_EQ(numberOf(map.getItem("b")), 8);
 }
 
 TYPED_TEST(ArchivedDataItemMap, ComesBackWithAllThatItHeld)
@@ -675,24 +441,6 @@ TYPED_TEST(ArchivedDataItemMap, ComesBackUnderNamesOfAnyBytes)
   EXPECT_TRUE(orvel::equal(map, found, 0.0));
 }
 
-TYPED_TEST(ArchivedDataItemMap, BringsAnItemUnderTwoNamesBackAsOne)
-{
-  DataItemMap map;
-  const NumberPtr number = makeNumber(3);
-  map.insertItem("a", number);
-  map.insertItem("b", number);
-  auto expected = startOfFirst<TypeParam>(2);
-  putNumber(expected, "a", 3, true);
-  openEntry(expected, "b");
-  expected.reference("pObject", 1);
-  closeEntry(expected);
-  closeMap(expected);
-  EXPECT_EQ(fileOfMap<TypeParam>(map), expected.file());
-  DataItemMap found;
-  readMap<TypeParam>(expected.file(), found);
-  EXPECT_EQ(found.getItemPtr("a"), found.getItemPtr("b"));
-}
-
 TYPED_TEST(ArchivedDataItemMap, ThatHoldsItselfComesBackThatWay)
 {
   const auto map = boost::make_shared<DataItemMap>();
@@ -705,48 +453,6 @@ TYPED_TEST(ArchivedDataItemMap, ThatHoldsItselfComesBackThatWay)
   EXPECT_EQ(found->getItemPtr("self"), found);
   found->clear();
   EXPECT_EQ(found.use_count(), 1);
-}
-
-TYPED_TEST(ArchivedDataItemMap, DropsItsItemsBeforeItReads)
-{
-  auto file = startOfFirst<TypeParam>(1);
-  putNumber(file, "a", 7, true);
-  closeMap(file);
-  DataItemMap map = mapOf({"a", "b"});
-  const DataItemPtr kept = map.getItemPtr("a");
-  const boost::weak_ptr<BaseDataItem> other = map.getItemPtr("b");
-  readMap<TypeParam>(file.file(), map);
-  EXPECT_EQ(map.getItemNames(), Names{"a"});
-  EXPECT_EQ(numberOf(map.getItem("a")), 7);
-  EXPECT_EQ(kept.use_count(), 1); // the reference of the map is gone
-  EXPECT_EQ(numberOf(*kept), 1);
-  EXPECT_TRUE(other.expired());
-}
-
-template <class HandWritten, class Put>
-void expectEmptiedByAnArchive(Put put)
-{
-  HandWritten file;
-  putVersion(file, "orvel::BaseDataItem", 1);
-  putVersion(file, "orvel::DataItemMap", 1);
-  put(file);
-  DataItemMap map = mapOf({"a", "b"});
-  EXPECT_THROW(readStart<HandWritten>(file.file(), [&](BaseIArchive& archive) { map.read(archive); }),
-               ORVELSerializationException);
-  EXPECT_TRUE(map.isEmpty());
-}
-
-TYPED_TEST(ArchivedDataItemMap, DropsItsItemsAlsoIfTheNewOnesCannotEvenBeCounted)
-{
-  expectEmptiedByAnArchive<TypeParam>([](TypeParam& file) { file.integer("_itemMap", 2); }); // no section
-  expectEmptiedByAnArchive<TypeParam>(
-      [](TypeParam& file)
-      {
-        file.openSection("_itemMap");
-        file.openSection("map");
-        file.text("size", "many");
-        closeMap(file);
-      });
 }
 
 TYPED_TEST(ArchivedDataItemMap, KeepsTheLastItemOfARepeatedName)
@@ -764,7 +470,7 @@ TYPED_TEST(ArchivedDataItemMap, KeepsTheLastItemOfARepeatedName)
   EXPECT_EQ(numberOf(map.getItem("b")), 4);
 }
 
-TYPED_TEST(ArchivedDataItemMap, TakesANullPointerFromAnArchiveAndFilesItAgain)
+TYPED_TEST(ArchivedDataItemMap, TakesANullPointerFromAnArchiveAndStoresItAgain)
 {
   auto file = startOfFirst<TypeParam>(2);
   putNumber(file, "a", 7, true);
@@ -787,65 +493,6 @@ TYPED_TEST(ArchivedDataItemMap, TakesANullPointerFromAnArchiveAndFilesItAgain)
   EXPECT_EQ(map.getItemNames(), Names{"a"});
 }
 
-/// A number, then an entry "b" of a shared object that `put` files, then a number.
-template <class HandWritten, class Put>
-std::string archiveWithAStrangerOf(const std::string& className, Put put)
-{
-  auto file = startOfFirst<HandWritten>(3);
-  putNumber(file, "a", 7, true);
-  openEntry(file, "b");
-  file.openPointer("pObject", className);
-  put(file);
-  file.close();
-  closeEntry(file);
-  putNumber(file, "c", 9);
-  closeMap(file);
-  return file.file();
-}
-
-void expectFirstNumberOnly(const DataItemMap& map)
-{
-  EXPECT_EQ(map.getItemNames(), Names{"a"});
-  EXPECT_EQ(numberOf(map.getItem("a")), 7);
-}
-
-TYPED_TEST(ArchivedDataItemMap, NamesAnUnregisteredClassAndHoldsWhatWasReadBeforeIt)
-{
-  const std::string file = archiveWithAStrangerOf<TypeParam>("orvel::NobodyKnowsThis", [](TypeParam& archive)
-                                                             { archive.integer("_value", 1); });
-  std::istringstream stream(file);
-  typename TypeParam::IArchive archive(stream);
-  DataItemMap map = mapOf({"x"});
-  const auto failure = failureOf<ORVELSerializationException>([&] { map.read(archive); });
-  EXPECT_NE(failure.getMessage().find("unknown class \"orvel::NobodyKnowsThis\""), std::string::npos)
-      << failure.getMessage();
-  expectFirstNumberOnly(map);
-  EXPECT_TRUE(archive.isFailed());
-}
-
-TYPED_TEST(ArchivedDataItemMap, NamesAClassThatDoesNotFitWhenUntrusted)
-{
-  const std::string file =
-      archiveWithAStrangerOf<TypeParam>("orvel::SingleIdentifier",
-                                        [](TypeParam& archive)
-                                        {
-                                          putVersion(archive, "orvel::BaseIdentifier", 1);
-                                          putVersion(archive, "orvel::SingleIdentifier", 1);
-                                          archive.integer("_value", 1);
-                                        });
-  std::istringstream stream(file);
-  typename TypeParam::IArchive archive(stream);
-  archive.setUntrusted(true);
-  DataItemMap map = mapOf({"x"});
-  const auto failure = failureOf<ORVELSerializationException>([&] { map.read(archive); });
-  EXPECT_NE(failure.getMessage().find(
-                "an object of class orvel::SingleIdentifier can't stand for class orvel::BaseDataItem"),
-            std::string::npos)
-      << failure.getMessage();
-  expectFirstNumberOnly(map);
-  EXPECT_TRUE(archive.isFailed());
-}
-
 TYPED_TEST(ArchivedDataItemMap, TakesAllKindsOfItemsWhenUntrusted)
 {
   DataItemMap map = mapOf({"a"});
@@ -858,52 +505,6 @@ TYPED_TEST(ArchivedDataItemMap, TakesAllKindsOfItemsWhenUntrusted)
   EXPECT_TRUE(found.read(archive));
   archive.close();
   EXPECT_TRUE(orvel::equal(map, found, 0.0));
-}
-
-TYPED_TEST(ArchivedDataItemMap, LetsTheFailureOfAnItemOutAndHoldsWhatWasReadBeforeIt)
-{
-  const std::string file =
-      archiveWithAStrangerOf<TypeParam>("orvel::BaseDataItemEnumLeaf",
-                                        [](TypeParam& archive)
-                                        {
-                                          putVersion(archive, "orvel::BaseDataItemEnumLeaf", 1);
-                                          archive.text("enumValue", "eC_Red");
-                                        });
-  DataItemMap map = mapOf({"x"});
-  EXPECT_EQ(messageOf<ORVELBaseDataException>(
-                [&] { readStart<TypeParam>(file, [&](BaseIArchive& archive) { map.read(archive); }); }),
-            "Invalid enumerate string value eC_Red for enumerate ");
-  expectFirstNumberOnly(map);
-}
-
-TYPED_TEST(ArchivedDataItemMap, RefusesANewerVersionAndKeepsItsItems)
-{
-  TypeParam file;
-  putVersion(file, "orvel::BaseDataItem", 1);
-  putVersion(file, "orvel::DataItemMap", 2);
-  openMap(file, 0);
-  closeMap(file);
-  DataItemMap map = mapOf({"x"});
-  EXPECT_EQ(messageOf<ORVELSerializationException>(
-                [&]
-                { readStart<TypeParam>(file.file(), [&](BaseIArchive& archive) { map.read(archive); }); }),
-            "Version 2 of class orvel::DataItemMap is not supported, the highest supported version is 1");
-  EXPECT_EQ(map.getItemNames(), Names{"x"});
-}
-
-TYPED_TEST(ArchivedDataItemMap, LeaksNothingWhenReadingRunsOutOfMemory)
-{
-  const std::string file = fileOfMap<TypeParam>(mapOf({"a", std::string(100, 'b')}));
-  const auto read = [&]
-  {
-    DataItemMap map;
-    std::istringstream stream(file);
-    typename TypeParam::IArchive archive(stream);
-    map.read(archive);
-  };
-  read(); // what is made once and kept
-  const std::ptrdiff_t nbBlocks = getNbBlocksInUse();
-  EXPECT_GT(failAtEachAllocation(read, [&] { EXPECT_EQ(getNbBlocksInUse(), nbBlocks); }), 8U);
 }
 
 } // namespace
