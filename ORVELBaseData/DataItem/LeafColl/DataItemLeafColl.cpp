@@ -2,6 +2,7 @@
 
 #include <type_traits>
 
+#include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/SerializableClassDefinitions.h>
 
 namespace orvel
