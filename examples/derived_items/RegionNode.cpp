@@ -5,10 +5,12 @@
 #include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/SerializableClassDefinitions.h>
 
-namespace orvel
+namespace mylab
 {
 
-ORVEL_DEFINE_SERIALIZABLE(RegionNode, BaseDataItemNode, 1)
+using namespace orvel;
+
+ORVEL_DEFINE_SERIALIZABLE_AS(RegionNode, "mylab::RegionNode", BaseDataItemNode, 1)
 
 namespace
 {
@@ -84,4 +86,4 @@ void RegionNode::readMembers(BaseIArchive& archive, ipUInt32 /*version*/)
   archive >> SerializationIItem<BaseSerializationObject>("nbLines", _nbLines);
 }
 
-} // namespace orvel
+} // namespace mylab

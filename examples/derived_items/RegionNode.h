@@ -3,11 +3,14 @@
 #include <ORVELBaseData/DataItem/Leaf/DataItemLeaf.h>
 #include <ORVELBaseData/DataItem/Node/BaseDataItemNode.h>
 
-namespace orvel
+namespace mylab
 {
 
 /// \brief Node of a part of an image: its first line and the number of lines.
-class RegionNode : public BaseDataItemNode
+///
+/// A class of another namespace than the kit's: its source gives the text by which archives know it, which is
+/// "mylab::RegionNode".
+class RegionNode : public orvel::BaseDataItemNode
 {
   ORVEL_DECLARE_SERIALIZABLE(RegionNode)
 
@@ -18,12 +21,12 @@ public:
   const std::string& getNodeLibraryName() const override;
   const std::string& getToolTip() const override;
   const std::string& getLongToolTip() const override;
-  const ItemNameColl& getItemKeys() const override;
-  ItemInfoConstPtr getItemInfo(const std::string& key) const override;
+  const orvel::ItemNameColl& getItemKeys() const override;
+  orvel::ItemInfoConstPtr getItemInfo(const std::string& key) const override;
 
 private:
-  DataItemLeaf<ipUInt32> _firstLine;
-  DataItemLeaf<ipUInt32> _nbLines;
+  orvel::DataItemLeaf<orvel::ipUInt32> _firstLine;
+  orvel::DataItemLeaf<orvel::ipUInt32> _nbLines;
 };
 
-} // namespace orvel
+} // namespace mylab

@@ -35,7 +35,7 @@ private:
   DataItemLeaf<ipReal64> _sigma;
   DataItemLeaf<boost::filesystem::path> _mask;
   DataItemLeafColl<ipReal32> _weights;
-  RegionNode _region;
+  mylab::RegionNode _region;
 };
 
 } // namespace orvel

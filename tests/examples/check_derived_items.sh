@@ -50,6 +50,7 @@ END
   )
 done
 expect 0 compare tree.xml tree.bin 0 <<<"equal"
+grep -q '<section name="mylab::RegionNode">' tree.xml # a class of another namespace keeps its own name
 
 expect 1 change tree.xml rounds 256 none.xml <<<'tree: "256" is no value of this type'
 sed 's/ipUInt8/ipUInt64/' tree.xml >wide.xml
