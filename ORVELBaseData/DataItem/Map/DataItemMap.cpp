@@ -1,7 +1,6 @@
 #include "ORVELBaseData/DataItem/Map/DataItemMap.h"
 
 #include <ORVELBaseData/DataItem/DataItemLogMessages.h>
-#include <ORVELBaseData/Private/Duplication.h>
 #include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/SerializableClassDefinitions.h>
 
@@ -101,7 +100,7 @@ void DataItemMap::copyMembers(const DataItemMap& other)
     const auto& [name, item] = *next++;
     if (next != end)
       details::prefetch(next->second); // fetched while this item is copied
-    _itemMap.emplace_hint(_itemMap.end(), name, details::duplicateItem(*item));
+    _itemMap.emplace_hint(_itemMap.end(), name, DataItemPtr(static_cast<BaseDataItem*>(item->duplicate())));
   }
 }
 

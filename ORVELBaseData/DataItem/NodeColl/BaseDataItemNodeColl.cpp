@@ -1,7 +1,6 @@
 #include "ORVELBaseData/DataItem/NodeColl/BaseDataItemNodeColl.h"
 
 #include <ORVELBaseData/DataItem/DataItemLogMessages.h>
-#include <ORVELBaseData/Private/Duplication.h>
 #include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/SerializableClassDefinitions.h>
 
@@ -54,7 +53,7 @@ void BaseDataItemNodeColl::copyMembers(const BaseDataItemNodeColl& other)
   previous.swap(_coll);
   _coll.reserve(other._coll.size());
   for (const DataItemNodePtr& node : other._coll)
-    _coll.push_back(details::duplicateItem(*node));
+    _coll.push_back(DataItemNodePtr(static_cast<BaseDataItemNode*>(node->duplicate())));
 }
 
 void BaseDataItemNodeColl::writeMembers(BaseOArchive& archive) const

@@ -4,7 +4,6 @@
 
 #include <boost/make_shared.hpp>
 
-#include <ORVELBaseData/Private/Duplication.h>
 #include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/SerializableClassDefinitions.h>
 
@@ -80,7 +79,7 @@ void AnyNode::copyMembers(const AnyNode& other)
   _entries.clear();
   _keys.clear();
   for (const auto& [key, entry] : other._entries)
-    setItem(key, details::duplicateItem(*entry.item));
+    setItem(key, DataItemPtr(static_cast<BaseDataItem*>(entry.item->duplicate())));
 }
 
 void AnyNode::writeMembers(BaseOArchive& archive) const
@@ -176,7 +175,8 @@ ItemInfoConstPtr NestNode::getItemInfo(const std::string& key) const
 
 void NestNode::copyMembers(const NestNode& other)
 {
-  _inner = other._inner ? details::duplicateItem(*other._inner) : nullptr;
+  _inner =
+      other._inner ? boost::shared_ptr<NestNode>(static_cast<NestNode*>(other._inner->duplicate())) : nullptr;
 }
 
 void NestNode::writeMembers(BaseOArchive& archive) const
