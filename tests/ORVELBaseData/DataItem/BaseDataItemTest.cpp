@@ -153,11 +153,11 @@ TYPED_TEST(DataItemRoot, LeavesTheseOperationsPure)
     EXPECT_EQ(table.isPure(index), std::count(pure.begin(), pure.end(), index) == 1) << index;
 }
 
-template <class SubjectType, class FormatType>
+template <class S, class F>
 struct Case
 {
-  using Subject = SubjectType;
-  using Format = FormatType;
+  using Subject = S;
+  using Format = F;
 };
 
 template <class Case>

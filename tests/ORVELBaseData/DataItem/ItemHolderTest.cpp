@@ -391,33 +391,33 @@ TYPED_TEST(ItemHolder, LeaksNothingWhenMemoryEndsInACopy)
 
 // Archives
 
-template <class SubjectType, class FormatType>
+template <class S, class F>
 struct Case
 {
-  using Subject = SubjectType;
-  using Format = FormatType;
+  using Subject = S;
+  using Format = F;
 };
 
 template <class Case>
 class ArchivedItemHolder : public testing::Test
 {
 protected:
-  using Subject = typename Case::Subject;
-  using Format = typename Case::Format;
-  using Holder = typename Subject::Holder;
+  using SubjectType = typename Case::Subject;
+  using FormatType = typename Case::Format;
+  using Holder = typename SubjectType::Holder;
 
   /// An archive with a version of the class, to its items.
   void start(std::int64_t size, ipUInt32 version = 1)
   {
     putVersion(_archive, "orvel::BaseDataItem", BaseDataItem::getVersion());
-    putVersion(_archive, Subject::className, version);
+    putVersion(_archive, SubjectType::className, version);
     open(size);
   }
 
   void open(std::int64_t size)
   {
-    _archive.openSection(Subject::key);
-    _archive.openSection(Subject::form);
+    _archive.openSection(SubjectType::key);
+    _archive.openSection(SubjectType::form);
     _archive.integer("size", size);
   }
 
@@ -430,9 +430,9 @@ protected:
   /// An entry, which holds what `put` puts into it.
   void putEntry(const std::function<void()>& put)
   {
-    Subject::putKey(_archive, _nbEntries++);
+    SubjectType::putKey(_archive, _nbEntries++);
     _archive.openSection("value");
-    _archive.openSection(std::string("shared_ptr<") + Subject::itemClassName + ">");
+    _archive.openSection(std::string("shared_ptr<") + SubjectType::itemClassName + ">");
     put();
     _archive.close();
     _archive.close();
@@ -504,12 +504,12 @@ protected:
   /// Checks what a holder has when the second of three items cannot be read.
   static void expectTheFirstOfThree(const Holder& holder)
   {
-    EXPECT_EQ(countsOf<Subject>(holder), (Subject::hasPlaceBeforeRead ? Counts{1, 0, 0} : Counts{1}));
+    EXPECT_EQ(countsOf<SubjectType>(holder), (SubjectType::hasPlaceBeforeRead ? Counts{1, 0, 0} : Counts{1}));
   }
 
   static std::string write(const Holder& holder)
   {
-    return fileOf<Format>(
+    return fileOf<FormatType>(
         [&](BaseOArchive& archive)
         {
           const BoolResult written = holder.write(archive);
@@ -520,14 +520,14 @@ protected:
 
   static void read(const std::string& file, Holder& holder, bool isUntrusted = false)
   {
-    readFile<Format>(file,
-                     [&](BaseIArchive& archive)
-                     {
-                       archive.setUntrusted(isUntrusted);
-                       const BoolResult read = holder.read(archive);
-                       EXPECT_TRUE(read);
-                       EXPECT_EQ(read.getMessage(), "");
-                     });
+    readFile<FormatType>(file,
+                         [&](BaseIArchive& archive)
+                         {
+                           archive.setUntrusted(isUntrusted);
+                           const BoolResult read = holder.read(archive);
+                           EXPECT_TRUE(read);
+                           EXPECT_EQ(read.getMessage(), "");
+                         });
   }
 
   /// Checks that a file is refused, and that the archive is marked as failed.
@@ -536,14 +536,14 @@ protected:
   static std::string refusalOf(const std::string& file, Holder& holder, bool isUntrusted = false)
   {
     std::istringstream stream(file);
-    typename Format::IArchive archive(stream);
+    typename FormatType::IArchive archive(stream);
     archive.setUntrusted(isUntrusted);
     std::string message = messageOf<Exception>([&] { holder.read(archive); });
     EXPECT_TRUE(archive.isFailed());
     return message;
   }
 
-  Format _archive;
+  FormatType _archive;
 
 private:
   std::size_t _nbEntries = 0;

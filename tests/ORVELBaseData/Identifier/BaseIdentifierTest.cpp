@@ -263,34 +263,34 @@ TYPED_TEST(ValueIdentifier, KeepsItsValueWhenItIsAssignedToItself)
   EXPECT_EQ(TypeParam::valueOf(identifier), TypeParam::valueOf(TypeParam::first()));
 }
 
-template <class SubjectType, class FormatType>
+template <class S, class F>
 struct Case
 {
-  using Subject = SubjectType;
-  using Format = FormatType;
+  using Subject = S;
+  using Format = F;
 };
 
 template <class Case>
 class ArchivedValueIdentifier : public ::testing::Test
 {
 protected:
-  using Subject = typename Case::Subject;
-  using Format = typename Case::Format;
+  using SubjectType = typename Case::Subject;
+  using FormatType = typename Case::Format;
 
   /// An archive, to the items of the class.
-  static Format start(ipUInt32 version = 1)
+  static FormatType start(ipUInt32 version = 1)
   {
-    Format archive;
+    FormatType archive;
     putVersion(archive, "orvel::BaseIdentifier", BaseIdentifier::getVersion());
-    putVersion(archive, Subject::className, version);
+    putVersion(archive, SubjectType::className, version);
     return archive;
   }
 
   static std::string fileOfBoth()
   {
-    Format archive = start();
-    Subject::putFirst(archive);
-    Subject::putSecond(archive);
+    FormatType archive = start();
+    SubjectType::putFirst(archive);
+    SubjectType::putSecond(archive);
     return archive.file();
   }
 };

@@ -163,24 +163,24 @@ TYPED_TEST(ObjectColl, ReleasesItsObjectsWhenItIsDestroyed)
 
 // Archives
 
-template <class CollType, class FormatType>
+template <class C, class F>
 struct Case
 {
-  using Coll = CollType;
-  using Format = FormatType;
+  using Coll = C;
+  using Format = F;
 };
 
 template <class Case>
 class ObjectCollFile : public testing::Test
 {
 protected:
-  using Coll = typename Case::Coll;
-  using Format = typename Case::Format;
-  using Archive = ObjectCollArchive<Coll, Format>;
+  using CollType = typename Case::Coll;
+  using FormatType = typename Case::Format;
+  using ArchiveType = ObjectCollArchive<CollType, FormatType>;
 
-  static std::string write(const Coll& coll)
+  static std::string write(const CollType& coll)
   {
-    return fileOf<Format>(
+    return fileOf<FormatType>(
         [&](BaseOArchive& archive)
         {
           const BoolResult result = coll.write(archive);
@@ -189,35 +189,35 @@ protected:
         });
   }
 
-  static void read(Coll& coll, const std::string& file)
+  static void read(CollType& coll, const std::string& file)
   {
-    readFile<Format>(file,
-                     [&](BaseIArchive& archive)
-                     {
-                       const BoolResult result = coll.read(archive);
-                       EXPECT_TRUE(result);
-                       EXPECT_EQ(result.getMessage(), "");
-                     });
+    readFile<FormatType>(file,
+                         [&](BaseIArchive& archive)
+                         {
+                           const BoolResult result = coll.read(archive);
+                           EXPECT_TRUE(result);
+                           EXPECT_EQ(result.getMessage(), "");
+                         });
   }
 
-  static void readUntrusted(Coll& coll, const std::string& file)
+  static void readUntrusted(CollType& coll, const std::string& file)
   {
-    readStart<Format>(file,
-                      [&](BaseIArchive& archive)
-                      {
-                        archive.setUntrusted(true);
-                        coll.read(archive);
-                      });
+    readStart<FormatType>(file,
+                          [&](BaseIArchive& archive)
+                          {
+                            archive.setUntrusted(true);
+                            coll.read(archive);
+                          });
   }
 
-  static void expectRefused(Coll& coll, const std::string& file)
+  static void expectRefused(CollType& coll, const std::string& file)
   {
-    EXPECT_THROW(readStart<Format>(file, [&](BaseIArchive& archive) { coll.read(archive); }),
+    EXPECT_THROW(readStart<FormatType>(file, [&](BaseIArchive& archive) { coll.read(archive); }),
                  ORVELSerializationException);
   }
 
   /// Checks the object of a rank.
-  static void expectElement(const Coll& coll, std::size_t rank, ipInt32 structure, ipInt32 data)
+  static void expectElement(const CollType& coll, std::size_t rank, ipInt32 structure, ipInt32 data)
   {
     const Objects objects = coll.getObjects();
     ASSERT_LT(rank, objects.size());
@@ -232,9 +232,9 @@ using Cases = testing::Types<Case<PtrColl, HandWrittenXml>, Case<PtrColl, HandWr
 TYPED_TEST_SUITE(ObjectCollFile, Cases, );
 
 #define ORVEL_TEST_USE_CASE                                                                                  \
-  using Coll [[maybe_unused]] = typename TestFixture::Coll;                                                  \
-  using Format [[maybe_unused]] = typename TestFixture::Format;                                              \
-  using Archive [[maybe_unused]] = typename TestFixture::Archive
+  using Coll [[maybe_unused]] = typename TestFixture::CollType;                                              \
+  using Format [[maybe_unused]] = typename TestFixture::FormatType;                                          \
+  using Archive [[maybe_unused]] = typename TestFixture::ArchiveType
 
 TYPED_TEST(ObjectCollFile, OfNoObjectsHoldsTheirCount)
 {
