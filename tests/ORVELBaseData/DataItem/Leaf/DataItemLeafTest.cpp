@@ -355,7 +355,8 @@ TYPED_TEST(ArchivedDataItemLeaf, RefusesANewerVersionByTheNameOfItsInstance)
   expectRaised<ORVELSerializationException>(
       [&] { leaf.read(archive); },
       {"Version 2 of class orvel::DataItemLeaf<ipInt32> is not supported, the highest supported version is 1",
-       "orvel::BoolResult orvel::DataItemLeaf<T>::read(orvel::BaseIArchive&) [with T = int]",
+       "orvel::BoolResult orvel::DataItemLeaf<T>::read(orvel::BaseIArchive&) [with T = int; "
+       "orvel::BoolResult = orvel::ProcessingResult<bool>]",
        "ORVELBaseData/DataItem/Leaf/DataItemLeaf.cpp"});
   EXPECT_EQ(leaf.getValue(), 7);
   EXPECT_FALSE(archive.isClassVersionRegistred("orvel::DataItemLeaf<ipInt32>"));
