@@ -5,12 +5,14 @@
 #include <utility>
 
 #include <ORVELSerialization/ORVELSerializationLogMessages.h>
+#include <ORVELSerialization/Private/Objects/ClassVersions.h>
 
 namespace orvel
 {
 
 BaseArchive::BaseArchive(std::string name)
   : _name(std::move(name))
+  , _classVersions(std::make_unique<details::ClassVersions>())
 {
 }
 
@@ -18,16 +20,12 @@ BaseArchive::~BaseArchive() = default;
 
 void BaseArchive::registerClassVersion(const std::string& className, ipUInt32 version)
 {
-  const std::size_t number = _classNames.find(className);
-  if (number != details::NameTable::none)
-  {
-    _classVersions[number] = version;
-    return;
-  }
-  _classVersions.reserve(_classVersions.size() +
-                         1); // so that name and version are entered both or not at all
-  _classNames.add(className);
-  _classVersions.push_back(version);
+  _classVersions->set(className, version);
+}
+
+const ipUInt32* BaseArchive::findClassVersion(const std::string& className) const
+{
+  return _classVersions->find(className);
 }
 
 bool BaseArchive::isClassVersionRegistred(const std::string& className) const
@@ -45,7 +43,7 @@ ipUInt32 BaseArchive::getRegisterClassVersion(const std::string& className) cons
 
 void BaseArchive::countUnfilledBytes(ipUInt64 sizeInBytes)
 {
-  checkOpen();
+  checkOpen(ORVEL_HERE);
   if (sizeInBytes > _limits.maxUnfilledBytes - std::min(_nbUnfilledBytes, _limits.maxUnfilledBytes))
   {
     markFailed();
@@ -77,20 +75,19 @@ void BaseArchive::endSection(bool isUnwinding) noexcept
   }
 }
 
-void BaseArchive::raiseNotOpen() const
+void BaseArchive::checkOpen() const
+{
+  checkOpen(ORVEL_HERE);
+}
+
+void BaseArchive::raiseNotOpen(const SourceLocation& here) const
 {
   if (_pendingFailure)
     std::rethrow_exception(std::exchange(_pendingFailure, nullptr));
-  raise(ORVEL_HERE,
+  raise(here,
         _state == State::closed ? eORVELSerializationMessage::eClosed
                                 : eORVELSerializationMessage::eFailedBefore,
         _name, getPlace());
-}
-
-void BaseArchive::raiseTooDeep()
-{
-  markFailed();
-  raise(ORVEL_HERE, eORVELSerializationMessage::eTooDeep, _name, getPlace(), _limits.maxDepth);
 }
 
 ArchiveSectionManager::ArchiveSectionManager(BaseArchive& archive, const std::string& name)
@@ -102,7 +99,8 @@ ArchiveSectionManager::ArchiveSectionManager(BaseArchive& archive, const std::st
 
 ArchiveSectionManager::~ArchiveSectionManager()
 {
-  _archive.endSection(std::uncaught_exceptions() > _nbExceptions);
+  if (_isOpen)
+    _archive.endSection(std::uncaught_exceptions() > _nbExceptions);
 }
 
 } // namespace orvel

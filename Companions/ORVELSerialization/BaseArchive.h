@@ -3,17 +3,15 @@
 /// \file
 /// \brief Common base of both archive directions, and the guard of its sections.
 
-#include <algorithm>
 #include <exception>
+#include <memory>
 #include <string>
 #include <string_view>
-#include <utility>
-#include <vector>
 
 #include <ORVELSerialization/ArchiveLimits.h>
-#include <ORVELSerialization/NameTable.h>
 #include <ORVELSerialization/ORVELSerializationExport.h>
 #include <ORVELUtil/ScalarTypes.h>
+#include <ORVELUtil/SourceLocation.h>
 
 namespace orvel
 {
@@ -21,8 +19,8 @@ namespace orvel
 namespace details
 {
 struct ArchiveAccess;
+class ClassVersions;
 class ObjectGuard;
-class SectionScope;
 } // namespace details
 
 /// \brief Common base of the archives: class versions, sections, limits, and the state after a failure.
@@ -37,7 +35,7 @@ public:
   BaseArchive(const BaseArchive&) = delete;
   BaseArchive& operator=(const BaseArchive&) = delete;
 
-  /// \brief Tell whether the archive files every element under its own key; else it takes vectors of
+  /// \brief Tell whether the archive stores every element under its own key; if not, it takes vectors of
   /// numbers as raw blocks. Fixed by the concrete archive.
   virtual bool isElementWise() const = 0;
 
@@ -53,11 +51,7 @@ public:
 
   /// \brief Return the recorded version, null if none is recorded; valid until the next call that records
   /// one.
-  const ipUInt32* findClassVersion(const std::string& className) const
-  {
-    const std::size_t number = _classNames.find(className);
-    return number == details::NameTable::none ? nullptr : &_classVersions[number];
-  }
+  const ipUInt32* findClassVersion(const std::string& className) const;
 
   /// \brief Return the recorded version.
   /// \throw std::out_of_range naming the class if none is recorded: ask isClassVersionRegistred() first
@@ -83,7 +77,7 @@ public:
 protected:
   explicit BaseArchive(std::string name);
 
-  /// \brief Open a section within the present one; the name informs readers of the file.
+  /// \brief Open a section within the present one; the name is for people who read the file.
   virtual void openSection(std::string_view name) = 0;
 
   /// \brief Close the innermost section. Does nothing to the file once the archive has failed.
@@ -98,90 +92,47 @@ protected:
   virtual std::string getPlace() const = 0;
 
   /// \brief Raise unless the archive is open.
-  void checkOpen() const
+  void checkOpen() const;
+
+  /// \brief Raise in the name of `here` unless the archive is open.
+  void checkOpen(const SourceLocation& here) const
   {
     if (_state != State::open)
-      raiseNotOpen();
+      raiseNotOpen(here);
   }
 
   /// \brief Refuse every further use.
   void markFailed() { _state = State::failed; }
   void markClosed() { _state = State::closed; }
 
-  /// \brief Counts an object as long as it is being moved; marks the archive failed if that throws.
-  class ORVELSERIALIZATION_EXPORT ObjectScope
-  {
-  public:
-    /// \throw ORVELSerializationException if the limit of objects within objects is reached
-    explicit ObjectScope(BaseArchive& archive)
-      : _archive(archive)
-    {
-      if (archive._depth >= archive._limits.maxDepth)
-        archive.raiseTooDeep();
-      ++archive._depth;
-      _deepestBefore = std::exchange(archive._deepest, archive._depth);
-    }
-    ~ObjectScope()
-    {
-      --_archive._depth;
-      _archive._deepest = std::max(_archive._deepest, _deepestBefore);
-      if (!_finished)
-        _archive.markFailed();
-    }
-    ObjectScope(const ObjectScope&) = delete;
-    ObjectScope& operator=(const ObjectScope&) = delete;
-
-    /// \brief Tell that the object has been moved whole. \return the objects within each other from it down
-    ipUInt32 finish()
-    {
-      _finished = true;
-      return _archive._deepest - _archive._depth + 1;
-    }
-
-  private:
-    BaseArchive& _archive;
-    ipUInt32 _deepestBefore;
-    bool _finished = false;
-  };
-
-  /// \brief Count an object that a reference brings into the present one, with all that it holds.
-  ///
-  /// So references do not make deeper objects than those filed one within the other.
-  /// \param height what finish() returned for it; 0 while it is being moved: a cycle has no depth
-  /// \throw ORVELSerializationException if the limit of objects within objects would be exceeded
-  void countReference(ipUInt32 height)
-  {
-    if (height > _limits.maxDepth - std::min(_depth, _limits.maxDepth))
-      raiseTooDeep();
-    _deepest = std::max(_deepest, _depth + height);
-  }
-
-  ipUInt32 getDepth() const { return _depth; } ///< objects that are being moved, one within the other
+  /// \brief Give up the names of sections: openSection() may then get an empty name in place of one that it
+  /// takes time to make. For the constructor of an archive that does not store them.
+  void ignoreSectionNames() { _ignoresSectionNames = true; }
 
 private:
   friend class ArchiveSectionManager;
   friend class details::ObjectGuard;
-  friend class details::SectionScope;
   friend struct details::ArchiveAccess;
+
   enum class State
   {
     open,
     failed,
     closed
   };
+
   void endSection(bool isUnwinding) noexcept;
-  [[noreturn]] void raiseNotOpen() const;
-  [[noreturn]] void raiseTooDeep();
+  [[noreturn]] void raiseNotOpen(const SourceLocation& here) const;
 
   std::string _name;
   State _state = State::open;
-  ipUInt32 _depth = 0;
+  bool _ignoresSectionNames = false;
+  ipUInt32 _depth = 0;   // objects that are being moved, one within the other
   ipUInt32 _deepest = 0; // depth reached so far within the object that is being moved
   ipUInt64 _nbUnfilledBytes = 0;
   ArchiveLimits _limits;
-  details::NameTable _classNames;
-  std::vector<ipUInt32> _classVersions;       // by number in _classNames
-  mutable std::exception_ptr _pendingFailure; // met while a section was closed, where nothing may be thrown
+  std::unique_ptr<details::ClassVersions> _classVersions;
+  mutable std::exception_ptr _pendingFailure; // of closing a section, where nothing may be thrown
 };
 
 /// \brief Scope guard of a section: the constructor opens it, the destructor closes it.
@@ -202,9 +153,17 @@ public:
   ArchiveSectionManager(const ArchiveSectionManager&) = delete;
   ArchiveSectionManager& operator=(const ArchiveSectionManager&) = delete;
 
+  /// \brief Close the section now, and raise if that fails. The destructor does nothing then.
+  void close()
+  {
+    _isOpen = false;
+    _archive.closeSection();
+  }
+
 private:
   BaseArchive& _archive;
   int _nbExceptions; // in flight when the section was opened
+  bool _isOpen = true;
 };
 
 namespace details
@@ -228,37 +187,6 @@ public:
   ObjectGuard& operator=(const ObjectGuard&) = delete;
 
   void finish() { _isFinished = true; }
-
-private:
-  BaseArchive& _archive;
-  bool _isFinished = false;
-};
-
-/// \brief A section whose end is told: finish() closes it and raises if that fails.
-///
-/// Without finish() the section is left because of an exception. What the item operators use: it spares the
-/// look at the exceptions in flight that ArchiveSectionManager takes twice.
-class SectionScope
-{
-public:
-  SectionScope(BaseArchive& archive, std::string_view name)
-    : _archive(archive)
-  {
-    archive.openSection(name);
-  }
-  ~SectionScope()
-  {
-    if (!_isFinished)
-      _archive.endSection(true);
-  }
-  SectionScope(const SectionScope&) = delete;
-  SectionScope& operator=(const SectionScope&) = delete;
-
-  void finish()
-  {
-    _isFinished = true;
-    _archive.closeSection();
-  }
 
 private:
   BaseArchive& _archive;

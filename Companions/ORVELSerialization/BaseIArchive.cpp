@@ -4,6 +4,8 @@
 #include <limits>
 
 #include <ORVELSerialization/ORVELSerializationLogMessages.h>
+#include <ORVELSerialization/Private/ArchiveAccess.h>
+#include <ORVELSerialization/Private/ArchiveFailure.h>
 #include <ORVELSerialization/Private/Text.h>
 
 namespace orvel
@@ -23,19 +25,32 @@ ipUInt64 saturatedProduct(ipUInt64 a, ipUInt64 b)
 
 void BaseIArchive::checkCount(ipUInt64 count)
 {
-  checkBlock(count, getMinItemSize());
+  checkHolds(count, getMinItemSize(), ORVEL_HERE);
 }
 
 void BaseIArchive::checkBlock(ipUInt64 count, ipUInt64 elementSizeInBytes)
 {
-  checkOpen();
-  if (holds(saturatedProduct(count, elementSizeInBytes)))
-    return;
-  markFailed();
-  raise(ORVEL_HERE, eORVELSerializationMessage::eTooManyElements, getName(), getPlace(), count);
+  checkHolds(count, elementSizeInBytes, ORVEL_HERE);
 }
 
-void BaseIArchive::extendWork(ipUInt64 units)
+void BaseIArchive::checkHolds(ipUInt64 count, ipUInt64 elementSizeInBytes, const SourceLocation& here)
+{
+  checkOpen(here);
+  details::ArchiveAccess::guard(*this, here, eORVELSerializationMessage::eReadFailed,
+                                [&]
+                                {
+                                  if (!holds(saturatedProduct(count, elementSizeInBytes)))
+                                    throw details::ArchiveFailure(
+                                        eORVELSerializationMessage::eTooManyElements, count);
+                                });
+}
+
+void BaseIArchive::spendWork(ipUInt64 units)
+{
+  spendWork(units, ORVEL_HERE);
+}
+
+void BaseIArchive::extendWork(ipUInt64 units, const SourceLocation& here)
 {
   constexpr ipUInt64 start = 4096;
   const ipUInt64 read = saturatedProduct(getPosition(), getLimits().maxWork);
@@ -48,24 +63,22 @@ void BaseIArchive::extendWork(ipUInt64 units)
     _workLeft += granted;
     _workGranted += granted;
   }
-  if (units <= _workLeft)
-    return;
-  markFailed();
-  raise(ORVEL_HERE, eORVELSerializationMessage::eTooMuchWork, getName(), getPlace());
+  if (units > _workLeft)
+    details::ArchiveAccess::fail(*this, here, eORVELSerializationMessage::eTooMuchWork);
 }
 
-void BaseIArchive::raiseInvalidValue(const std::string& text, const std::string& key)
+void BaseIArchive::raiseInvalidValue(const std::string& text, const std::string& key,
+                                     const SourceLocation& here)
 {
-  markFailed();
-  raise(ORVEL_HERE, eORVELSerializationMessage::eInvalidValue, getName(), getPlace(), details::quoted(text),
-        details::quoted(key));
+  details::ArchiveAccess::fail(*this, here, eORVELSerializationMessage::eInvalidValue, details::quoted(text),
+                               details::quoted(key));
 }
 
-void BaseIArchive::raiseWrongClass(const std::string& foundClassName, const std::string& expectedClassName)
+void BaseIArchive::raiseWrongClass(const std::string& foundClassName, const std::string& expectedClassName,
+                                   const SourceLocation& here)
 {
-  markFailed();
-  raise(ORVEL_HERE, eORVELSerializationMessage::eWrongClass, getName(), getPlace(), foundClassName,
-        expectedClassName);
+  details::ArchiveAccess::fail(*this, here, eORVELSerializationMessage::eWrongClass, foundClassName,
+                               expectedClassName);
 }
 
 } // namespace orvel

@@ -4,7 +4,6 @@
 /// \brief Archive that objects are read from.
 
 #include <string>
-#include <string_view>
 
 #include <ORVELSerialization/BaseArchive.h>
 #include <ORVELSerialization/ORVELSerializationExport.h>
@@ -24,7 +23,7 @@ namespace orvel
 class ORVELSERIALIZATION_EXPORT BaseIArchive : public BaseArchive
 {
 public:
-  /// \brief Read raw bytes in the byte order of the machine, exactly as many as were filed.
+  /// \brief Read raw bytes in the byte order of the machine, exactly as many as were written.
   ///
   /// If the archive turns out to be cut short, part of the bytes may have been stored.
   virtual void readBlock(void* data, ipUInt64 sizeInBytes) = 0;
@@ -42,11 +41,11 @@ public:
   /// \brief Read an object in place, through its own `read`: the object keeps its identity.
   virtual void readObject(const std::string& key, BaseSerializationObject& object) = 0;
 
-  /// \brief Let the objects go that the latest readObjectPtr() has made, also from cycles.
+  /// \brief Release the objects created by the latest readObjectPtr(), also from cycles.
   ///
-  /// For a caller that hands them to nobody. Does nothing within the reading of another shared object, whose
-  /// own failure lets all of them go.
-  virtual void letObjectsGo() noexcept {}
+  /// For a caller that does not hand them out. Does nothing within the reading of another shared object,
+  /// whose own failure releases all of them.
+  virtual void releaseObjects() noexcept {}
 
   virtual bool readBool(const std::string& key) = 0;
 
@@ -61,14 +60,14 @@ public:
   virtual void readString(const std::string& key, std::string& value) = 0;
 
   /// \brief Go to the end of the archive and check it.
-  /// \throw ORVELSerializationException if items are left unread, if anything stands behind the end, or if
-  /// the content is not what was written
+  /// \throw ORVELSerializationException if items are left unread, if anything follows the end, or if the
+  /// content is not what was written
   virtual void close() = 0;
 
   /// \brief Turn the run-time check of the classes of shared objects on or off.
   ///
   /// Off by default: a pointer read for `boost::shared_ptr<E>` is converted to E on trust. Turn it on for
-  /// files from elsewhere; an object that is no E then raises.
+  /// files from elsewhere; an object that is not an E then raises.
   void setUntrusted(bool untrusted) { _untrusted = untrusted; }
   bool isUntrusted() const { return _untrusted; }
 
@@ -86,18 +85,15 @@ public:
   /// The archive itself takes one unit for every item, element and reference. Classes whose reading costs
   /// much more than their bytes in the archive suggest take what they cost.
   /// \throw ORVELSerializationException if the budget is spent (\see ArchiveLimits)
-  void spendWork(ipUInt64 units)
-  {
-    if (units >= _workLeft)
-      extendWork(units);
-    _workLeft -= units;
-  }
+  void spendWork(ipUInt64 units);
 
-  /// \brief Raise the failure of a text that is no valid value of an item.
-  [[noreturn]] void raiseInvalidValue(const std::string& text, const std::string& key);
+  /// \brief Raise, in the name of `here`, the failure of a text that is not a valid value of an item.
+  [[noreturn]] void raiseInvalidValue(const std::string& text, const std::string& key,
+                                      const SourceLocation& here);
 
-  /// \brief Raise the failure of an object whose class does not fit.
-  [[noreturn]] void raiseWrongClass(const std::string& foundClassName, const std::string& expectedClassName);
+  /// \brief Raise, in the name of `here`, the failure of an object whose class does not fit.
+  [[noreturn]] void raiseWrongClass(const std::string& foundClassName, const std::string& expectedClassName,
+                                    const SourceLocation& here);
 
 protected:
   using BaseArchive::BaseArchive;
@@ -114,7 +110,14 @@ protected:
 private:
   friend struct details::ArchiveAccess;
 
-  void extendWork(ipUInt64 units);
+  void checkHolds(ipUInt64 count, ipUInt64 elementSizeInBytes, const SourceLocation& here);
+  void spendWork(ipUInt64 units, const SourceLocation& here)
+  {
+    if (units >= _workLeft)
+      extendWork(units, here);
+    _workLeft -= units;
+  }
+  void extendWork(ipUInt64 units, const SourceLocation& here);
 
   bool _untrusted = false;
   ipUInt64 _workLeft = 0;

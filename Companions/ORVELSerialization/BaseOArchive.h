@@ -16,27 +16,24 @@ namespace orvel
 
 /// \brief Archive that objects are written to: a typed, ordered stream of items.
 ///
-/// Classes file their members with `archive << SerializationOItem(key, value)`
-/// (\see ItemOperators.h); the operations below are what those operators call and what a concrete
-/// archive supplies. All of them raise ORVELSerializationException if the archive is not open or cannot
-/// take the value.
+/// Classes write their members with `archive << SerializationOItem(key, value)` (\see ItemOperators.h); the
+/// operations below are what those operators call and what a concrete archive supplies. All of them raise
+/// ORVELSerializationException if the archive is not open or cannot take the value.
 class ORVELSERIALIZATION_EXPORT BaseOArchive : public BaseArchive
 {
 public:
-  /// \brief File raw bytes, in the byte order of the machine; also none.
+  /// \brief Write raw bytes, in the byte order of the machine; sizeInBytes may be 0.
   virtual void writeBlock(const void* data, ipUInt64 sizeInBytes) = 0;
 
-  /// \brief File a shared object under the item's key: its class name and, through its `write`, its
+  /// \brief Write a shared object under the item's key: its class name and, through its `write`, its
   /// content. A second pointer to an object becomes a reference to the first, even if the object has changed
-  /// meanwhile; null is filed as such.
+  /// meanwhile; null is stored as such.
   ///
-  /// The archive keeps every object alive that it has filed, so that no address is met twice.
+  /// Every shared pointer passes through here, also those in containers. The archive keeps every object alive
+  /// that it has written, so that no address is met twice.
   virtual void writeObjectPtr(const SerializationOItem<SerializationObjectPtr>& item) = 0;
 
-  /// \brief Tell whether openSection() has a use for the name.
-  virtual bool filesSectionNames() const { return true; }
-
-  /// \brief File an object in place, through its own `write`: no class name, no identity.
+  /// \brief Write an object in place, through its own `write`: no class name, no identity.
   virtual void writeObject(const std::string& key, const BaseSerializationObject& object) = 0;
 
   virtual void writeBool(const std::string& key, bool value) = 0;

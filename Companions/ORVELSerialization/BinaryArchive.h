@@ -19,12 +19,10 @@ namespace orvel
 
 namespace details
 {
+class BinaryReader;
+class BinaryWriter;
 class InputOrigin;
-class ObjectClass;
-namespace cbor
-{
-struct Head;
-}
+class OutputTarget;
 } // namespace details
 
 /// \brief Writes the binary format: a sequence of CBOR items (RFC 8949, RFC 8742).
@@ -61,7 +59,6 @@ public:
 
   void writeBlock(const void* data, ipUInt64 sizeInBytes) override;
   void writeObjectPtr(const SerializationOItem<SerializationObjectPtr>& item) override;
-  bool filesSectionNames() const override; ///< false
   void writeObject(const std::string& key, const BaseSerializationObject& object) override;
   void writeBool(const std::string& key, bool value) override;
   void writeInteger(const std::string& key, ipInt64 value) override;
@@ -82,16 +79,9 @@ protected:
   std::string getPlace() const override;
 
 private:
-  struct Impl;
+  BinaryOArchive(std::string name, std::unique_ptr<details::OutputTarget> target, const SourceLocation& here);
 
-  BinaryOArchive(std::string name, std::unique_ptr<Impl> impl);
-
-  template <class Operation>
-  void perform(Operation operation);
-  [[noreturn]] void raiseWriteFailed(const char* reason);
-  void putClass(const BaseSerializationObject& object);
-
-  std::unique_ptr<Impl> _impl;
+  std::unique_ptr<details::BinaryWriter> _writer;
 };
 
 /// \brief Reads the binary format. \see BinaryOArchive
@@ -116,7 +106,7 @@ public:
   void readBlock(void* data, ipUInt64 sizeInBytes) override;
   void readObjectPtr(const SerializationIItem<SerializationObjectPtr>& item) override;
   void readObject(const std::string& key, BaseSerializationObject& object) override;
-  void letObjectsGo() noexcept override;
+  void releaseObjects() noexcept override;
   bool readBool(const std::string& key) override;
   ipInt64 readInteger(const std::string& key, ipInt64 minimum, ipInt64 maximum) override;
   ipUInt64 readUnsigned(const std::string& key, ipUInt64 maximum) override;
@@ -135,36 +125,11 @@ protected:
   ipUInt64 getPosition() const override;
 
 private:
-  struct Impl;
-
   friend struct details::ArchiveAccess;
 
-  BinaryIArchive(std::string name, std::unique_ptr<details::InputOrigin> origin);
+  BinaryIArchive(std::string name, std::unique_ptr<details::InputOrigin> origin, const SourceLocation& here);
 
-  template <class Operation>
-  auto perform(Operation operation);
-  [[noreturn]] void raiseReadFailed(const char* reason);
-  [[noreturn]] void raiseCutShort();
-  [[noreturn]] void raiseUnexpected(const char* expected, const std::string& key,
-                                    const details::cbor::Head& found);
-  [[noreturn]] void raiseOutOfRange(const std::string& value, const std::string& key,
-                                    const std::string& minimum, const std::string& maximum);
-  details::cbor::Head readHead();
-  details::cbor::Head readLastHead();
-  [[noreturn]] void raiseReserved();
-  std::string describe(const details::cbor::Head& head);
-  void expectArray(const char* what);
-  void expectArrayEnd(const char* what);
-  [[noreturn]] void raiseNoArray(const char* what);
-  [[noreturn]] void raiseNoArrayEnd(const char* what);
-  void readContent(const details::cbor::Head& head, std::string& content);
-  void readUtf8(const details::cbor::Head& head, std::string& text);
-  void readHeader();
-  void readShared(const SerializationIItem<SerializationObjectPtr>& item);
-  details::ObjectClass& readClass();
-  void skipItem(ipUInt64& nbOpenArrays);
-
-  std::unique_ptr<Impl> _impl;
+  std::unique_ptr<details::BinaryReader> _reader;
 };
 
 } // namespace orvel

@@ -1,6 +1,7 @@
 #include "ORVELSerialization/ItemOperators.h"
 
 #include <ORVELSerialization/DataType.h>
+#include <ORVELSerialization/Private/ArchiveAccess.h>
 
 namespace orvel
 {
@@ -33,48 +34,9 @@ BaseIArchive& operator>>(BaseIArchive& archive, const SerializationIItem<boost::
 
 ORVEL_DEFINE_ENUMERATION_ITEMS(eDataType)
 
-namespace details
+std::string details::nameSharedPtrSection(const BaseOArchive& archive, const std::string& (*getTypeName)())
 {
-
-namespace
-{
-
-/// The section's name, made without a visit to the heap: a section is opened for every shared object.
-class SharedPtrSectionName
-{
-public:
-  explicit SharedPtrSectionName(const std::string& typeName)
-  {
-    constexpr std::string_view prefix = "shared_ptr<";
-    const std::size_t size = prefix.size() + typeName.size() + 1;
-    char* text = _inPlace;
-    if (size > sizeof(_inPlace))
-    {
-      _onHeap.resize(size);
-      text = _onHeap.data();
-    }
-    prefix.copy(text, prefix.size());
-    typeName.copy(text + prefix.size(), typeName.size());
-    text[size - 1] = '>';
-    _name = {text, size};
-  }
-
-  std::string_view get() const { return _name; }
-
-private:
-  char _inPlace[96];
-  std::string _onHeap;
-  std::string_view _name;
-};
-
-} // namespace
-
-SharedPtrSection::SharedPtrSection(BaseOArchive& archive, const std::string& (*getTypeName)())
-  : _section(archive,
-             archive.filesSectionNames() ? SharedPtrSectionName(getTypeName()).get() : std::string_view())
-{
+  return ArchiveAccess::ignoresSectionNames(archive) ? std::string() : "shared_ptr<" + getTypeName() + ">";
 }
-
-} // namespace details
 
 } // namespace orvel

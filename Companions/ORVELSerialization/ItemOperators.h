@@ -51,6 +51,7 @@
 #include <ORVELSerialization/ORVELSerializationExport.h>
 #include <ORVELSerialization/SerializationItem.h>
 #include <ORVELUtil/ScalarTypes.h>
+#include <ORVELUtil/SourceLocation.h>
 
 namespace orvel
 {
@@ -77,17 +78,9 @@ inline constexpr bool isSharedPtr = false;
 template <class E>
 inline constexpr bool isSharedPtr<boost::shared_ptr<E>> = true;
 
-/// \brief Opens section("shared_ptr<" + type name + ">"), or a nameless one if the archive files no names.
-class ORVELSERIALIZATION_EXPORT SharedPtrSection
-{
-public:
-  SharedPtrSection(BaseOArchive& archive, const std::string& (*getTypeName)());
-
-  void finish() { _section.finish(); }
-
-private:
-  SectionScope _section;
-};
+/// \brief Return "shared_ptr<" + type name + ">", or "" if the archive ignores the names of sections.
+ORVELSERIALIZATION_EXPORT std::string nameSharedPtrSection(const BaseOArchive& archive,
+                                                           const std::string& (*getTypeName)());
 
 } // namespace details
 
@@ -168,34 +161,34 @@ operator>>(BaseIArchive& archive, const SerializationIItem<T>& item)
 template <class E>
 BaseOArchive& operator<<(BaseOArchive& archive, const SerializationOItem<boost::shared_ptr<E>>& item)
 {
-  details::SectionScope section(archive, item.getKey());
-  details::SharedPtrSection pointerSection(archive, &E::getTypeName);
+  ArchiveSectionManager section(archive, item.getKey());
+  ArchiveSectionManager pointerSection(archive, details::nameSharedPtrSection(archive, &E::getTypeName));
   // The archive does not change the object; its interface has one pointer type for both directions.
   const SerializationObjectPtr object = boost::const_pointer_cast<std::remove_const_t<E>>(item.getValue());
   archive.writeObjectPtr(SerializationOItem("pObject", object));
-  pointerSection.finish();
-  section.finish();
+  pointerSection.close();
+  section.close();
   return archive;
 }
 
 template <class E>
 BaseIArchive& operator>>(BaseIArchive& archive, const SerializationIItem<boost::shared_ptr<E>>& item)
 {
-  details::SectionScope section(archive, item.getKey());
-  details::SectionScope pointerSection(archive, "shared_ptr<>");
+  ArchiveSectionManager section(archive, item.getKey());
+  ArchiveSectionManager pointerSection(archive, "shared_ptr<>");
   SerializationObjectPtr object;
   archive.readObjectPtr(SerializationIItem("pObject", object));
   try
   {
     if (archive.isUntrusted() && object && dynamic_cast<const E*>(object.get()) == nullptr)
-      archive.raiseWrongClass(object->getClassName(), E::getTypeName());
-    pointerSection.finish();
-    section.finish();
+      archive.raiseWrongClass(object->getClassName(), E::getTypeName(), ORVEL_HERE);
+    pointerSection.close();
+    section.close();
   }
   catch (...)
   {
     object.reset();
-    archive.letObjectsGo(); // nobody is given them
+    archive.releaseObjects(); // nobody is given them
     throw;
   }
   item.getValue() = boost::static_pointer_cast<E>(std::move(object));
@@ -232,18 +225,6 @@ inline ipUInt32 readCount(BaseIArchive& archive)
   return count;
 }
 
-/// Tell the processor that an object will be needed soon: shared objects lie scattered over the memory, and
-/// to wait for each of them would take a good part of the time of filing them.
-template <class E>
-void prefetch(const boost::shared_ptr<E>& object)
-{
-  __builtin_prefetch(object.get());
-}
-template <class V>
-void prefetch(const V&)
-{
-}
-
 template <class E, class A>
 void writeElements(BaseOArchive& archive, const std::vector<E, A>& values)
 {
@@ -257,11 +238,6 @@ void writeElements(BaseOArchive& archive, const std::vector<E, A>& values)
   }
   for (std::size_t index = 0; index < values.size(); ++index)
   {
-    if constexpr (isSharedPtr<E>)
-    {
-      if (index + 1 < values.size())
-        prefetch(values[index + 1]);
-    }
     if constexpr (std::is_same_v<E, bool>)
       archive.writeBool("value", values[index]); // the vector holds no bool to refer to
     else
@@ -303,45 +279,45 @@ void readElements(BaseIArchive& archive, std::vector<E, A>& values, ipUInt32 cou
 template <class E, class A>
 BaseOArchive& operator<<(BaseOArchive& archive, const SerializationOItem<std::vector<E, A>>& item)
 {
-  details::SectionScope section(archive, item.getKey());
-  details::SectionScope vectorSection(archive, "vector");
+  ArchiveSectionManager section(archive, item.getKey());
+  ArchiveSectionManager vectorSection(archive, "vector");
   const std::vector<E, A>& values = item.getValue();
   details::writeCount(archive, values.size());
   details::writeElements(archive, values);
-  vectorSection.finish();
-  section.finish();
+  vectorSection.close();
+  section.close();
   return archive;
 }
 
 template <class E, class A>
 BaseIArchive& operator>>(BaseIArchive& archive, const SerializationIItem<std::vector<E, A>>& item)
 {
-  details::SectionScope section(archive, item.getKey());
-  details::SectionScope vectorSection(archive, "vector");
+  ArchiveSectionManager section(archive, item.getKey());
+  ArchiveSectionManager vectorSection(archive, "vector");
   details::readElements(archive, item.getValue(), details::readCount(archive));
-  vectorSection.finish();
-  section.finish();
+  vectorSection.close();
+  section.close();
   return archive;
 }
 
 template <class E, class C, class A>
 BaseOArchive& operator<<(BaseOArchive& archive, const SerializationOItem<std::set<E, C, A>>& item)
 {
-  details::SectionScope section(archive, item.getKey());
-  details::SectionScope setSection(archive, "set");
+  ArchiveSectionManager section(archive, item.getKey());
+  ArchiveSectionManager setSection(archive, "set");
   details::writeCount(archive, item.getValue().size());
   for (const E& element : item.getValue())
     archive << SerializationOItem<E>("key", element);
-  setSection.finish();
-  section.finish();
+  setSection.close();
+  section.close();
   return archive;
 }
 
 template <class E, class C, class A>
 BaseIArchive& operator>>(BaseIArchive& archive, const SerializationIItem<std::set<E, C, A>>& item)
 {
-  details::SectionScope section(archive, item.getKey());
-  details::SectionScope setSection(archive, "set");
+  ArchiveSectionManager section(archive, item.getKey());
+  ArchiveSectionManager setSection(archive, "set");
   std::set<E, C, A>& elements = item.getValue();
   elements.clear();
   const ipUInt32 count = details::readCount(archive);
@@ -352,36 +328,29 @@ BaseIArchive& operator>>(BaseIArchive& archive, const SerializationIItem<std::se
     archive >> SerializationIItem<E>("key", element);
     elements.insert(elements.end(), std::move(element)); // archives hold them in order
   }
-  setSection.finish();
-  section.finish();
+  setSection.close();
+  section.close();
   return archive;
 }
 
 template <class K, class V, class C, class A>
 BaseOArchive& operator<<(BaseOArchive& archive, const SerializationOItem<std::map<K, V, C, A>>& item)
 {
-  details::SectionScope section(archive, item.getKey());
-  details::SectionScope mapSection(archive, "map");
+  ArchiveSectionManager section(archive, item.getKey());
+  ArchiveSectionManager mapSection(archive, "map");
   details::writeCount(archive, item.getValue().size());
-  const auto end = item.getValue().end();
-  for (auto next = item.getValue().begin(); next != end;)
-  {
-    const auto entry = next++;
-    if (next != end)
-      details::prefetch(next->second);
-    archive << SerializationOItem<K>("key", entry->first);
-    archive << SerializationOItem<V>("value", entry->second);
-  }
-  mapSection.finish();
-  section.finish();
+  for (const auto& [key, value] : item.getValue())
+    archive << SerializationOItem<K>("key", key) << SerializationOItem<V>("value", value);
+  mapSection.close();
+  section.close();
   return archive;
 }
 
 template <class K, class V, class C, class A>
 BaseIArchive& operator>>(BaseIArchive& archive, const SerializationIItem<std::map<K, V, C, A>>& item)
 {
-  details::SectionScope section(archive, item.getKey());
-  details::SectionScope mapSection(archive, "map");
+  ArchiveSectionManager section(archive, item.getKey());
+  ArchiveSectionManager mapSection(archive, "map");
   std::map<K, V, C, A>& entries = item.getValue();
   entries.clear();
   const ipUInt32 count = details::readCount(archive);
@@ -394,8 +363,8 @@ BaseIArchive& operator>>(BaseIArchive& archive, const SerializationIItem<std::ma
     archive >> SerializationIItem<V>("value", value);
     entries.insert_or_assign(entries.end(), std::move(key), std::move(value)); // archives hold them in order
   }
-  mapSection.finish();
-  section.finish();
+  mapSection.close();
+  section.close();
   return archive;
 }
 /// \}

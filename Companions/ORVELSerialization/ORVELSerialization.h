@@ -12,7 +12,6 @@
 #include <ORVELSerialization/BinaryArchive.h>
 #include <ORVELSerialization/DataType.h>
 #include <ORVELSerialization/ItemOperators.h>
-#include <ORVELSerialization/NameTable.h>
 #include <ORVELSerialization/NamedEnumerationItems.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
 #include <ORVELSerialization/ORVELSerializationExport.h>

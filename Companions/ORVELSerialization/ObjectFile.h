@@ -8,11 +8,12 @@
 
 #include <ORVELSerialization/BaseSerializationObject.h>
 #include <ORVELSerialization/ORVELSerializationExport.h>
+#include <ORVELUtil/SourceLocation.h>
 
 namespace orvel
 {
 
-/// \brief Whether a file may be taken at its word about the classes of its objects.
+/// \brief Tells whether the classes of a file's objects are taken on trust.
 enum class ArchiveTrust
 {
   trusted,  ///< written by this kit: pointers within objects are converted to their class on trust
@@ -31,7 +32,7 @@ ORVELSERIALIZATION_EXPORT void saveObject(const boost::filesystem::path& path,
 ORVELSERIALIZATION_EXPORT void saveObject(const boost::filesystem::path& path,
                                           const SerializationObjectConstPtr& object);
 
-/// \brief Load the object of a file, which may be of either format: the content tells.
+/// \brief Load the object of a file of either format, which is detected from the content.
 ///
 /// The object is created by the class name that the file holds. The file is read to its end and checked
 /// before the object is handed out.
@@ -50,10 +51,10 @@ struct ExpectedClass
   const std::string& (*getTypeName)();
 };
 
-/// \brief Load an object of a class that is expected.
+/// \brief Load an object of a class that is expected; failures of its own are raised in the name of `here`.
 ORVELSERIALIZATION_EXPORT SerializationObjectPtr loadObject(const boost::filesystem::path& path,
-                                                            ArchiveTrust trust,
-                                                            const ExpectedClass& expected);
+                                                            ArchiveTrust trust, const ExpectedClass& expected,
+                                                            const SourceLocation& here);
 
 } // namespace details
 
@@ -67,7 +68,10 @@ boost::shared_ptr<T> loadObject(const boost::filesystem::path& path,
   const details::ExpectedClass expected = {[](const BaseSerializationObject* object)
                                            { return dynamic_cast<const T*>(object) != nullptr; },
                                            &T::getTypeName};
-  return boost::dynamic_pointer_cast<T>(details::loadObject(path, trust, expected));
+  return boost::dynamic_pointer_cast<T>(details::loadObject(
+      path, trust, expected,
+      ORVEL_HERE_IN("boost::shared_ptr<T> orvel::loadObject<T>(const boost::filesystem::path&, "
+                    "orvel::ArchiveTrust)")));
 }
 
 } // namespace orvel

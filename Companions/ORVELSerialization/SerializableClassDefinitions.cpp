@@ -11,10 +11,10 @@ void writeClassVersion(BaseOArchive& archive, const std::string& className, ipUI
   if (archive.findClassVersion(className) != nullptr)
     return;
   const ipUInt32 version = getVersion();
-  SectionScope section(archive, className);
+  ArchiveSectionManager section(archive, className);
   archive << SerializationOItem("version", version);
   archive.registerClassVersion(className, version);
-  section.finish();
+  section.close();
 }
 
 ipUInt32 readClassVersion(BaseIArchive& archive, const std::string& className, ipUInt32 (*getVersion)(),
@@ -23,14 +23,14 @@ ipUInt32 readClassVersion(BaseIArchive& archive, const std::string& className, i
   if (const ipUInt32* registered = archive.findClassVersion(className))
     return *registered;
 
-  SectionScope section(archive, className);
+  ArchiveSectionManager section(archive, className);
   ipUInt32 version = 0;
   archive >> SerializationIItem("version", version);
   const ipUInt32 supportedVersion = getVersion();
   if (version > supportedVersion)
     raise(here, eORVELSerializationMessage::eUnsupportedClassVersion, version, className, supportedVersion);
   archive.registerClassVersion(className, version);
-  section.finish();
+  section.close();
   return version;
 }
 

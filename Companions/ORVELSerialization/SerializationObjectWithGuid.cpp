@@ -52,7 +52,7 @@ BoolResult SerializationObjectWithGuid::read(BaseIArchive& archive)
   {
   }
   if (!isGuid)
-    archive.raiseInvalidValue(text, "_guid");
+    archive.raiseInvalidValue(text, "_guid", ORVEL_HERE);
   _guid = guid;
   return BoolResult(true);
 }

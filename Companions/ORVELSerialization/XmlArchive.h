@@ -20,8 +20,9 @@ namespace orvel
 namespace details
 {
 class InputOrigin;
-class XmlAttributes;
-struct XmlFailure;
+class OutputTarget;
+class XmlReader;
+class XmlWriter;
 } // namespace details
 
 /// \brief Writes the XML format: UTF-8, indented, an element for every item.
@@ -84,18 +85,9 @@ protected:
   std::string getPlace() const override;
 
 private:
-  struct Impl;
+  XmlOArchive(std::string name, std::unique_ptr<details::OutputTarget> target, const SourceLocation& here);
 
-  XmlOArchive(std::string name, std::unique_ptr<Impl> impl);
-
-  template <class Operation>
-  void perform(Operation operation);
-  [[noreturn]] void raiseWriteFailed(const char* reason);
-  void putName(std::string_view name);
-  void putEscapedName(std::string_view name);
-  void putItem(const std::string& key, std::string_view text);
-
-  std::unique_ptr<Impl> _impl;
+  std::unique_ptr<details::XmlWriter> _writer;
 };
 
 /// \brief Reads the XML format. \see XmlOArchive
@@ -126,7 +118,7 @@ public:
   void readBlock(void* data, ipUInt64 sizeInBytes) override;
   void readObjectPtr(const SerializationIItem<SerializationObjectPtr>& item) override;
   void readObject(const std::string& key, BaseSerializationObject& object) override;
-  void letObjectsGo() noexcept override;
+  void releaseObjects() noexcept override;
   bool readBool(const std::string& key) override;
   ipInt64 readInteger(const std::string& key, ipInt64 minimum, ipInt64 maximum) override;
   ipUInt64 readUnsigned(const std::string& key, ipUInt64 maximum) override;
@@ -145,25 +137,11 @@ protected:
   ipUInt64 getPosition() const override;
 
 private:
-  struct Impl;
   friend struct details::ArchiveAccess;
 
-  XmlIArchive(std::string name, std::unique_ptr<details::InputOrigin> origin);
+  XmlIArchive(std::string name, std::unique_ptr<details::InputOrigin> origin, const SourceLocation& here);
 
-  template <class Operation>
-  auto perform(Operation operation);
-  [[noreturn]] void raiseXmlFailure(const details::XmlFailure& failure);
-  std::unique_ptr<Impl> load(std::unique_ptr<details::InputOrigin> origin) const;
-  std::string_view readText(const std::string& key);
-  template <class Number>
-  Number readNumber(const std::string& key, Number minimum, Number maximum);
-  void readShared(const SerializationIItem<SerializationObjectPtr>& item);
-  void readReference(std::string_view text, SerializationObjectPtr& object);
-  void checkNewObject(const details::XmlAttributes& attributes);
-  SerializationObjectPtr createObject(std::string_view name);
-  void skipElement(ipUInt64& nbOpenElements);
-
-  std::unique_ptr<Impl> _impl;
+  std::unique_ptr<details::XmlReader> _reader;
 };
 
 } // namespace orvel

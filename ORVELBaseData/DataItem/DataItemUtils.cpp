@@ -8,6 +8,7 @@
 #include <ORVELBaseData/DataItem/LeafColl/DataItemLeafColl.h>
 #include <ORVELBaseData/DataItem/Map/DataItemMap.h>
 #include <ORVELBaseData/DataItem/NodeColl/BaseDataItemNodeColl.h>
+#include <ORVELBaseData/Private/Prefetch.h>
 #include <ORVELMath/RelativeComparison.h>
 #include <ORVELSerialization/ItemOperators.h>
 

@@ -85,7 +85,7 @@ void readUntrustedColl(BaseIArchive& archive, const char* key, Coll& coll)
   }
   const std::string refused = dropPlainObjects(coll);
   if (!refused.empty())
-    archive.raiseWrongClass(refused, BaseObjectWithSkeleton::getTypeName());
+    archive.raiseWrongClass(refused, BaseObjectWithSkeleton::getTypeName(), ORVEL_HERE);
 }
 
 /// \brief Read what writeObjectColl() has written. If the objects have a skeleton and the mode is eSSM_Data,

@@ -1,34 +1,38 @@
 #include "ORVELSerialization/Private/ArchiveAccess.h"
 
-#include <ORVELSerialization/BinaryArchive.h>
-#include <ORVELSerialization/Private/OpenArchive.h>
-#include <ORVELSerialization/XmlArchive.h>
+#include <ORVELSerialization/Private/ArchiveFailure.h>
+#include <ORVELSerialization/Private/Bytes/IoFailure.h>
 
 namespace orvel::details
 {
 
-void ArchiveAccess::failObject(BaseArchive& archive, const SourceLocation& here,
-                               const BaseSerializationObject& object, const BoolResult& result)
+void ArchiveAccess::throwTooDeep(const BaseArchive& archive)
 {
-  fail(archive, here, eORVELSerializationMessage::eObjectFailed, object.getClassName(), result.getMessage());
+  throw ArchiveFailure(eORVELSerializationMessage::eTooDeep, archive._limits.maxDepth);
 }
 
-std::unique_ptr<BaseIArchive> ArchiveAccess::open(const boost::filesystem::path& path)
+void ArchiveAccess::throwObjectFailed(const BaseSerializationObject& object, const BoolResult& result)
 {
-  constexpr int firstByteOfBinary = 0xd9; // no XML begins with it
-  std::unique_ptr<InputOrigin> origin = openFileOrigin(path);
-  int first = 0;
+  throw ArchiveFailure(eORVELSerializationMessage::eObjectFailed, object.getClassName(), result.getMessage());
+}
+
+void ArchiveAccess::raiseCurrent(BaseArchive& archive, const SourceLocation& here,
+                                 eORVELSerializationMessage::domain ioMessage)
+{
+  archive.markFailed();
   try
   {
-    first = origin->peek();
+    throw;
+  }
+  catch (const ArchiveFailure& failure)
+  {
+    failure.raise(here, archive.getName(), archive.getPlace());
+    throw; // not reached
   }
   catch (const IoFailure& failure)
   {
-    raise(ORVEL_HERE, eORVELSerializationMessage::eReadFailed, path.string(), "byte 0", failure.what());
+    fail(archive, here, ioMessage, failure.what());
   }
-  if (first == firstByteOfBinary)
-    return std::unique_ptr<BaseIArchive>(new BinaryIArchive(path.string(), std::move(origin)));
-  return std::unique_ptr<BaseIArchive>(new XmlIArchive(path.string(), std::move(origin)));
 }
 
 } // namespace orvel::details

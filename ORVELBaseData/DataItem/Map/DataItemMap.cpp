@@ -1,6 +1,7 @@
 #include "ORVELBaseData/DataItem/Map/DataItemMap.h"
 
 #include <ORVELBaseData/DataItem/DataItemLogMessages.h>
+#include <ORVELBaseData/Private/Prefetch.h>
 #include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/SerializableClassDefinitions.h>
 

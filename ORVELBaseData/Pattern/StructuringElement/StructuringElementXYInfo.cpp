@@ -279,7 +279,7 @@ void StructuringElementXYInfo::readMembers(BaseIArchive& archive, ipUInt32 /*ver
   StructuringElementXYPtr element;
   archive >> SerializationIItem("_pSEXY", element);
   if (!element) // a description always has one
-    archive.raiseInvalidValue("null", "_pSEXY");
+    archive.raiseInvalidValue("null", "_pSEXY", ORVEL_HERE);
   _pSEXY = std::move(element);
 }
 

@@ -305,7 +305,7 @@ void StructuringElementXYZInfo::readMembers(BaseIArchive& archive, ipUInt32 /*ve
   StructuringElementXYZPtr element;
   archive >> SerializationIItem("_pSEXYZ", element);
   if (!element) // a description always has one
-    archive.raiseInvalidValue("null", "_pSEXYZ");
+    archive.raiseInvalidValue("null", "_pSEXYZ", ORVEL_HERE);
   _pSEXYZ = std::move(element);
 }
 

@@ -39,15 +39,14 @@ TEST(BaseOArchive, HasItsVirtualOperationsInOrder)
 {
   EXPECT_EQ(vtableIndexOf(&BaseOArchive::writeBlock), 7U);
   EXPECT_EQ(vtableIndexOf(&BaseOArchive::writeObjectPtr), 8U);
-  EXPECT_EQ(vtableIndexOf(&BaseOArchive::filesSectionNames), 9U);
-  EXPECT_EQ(vtableIndexOf(&BaseOArchive::writeObject), 10U);
-  EXPECT_EQ(vtableIndexOf(&BaseOArchive::writeBool), 11U);
-  EXPECT_EQ(vtableIndexOf(&BaseOArchive::writeInteger), 12U);
-  EXPECT_EQ(vtableIndexOf(&BaseOArchive::writeUnsigned), 13U);
-  EXPECT_EQ(vtableIndexOf(&BaseOArchive::writeReal32), 14U);
-  EXPECT_EQ(vtableIndexOf(&BaseOArchive::writeReal64), 15U);
-  EXPECT_EQ(vtableIndexOf(&BaseOArchive::writeString), 16U);
-  EXPECT_EQ(vtableIndexOf(&BaseOArchive::close), 17U);
+  EXPECT_EQ(vtableIndexOf(&BaseOArchive::writeObject), 9U);
+  EXPECT_EQ(vtableIndexOf(&BaseOArchive::writeBool), 10U);
+  EXPECT_EQ(vtableIndexOf(&BaseOArchive::writeInteger), 11U);
+  EXPECT_EQ(vtableIndexOf(&BaseOArchive::writeUnsigned), 12U);
+  EXPECT_EQ(vtableIndexOf(&BaseOArchive::writeReal32), 13U);
+  EXPECT_EQ(vtableIndexOf(&BaseOArchive::writeReal64), 14U);
+  EXPECT_EQ(vtableIndexOf(&BaseOArchive::writeString), 15U);
+  EXPECT_EQ(vtableIndexOf(&BaseOArchive::close), 16U);
 }
 
 TEST(BaseIArchive, HasItsVirtualOperationsInOrder)
@@ -55,7 +54,7 @@ TEST(BaseIArchive, HasItsVirtualOperationsInOrder)
   EXPECT_EQ(vtableIndexOf(&BaseIArchive::readBlock), 7U);
   EXPECT_EQ(vtableIndexOf(&BaseIArchive::readObjectPtr), 8U);
   EXPECT_EQ(vtableIndexOf(&BaseIArchive::readObject), 9U);
-  EXPECT_EQ(vtableIndexOf(&BaseIArchive::letObjectsGo), 10U);
+  EXPECT_EQ(vtableIndexOf(&BaseIArchive::releaseObjects), 10U);
   EXPECT_EQ(vtableIndexOf(&BaseIArchive::readBool), 11U);
   EXPECT_EQ(vtableIndexOf(&BaseIArchive::readInteger), 12U);
   EXPECT_EQ(vtableIndexOf(&BaseIArchive::readUnsigned), 13U);

@@ -97,11 +97,13 @@ TEST(BaseIArchive, GrantsTheStartOnlyWhereTheLimitIsZero)
 TEST(BaseIArchive, QuotesTextsInItsFailures)
 {
   RecordingIArchive archive;
-  EXPECT_EQ(messageOf<ORVELSerializationException>([&] { archive.raiseInvalidValue("a\n\"\xFF", "K"); }),
+  EXPECT_EQ(messageOf<ORVELSerializationException>(
+                [&] { archive.raiseInvalidValue("a\n\"\xFF", "K", ORVEL_HERE); }),
             "Archive recording, call 0: \"a\\x0a\"\\xff\" is no valid value of item \"K\"");
-  EXPECT_EQ(
-      messageOf<ORVELSerializationException>([&] { archive.raiseInvalidValue(std::string(121, 'x'), "K"); }),
-      "Archive recording, call 0: \"" + std::string(120, 'x') + "...\" is no valid value of item \"K\"");
+  EXPECT_EQ(messageOf<ORVELSerializationException>(
+                [&] { archive.raiseInvalidValue(std::string(121, 'x'), "K", ORVEL_HERE); }),
+            "Archive recording, call 0: \"" + std::string(120, 'x') +
+                "...\" is no valid value of item \"K\"");
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "ORVELSerialization/NameTable.h"
+#include "ORVELSerialization/Private/Objects/NameTable.h"
 
 #include <memory>
 

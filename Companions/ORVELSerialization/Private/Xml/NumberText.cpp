@@ -1,4 +1,4 @@
-#include "ORVELSerialization/Private/NumberText.h"
+#include "ORVELSerialization/Private/Xml/NumberText.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,8 +1,8 @@
+#include "ORVELSerialization/Private/Bytes/StreamHash.h"
+
 #include <new>
 
 #include <xxhash.h>
-
-#include <ORVELSerialization/Private/ByteSink.h>
 #if defined(__x86_64__)
 #include <xxh_x86dispatch.h> // after xxhash.h: its macros choose the instruction set at run time
 #endif

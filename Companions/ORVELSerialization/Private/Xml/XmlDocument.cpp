@@ -1,4 +1,4 @@
-#include "ORVELSerialization/Private/XmlDocument.h"
+#include "ORVELSerialization/Private/Xml/XmlDocument.h"
 
 #include <algorithm>
 #include <array>
@@ -6,6 +6,7 @@
 #include <cstring>
 #include <iterator>
 #include <new>
+#include <utility>
 
 #include <boost/locale/utf.hpp>
 
@@ -14,13 +15,15 @@
 namespace orvel::details
 {
 
+using Message = eORVELSerializationMessage;
+
 namespace
 {
 
-constexpr const char* elementNames[] = {"orvelArchive", "section", "item", "object", "pointer", "block"};
+constexpr const char* g_elementNames[] = {"orvelArchive", "section", "item", "object", "pointer", "block"};
 
-constexpr const char* attributeNames[nbXmlAttributes] = {"format", "name", "key",  "id",      "class",
-                                                         "ref",    "null", "size", "encoding"};
+constexpr const char* g_attributeNames[nbXmlAttributes] = {"format", "name", "key",  "id",      "class",
+                                                           "ref",    "null", "size", "encoding"};
 
 constexpr unsigned bitOf(XmlAttribute attribute)
 {
@@ -28,30 +31,30 @@ constexpr unsigned bitOf(XmlAttribute attribute)
 }
 
 /// The attributes that an element may have, by element.
-constexpr unsigned allowedAttributes[] = {bitOf(XmlAttribute::format),
-                                          bitOf(XmlAttribute::name),
-                                          bitOf(XmlAttribute::key) | bitOf(XmlAttribute::encoding),
-                                          bitOf(XmlAttribute::key),
-                                          bitOf(XmlAttribute::key) | bitOf(XmlAttribute::id) |
-                                              bitOf(XmlAttribute::className) | bitOf(XmlAttribute::ref) |
-                                              bitOf(XmlAttribute::null),
-                                          bitOf(XmlAttribute::size)};
+constexpr unsigned g_allowedAttributes[] = {bitOf(XmlAttribute::format),
+                                            bitOf(XmlAttribute::name),
+                                            bitOf(XmlAttribute::key) | bitOf(XmlAttribute::encoding),
+                                            bitOf(XmlAttribute::key),
+                                            bitOf(XmlAttribute::key) | bitOf(XmlAttribute::id) |
+                                                bitOf(XmlAttribute::className) | bitOf(XmlAttribute::ref) |
+                                                bitOf(XmlAttribute::null),
+                                            bitOf(XmlAttribute::size)};
 
 // Texts are decoded here: the parser would let unknown entities pass. A text stands in its element's own
 // value, which saves a node; blanks between elements are left out.
-constexpr unsigned parseFlags = pugi::parse_minimal | pugi::parse_cdata | pugi::parse_ws_pcdata_single |
-                                pugi::parse_embed_pcdata | pugi::parse_doctype | pugi::parse_fragment |
-                                pugi::parse_comments | pugi::parse_pi;
+constexpr unsigned g_parseFlags = pugi::parse_minimal | pugi::parse_cdata | pugi::parse_ws_pcdata_single |
+                                  pugi::parse_embed_pcdata | pugi::parse_doctype | pugi::parse_fragment |
+                                  pugi::parse_comments | pugi::parse_pi;
 
-constexpr unsigned char specialInText = 1;
-constexpr unsigned char specialInAttribute = 2;
+constexpr unsigned char g_specialInText = 1;
+constexpr unsigned char g_specialInAttribute = 2;
 
 /// What must be replaced when it is met, by character.
-constexpr std::array<unsigned char, 256> specialCharacters = []
+constexpr std::array<unsigned char, 256> g_specialCharacters = []
 {
   std::array<unsigned char, 256> special = {};
-  special['&'] = special['\r'] = specialInText | specialInAttribute;
-  special['\n'] = special['\t'] = specialInAttribute;
+  special['&'] = special['\r'] = g_specialInText | g_specialInAttribute;
+  special['\n'] = special['\t'] = g_specialInAttribute;
   return special;
 }();
 
@@ -79,7 +82,7 @@ bool isPlainText(const char* begin, const char* end)
 std::size_t findAttributeName(const char* name)
 {
   for (std::size_t index = 0; index < nbXmlAttributes; ++index)
-    if (attributeNames[index][0] == name[0] && std::strcmp(attributeNames[index], name) == 0)
+    if (g_attributeNames[index][0] == name[0] && std::strcmp(g_attributeNames[index], name) == 0)
       return index;
   return nbXmlAttributes;
 }
@@ -168,19 +171,19 @@ bool appendEntity(std::string_view entity, std::string& text)
 
 const char* getElementName(XmlElement element)
 {
-  return elementNames[static_cast<std::size_t>(element)];
+  return g_elementNames[static_cast<std::size_t>(element)];
 }
 
 XmlDocument::XmlDocument(std::unique_ptr<InputOrigin> origin)
+  : _origin(std::move(origin))
 {
-  readAll(*origin);
 }
 
 // Memory grows with what has really come; where the length is known it is right at once.
-void XmlDocument::readAll(InputOrigin& origin)
+void XmlDocument::readAll()
 {
   ipUInt64 capacity = 0;
-  if (!origin.getLength(capacity))
+  if (!_origin->getLength(capacity))
     capacity = 64UL * 1024;
   ++capacity; // so that the read that finds the end has room
   for (;;)
@@ -194,7 +197,7 @@ void XmlDocument::readAll(InputOrigin& origin)
       static_cast<void>(_text.release());
       _text.reset(larger);
     }
-    const std::size_t nbRead = origin.read(_text.get() + _size, capacity - _size);
+    const std::size_t nbRead = _origin->read(_text.get() + _size, capacity - _size);
     if (nbRead == 0)
       return;
     _size += nbRead;
@@ -225,8 +228,8 @@ void XmlDocument::checkCharacters()
       const std::string_view text(piece, static_cast<std::size_t>(pieceEnd - piece));
       const std::size_t legal = countXmlText(text);
       if (legal != text.size())
-        throw XmlFailure{XmlFailure::Kind::damaged, static_cast<ipUInt64>(piece - begin) + legal,
-                         "a byte that is no UTF-8 or no character of XML", ""};
+        failDamaged(static_cast<ipUInt64>(piece - begin) + legal,
+                    "a byte that is no UTF-8 or no character of XML");
     }
     piece = pieceEnd;
   }
@@ -234,34 +237,51 @@ void XmlDocument::checkCharacters()
 
 const XmlAttributes& XmlDocument::open()
 {
-  using Kind = XmlFailure::Kind;
+  readAll();
+  _origin.reset();
   checkCharacters();
   const std::string_view text(_text.get(), _size);
   const bool hasEnd = text.rfind("</orvelArchive") != std::string_view::npos;
   _text.get()[_size] = '\0'; // the parser would put it in the place of the last character
   const pugi::xml_parse_result result =
-      _document.load_buffer_inplace(_text.get(), _size + 1, parseFlags, pugi::encoding_utf8);
+      _document.load_buffer_inplace(_text.get(), _size + 1, g_parseFlags, pugi::encoding_utf8);
   if (result.status == pugi::status_out_of_memory)
     throw std::bad_alloc();
 
   const pugi::xml_node first = skipComments(_document.first_child());
   if (first.type() == pugi::node_doctype)
-    throw XmlFailure{Kind::damaged, positionOf(first), "a DOCTYPE is not allowed", ""};
+    failDamaged(positionOf(first), "a DOCTYPE is not allowed");
   const bool isArchive = isElement(first, XmlElement::archive);
   if (!result)
   {
-    const Kind kind = !isArchive ? Kind::notAnArchive : hasEnd ? Kind::damaged : Kind::cutShort;
-    throw XmlFailure{kind, static_cast<ipUInt64>(result.offset), result.description(), ""};
+    const auto position = static_cast<ipUInt64>(result.offset);
+    if (!isArchive)
+      fail(position, ArchiveFailure(Message::eNotAnArchive, result.description()));
+    if (!hasEnd)
+      fail(position, ArchiveFailure(Message::eCutShort));
+    failDamaged(position, result.description());
   }
   if (!isArchive)
-    throw XmlFailure{Kind::notAnArchive, positionOf(first), "it is no XML or XML with other content", ""};
+    fail(positionOf(first), ArchiveFailure(Message::eNotAnArchive, "it is no XML or XML with other content"));
   _next = first;
   return enter(XmlElement::archive, nullptr);
 }
 
-void XmlDocument::raiseUnexpected(const std::string& expected) const
+void XmlDocument::fail(ipUInt64 position, const ArchiveFailure& failure)
 {
-  throw XmlFailure{XmlFailure::Kind::unexpected, getNextPosition(), describeNext(), expected};
+  _hasFailed = true;
+  _failurePosition = position;
+  throw failure;
+}
+
+void XmlDocument::failDamaged(ipUInt64 position, const std::string& reason)
+{
+  fail(position, ArchiveFailure(Message::eDamaged, reason));
+}
+
+void XmlDocument::failUnexpected(const std::string& expected)
+{
+  fail(getNextPosition(), ArchiveFailure(Message::eUnexpectedItem, expected, describeNext()));
 }
 
 /// Looks at the next element, without taking it yet.
@@ -274,7 +294,7 @@ pugi::xml_node XmlDocument::requireNext(XmlElement element, const std::string* k
     isExpected = key == nullptr || _attributes.get(XmlAttribute::key) == *key;
   }
   if (!isExpected)
-    raiseUnexpected(getElementName(element) + (key == nullptr ? std::string() : " " + quoted(*key)));
+    failUnexpected(getElementName(element) + (key == nullptr ? std::string() : " " + quoted(*key)));
   _taken = _next;
   return _next;
 }
@@ -288,13 +308,11 @@ void XmlDocument::readAttributes(XmlElement element)
   {
     const char* const name = attribute.name();
     const std::size_t index = findAttributeName(name);
-    const bool isKnown =
-        index != nbXmlAttributes && (allowedAttributes[static_cast<std::size_t>(element)] >> index & 1U) != 0;
+    const bool isKnown = index != nbXmlAttributes &&
+                         (g_allowedAttributes[static_cast<std::size_t>(element)] >> index & 1U) != 0;
     if (!isKnown || _attributes._values[index].data() != nullptr)
-      throw XmlFailure{XmlFailure::Kind::damaged, positionOf(_next),
-                       (isKnown ? "repeated attribute " : "unknown attribute ") + quoted(name) + " of " +
-                           getElementName(element),
-                       ""};
+      failDamaged(positionOf(_next), (isKnown ? "repeated attribute " : "unknown attribute ") + quoted(name) +
+                                         " of " + getElementName(element));
     const bool isName = index == static_cast<std::size_t>(XmlAttribute::name);
     if (isName && _checkedName == attribute.value())
       _attributes._values[index] = _checkedName; // nobody compares names, and the same ones come in rows
@@ -324,8 +342,7 @@ std::string XmlDocument::joinText(pugi::xml_node node, std::string_view firstTex
       continue;
     }
     if (type != pugi::node_cdata && type != pugi::node_comment)
-      throw XmlFailure{XmlFailure::Kind::damaged, positionOf(part),
-                       std::string("an element within ") + node.name(), ""};
+      failDamaged(positionOf(part), std::string("an element within ") + node.name());
     const std::string_view opening = type == pugi::node_cdata ? "<![CDATA[" : "<!--";
     const char* const start = part.value() - opening.size();
     if (*start == '<')
@@ -364,9 +381,11 @@ const XmlAttributes& XmlDocument::enter(XmlElement element, const std::string* k
 {
   const pugi::xml_node node = requireNext(element, key);
   if (!isBlank(node.value()))
-    throw XmlFailure{XmlFailure::Kind::unexpected, positionOf(node), "the text " + quoted(node.value()),
-                     std::string("elements or the end of ") + getElementName(element)};
+    fail(positionOf(node), ArchiveFailure(Message::eUnexpectedItem,
+                                          std::string("elements or the end of ") + getElementName(element),
+                                          "the text " + quoted(node.value())));
   _parent = node;
+  ++_nbOpen;
   _next = skipComments(node.first_child());
   return _attributes;
 }
@@ -374,33 +393,30 @@ const XmlAttributes& XmlDocument::enter(XmlElement element, const std::string* k
 void XmlDocument::leave()
 {
   if (hasNext())
-    raiseUnexpected(std::string("the end of ") + _parent.name());
+    failUnexpected(std::string("the end of ") + _parent.name());
   _next = skipComments(_parent.next_sibling());
   _parent = _parent.parent();
+  --_nbOpen;
 }
 
-XmlElement XmlDocument::getNextElement() const
+void XmlDocument::checkEnd()
+{
+  if (_nbOpen != 1)
+    throw ArchiveFailure(Message::eNotFinished);
+  if (hasNext())
+    fail(getNextPosition(), ArchiveFailure(Message::eUnreadItems, describeNext()));
+  const pugi::xml_node behind = skipComments(skipComments(_document.first_child()).next_sibling());
+  if (!behind.empty())
+    fail(positionOf(behind), ArchiveFailure(Message::eBehindEnd));
+}
+
+XmlElement XmlDocument::getNextElement()
 {
   for (const XmlElement element :
        {XmlElement::section, XmlElement::item, XmlElement::object, XmlElement::pointer, XmlElement::block})
     if (isElement(_next, element))
       return element;
-  raiseUnexpected(std::string("elements or the end of ") + _parent.name());
-}
-
-pugi::xml_node XmlDocument::getBehindRoot() const
-{
-  return skipComments(skipComments(_document.first_child()).next_sibling());
-}
-
-bool XmlDocument::hasBehindRoot() const
-{
-  return !getBehindRoot().empty();
-}
-
-ipUInt64 XmlDocument::getBehindPosition() const
-{
-  return positionOf(getBehindRoot());
+  failUnexpected(std::string("elements or the end of ") + _parent.name());
 }
 
 std::string XmlDocument::describeNext() const
@@ -416,18 +432,14 @@ std::string XmlDocument::describeNext() const
   return shortened(_next.name()) + (name.empty() ? std::string() : " " + quoted(name.value()));
 }
 
-ipUInt64 XmlDocument::getTakenPosition() const
-{
-  return positionOf(_taken);
-}
-
 ipUInt64 XmlDocument::getNextPosition() const
 {
   return positionOf(_next.empty() ? _parent : _next);
 }
 
-std::string XmlDocument::getPlace(ipUInt64 position) const
+std::string XmlDocument::getPlace() const
 {
+  const ipUInt64 position = _hasFailed ? _failurePosition : positionOf(_taken);
   const auto next = std::upper_bound(_lineStarts.begin(), _lineStarts.end(), position);
   if (next == _lineStarts.begin()) // before any character was looked at
     return "line 1, column 1";
@@ -439,11 +451,11 @@ std::string XmlDocument::getPlace(ipUInt64 position) const
 std::string_view XmlDocument::decode(const char* raw, bool isAttribute, std::string& decoded,
                                      pugi::xml_node node)
 {
-  const unsigned char special = isAttribute ? specialInAttribute : specialInText;
+  const unsigned char special = isAttribute ? g_specialInAttribute : g_specialInText;
   const char* end = raw;
   unsigned char found = 0;
   for (; *end != '\0'; ++end)
-    found |= specialCharacters[static_cast<unsigned char>(*end)];
+    found |= g_specialCharacters[static_cast<unsigned char>(*end)];
   const std::string_view text(raw, static_cast<std::size_t>(end - raw));
   if ((found & special) == 0)
     return text;
@@ -455,11 +467,10 @@ std::string_view XmlDocument::decode(const char* raw, bool isAttribute, std::str
     {
       const std::size_t last = text.find(';', index);
       if (last == std::string_view::npos || !appendEntity(text.substr(index + 1, last - index - 1), decoded))
-        throw XmlFailure{XmlFailure::Kind::damaged, positionOf(node),
-                         "unknown entity " +
-                             quoted(text.substr(
-                                 index, std::min<std::size_t>(std::min(last, text.size()) - index + 1, 16))),
-                         ""};
+        failDamaged(positionOf(node),
+                    "unknown entity " +
+                        quoted(text.substr(
+                            index, std::min<std::size_t>(std::min(last, text.size()) - index + 1, 16))));
       index = last;
     }
     else if (character == '\r')

@@ -1,4 +1,4 @@
-#include "ORVELSerialization/Private/Base64.h"
+#include "ORVELSerialization/Private/Xml/Base64.h"
 
 #include <array>
 

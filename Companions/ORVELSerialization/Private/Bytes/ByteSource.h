@@ -8,7 +8,7 @@
 
 #include <boost/filesystem/path.hpp>
 
-#include <ORVELSerialization/Private/ByteSink.h>
+#include <ORVELSerialization/Private/Bytes/StreamHash.h>
 #include <ORVELUtil/ScalarTypes.h>
 
 namespace orvel::details

@@ -1,4 +1,4 @@
-#include "ORVELSerialization/Private/ByteSource.h"
+#include "ORVELSerialization/Private/Bytes/ByteSource.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -11,7 +11,8 @@
 #include <unistd.h>
 #include <utility>
 
-#include <ORVELSerialization/Private/FileDescriptor.h>
+#include <ORVELSerialization/Private/Bytes/FileDescriptor.h>
+#include <ORVELSerialization/Private/Bytes/IoFailure.h>
 
 namespace orvel::details
 {

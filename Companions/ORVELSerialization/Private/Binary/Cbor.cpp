@@ -1,4 +1,4 @@
-#include "ORVELSerialization/Private/Cbor.h"
+#include "ORVELSerialization/Private/Binary/Cbor.h"
 
 #include <limits>
 

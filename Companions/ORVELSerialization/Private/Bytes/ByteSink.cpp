@@ -1,4 +1,4 @@
-#include "ORVELSerialization/Private/ByteSink.h"
+#include "ORVELSerialization/Private/Bytes/ByteSink.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -8,13 +8,13 @@
 #include <ostream>
 #include <random>
 #include <sys/stat.h>
-#include <system_error>
 #include <unistd.h>
 #include <utility>
 
 #include <boost/filesystem/operations.hpp>
 
-#include <ORVELSerialization/Private/FileDescriptor.h>
+#include <ORVELSerialization/Private/Bytes/FileDescriptor.h>
+#include <ORVELSerialization/Private/Bytes/IoFailure.h>
 
 namespace orvel::details
 {
@@ -174,11 +174,6 @@ private:
 };
 
 } // namespace
-
-IoFailure IoFailure::ofErrno(int error)
-{
-  return IoFailure(std::generic_category().message(error));
-}
 
 std::unique_ptr<OutputTarget> makeFileTarget(const boost::filesystem::path& path)
 {

@@ -5,25 +5,16 @@
 #include <cstring>
 #include <iosfwd>
 #include <memory>
-#include <stdexcept>
-#include <string>
 #include <string_view>
 #include <vector>
 
 #include <boost/filesystem/path.hpp>
 
+#include <ORVELSerialization/Private/Bytes/StreamHash.h>
 #include <ORVELUtil/ScalarTypes.h>
 
 namespace orvel::details
 {
-
-/// The system or a stream refused; what() is the reason.
-class IoFailure : public std::runtime_error
-{
-public:
-  using std::runtime_error::runtime_error;
-  static IoFailure ofErrno(int error); ///< with the system's text
-};
 
 /// Takes bytes to their place. All operations throw IoFailure.
 class OutputTarget
@@ -41,29 +32,6 @@ std::unique_ptr<OutputTarget> makeFileTarget(const boost::filesystem::path& path
 
 /// A stream that belongs to the caller.
 std::unique_ptr<OutputTarget> makeStreamTarget(std::ostream& stream);
-
-/// 64-bit XXH3 of a sequence of bytes.
-class StreamHash
-{
-public:
-  StreamHash();
-  ~StreamHash();
-  StreamHash(const StreamHash&) = delete;
-  StreamHash& operator=(const StreamHash&) = delete;
-
-  void update(const char* data, std::size_t size);
-  ipUInt64 digest() const;
-
-private:
-  struct State;
-  std::unique_ptr<State> _state;
-};
-
-enum class Hashing
-{
-  none,
-  xxh3
-};
 
 /// Buffers bytes, counts and hashes them. Failures come as IoFailure.
 class ByteSink
