@@ -25,7 +25,7 @@ public:
   static const std::string& getTypeName(); ///< "orvel::BaseObjectWithSkeleton"
 
   void copy(const BaseDynamicObject& other) override;     ///< takes nothing over: the mode stays
-  BoolResult write(BaseOArchive& archive) const override; ///< files nothing of its own
+  BoolResult write(BaseOArchive& archive) const override; ///< writes nothing of its own
   BoolResult read(BaseIArchive& archive) override;        ///< reads nothing of its own
 
   /// \brief Return the mode; eSSM_Full in a new object.

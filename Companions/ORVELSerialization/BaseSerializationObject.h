@@ -1,7 +1,7 @@
 #pragma once
 
 /// \file
-/// \brief Root of every class that can be filed in an archive.
+/// \brief Root of every class that can be stored in an archive.
 
 #include <string>
 
@@ -29,12 +29,12 @@ public:
 
   void copy(const BaseDynamicObject& /*other*/) override {} ///< takes nothing over
 
-  /// \brief Write the object to an archive. Files nothing here.
+  /// \brief Write the object to an archive. This root writes nothing.
   /// \return true, or false with a message if a class reports a failure this way
   /// \throw ORVELSerializationException if the archive fails
   virtual BoolResult write(BaseOArchive& archive) const;
 
-  /// \brief Read the object from an archive. Reads nothing here.
+  /// \brief Read the object from an archive. This root reads nothing.
   /// \return true, or false with a message if a class reports a failure this way
   /// \throw ORVELSerializationException if the archive fails or holds a newer version of a class. The archive can't
   /// be used then; the members of that class are unchanged, and the versions of its bases stay recorded

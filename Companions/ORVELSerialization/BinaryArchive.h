@@ -29,7 +29,7 @@ class OutputTarget;
 ///
 /// - Tag 55799 around the array ["ORVEL", 1, "little"]: format, format version, byte order of blocks.
 /// - The items in order, without keys: booleans; integers in the shortest form; 32-bit and 64-bit floats in
-///   their own width; text strings, or byte strings where they are no UTF-8; blocks as byte strings.
+///   their own width; text strings, or byte strings where they are not UTF-8; blocks as byte strings.
 /// - A section or an object in place is an array of indefinite length; section names are not stored.
 /// - A pointer is null; or tag 28 around an array of indefinite length whose first element names the class,
 ///   by its text the first time and by its number (from 0) after that; or tag 29 with the number (from 0) of
@@ -69,8 +69,8 @@ public:
 
   /// \brief Write the end mark and publish: bring the file to the disk, put it in place, and bring that to
   /// the disk.
-  /// \throw ORVELSerializationException with the system's reason; the old file then stands, but for a refusal
-  /// of the very last step: the new one has its place then, and the system may still lose that
+  /// \throw ORVELSerializationException with the system's reason; the old file is then kept, unless
+  /// syncing the folder, the last step, fails: then the new file is in place but may not survive a crash
   void close() override;
 
 protected:
@@ -95,7 +95,7 @@ public:
   /// one of another version or byte order
   explicit BinaryIArchive(const boost::filesystem::path& path);
 
-  /// \brief Read from a stream, which must outlive the archive, from where it stands to its end.
+  /// \brief Read from a stream, which must outlive the archive, from its present position to its end.
   /// \throw ORVELSerializationException as with a file
   explicit BinaryIArchive(std::istream& stream);
 

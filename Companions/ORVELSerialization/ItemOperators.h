@@ -1,11 +1,11 @@
 #pragma once
 
 /// \file
-/// \brief The item operators: how each kind of value is filed in an archive and read from it.
+/// \brief The item operators: how each kind of value is written to an archive and read from it.
 ///
 /// `archive << SerializationOItem(key, value)` and `archive >> SerializationIItem(key, value)` exist for
 ///
-/// | value | filed as |
+/// | value | stored as |
 /// |---|---|
 /// | bool, signed char to unsigned long, float, double | one value |
 /// | std::string, boost::filesystem::path | one value |
@@ -17,17 +17,18 @@
 /// | std::map | "map": items "key" and "value" per entry |
 /// | boost::shared_ptr to a serialisable object, constant or not | a pointer "pObject" |
 ///
-/// Collections stand in a section named by the key, within it in one named as above, behind an item "size". A
-/// vector is a raw block where the archive is not element-wise, an empty one too. A shared pointer stands in
-/// a section named by the key, within it in "shared_ptr<" + type name + ">"; on reading that name is
-/// "shared_ptr<>". For enumerations \see NamedEnumerationItems.h
+/// A collection is a section named by the key, in it one named as above, in it an item "size" and the
+/// elements. A vector of numbers is a raw block where the archive is not element-wise, an empty one too. A
+/// shared pointer is a section named by the key, in it "shared_ptr<" + type name + ">", in it the pointer; on
+/// reading that name is "shared_ptr<>". For enumerations \see NamedEnumerationItems.h
 ///
-/// Counts are filed as ipUInt32: of a count above 32 bits its low 32 bits. On input a count that the rest of
-/// the archive cannot hold is a failure before anything is allocated for it. Vectors are resized to the
-/// count and read into place (vectors of shared pointers release their old elements first); sets and
-/// maps are emptied before the count is read, and each entry is entered as it is read: a repeated map key
-/// keeps the last value, a repeated set element the first. After a failure a container holds what had been
-/// read, a vector with old elements behind it.
+/// Counts are stored as ipUInt32; larger ones are truncated, the elements are not. On input a count that the
+/// rest of the archive cannot hold is a failure before anything is allocated for it.
+///
+/// Vectors are resized to the count and read into place (vectors of shared pointers release their old
+/// elements first). Sets and maps are emptied before the count is read, and each entry is entered as it is
+/// read: a repeated map key keeps the last value, a repeated set element the first. After a failure a
+/// container holds what was read, a vector with old elements behind it.
 
 #include <limits>
 #include <map>

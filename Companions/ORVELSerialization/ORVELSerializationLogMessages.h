@@ -21,7 +21,7 @@ struct ORVELSerializationMessageOwner
   static const LogMessageManager& getManager() { return getORVELSerializationLogMessageManager(); }
 };
 
-/// \brief Failures of archives and of what they hold. The texts stand in the source.
+/// \brief Failures of archives and of what they hold. The source has the texts.
 ///
 /// The texts of 0 to 24 and of 28 begin with the archive's name and, but for 0, the place in it: the byte
 /// offset, or the line and the column. The arguments below come after those.
@@ -50,7 +50,7 @@ public:
     eUnreadItems,             ///< the end was expected: what was found
     eBehindEnd,               ///< there is something behind the end
     eHashMismatch,            ///< the content is not what was written
-    eUnknownReference,        ///< reference to an object that does not stand before it: its number
+    eUnknownReference,        ///< reference to an object that does not come before it: its number
     eInvalidValue,            ///< a text is no value of the type asked for: the text, the key
     eInvalidKey,              ///< the format can't carry the key or name: the text
     eObjectFailed,            ///< an object's own write or read reported a failure: its class, the message

@@ -1,7 +1,7 @@
 #pragma once
 
 /// \file
-/// \brief A key and a reference to a value: what is filed in an archive or read from one.
+/// \brief A key and a reference to a value that is written to an archive or read from one.
 
 #include <cstddef>
 #include <string>
@@ -18,7 +18,7 @@ using SerializationObjectPtr = boost::shared_ptr<BaseSerializationObject>; ///< 
 using SerializationObjectConstPtr =
     boost::shared_ptr<const BaseSerializationObject>; ///< shared constant object
 
-/// \brief A value to be filed under a key. Lives for one `operator<<` expression; does not own the value.
+/// \brief A value to be written under a key. Lives for one `operator<<` expression; does not own the value.
 template <class T>
 class SerializationOItem
 {

@@ -16,7 +16,7 @@ namespace orvel
 /// \brief Root of the objects that carry a globally unique identifier of 16 bytes.
 ///
 /// A new object has a new random identifier; a copy and an object that is read have that of the original.
-/// It is filed as one item "_guid", the text form of the identifier: 32 lower-case hexadecimal digits in
+/// It is stored as one item "_guid", the text form of the identifier: 32 lower-case hexadecimal digits in
 /// groups of 8, 4, 4, 4 and 12 with hyphens between them; no other form is read. There is no version record;
 /// that of a derived class follows.
 class ORVELSERIALIZATION_EXPORT SerializationObjectWithGuid : public BaseSerializationObject

@@ -11,7 +11,7 @@ namespace orvel
 
 /// \brief How much of an object a `write` or `read` moves.
 ///
-/// A tree of large objects can be filed first as bare structure and filled with data by a later pass.
+/// A tree of large objects can be stored first as bare structure and filled with data by a later pass.
 class ORVELSERIALIZATION_EXPORT eSklSrzMode : public NamedEnumeration<eSklSrzMode>
 {
 public:

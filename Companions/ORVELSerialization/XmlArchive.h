@@ -107,7 +107,7 @@ public:
   /// one of another version
   explicit XmlIArchive(const boost::filesystem::path& path);
 
-  /// \brief Read from a stream, which must outlive the archive, from where it stands to its end.
+  /// \brief Read from a stream, which must outlive the archive, from its present position to its end.
   /// \throw ORVELSerializationException as with a file
   explicit XmlIArchive(std::istream& stream);
 

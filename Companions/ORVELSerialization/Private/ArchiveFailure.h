@@ -10,7 +10,8 @@
 namespace orvel::details
 {
 
-/// A failure of an archive's part on its way to the operation that was called, which raises it in its own name.
+/// A failure of an archive's part on its way to the operation that was called, which raises it in its own
+/// name.
 class ArchiveFailure
 {
 public:

@@ -12,6 +12,7 @@
 
 #include <boost/filesystem/operations.hpp>
 #include <boost/filesystem/path.hpp>
+#include <gtest/gtest.h>
 
 #include <ORVELSerialization/BinaryArchive.h>
 #include <ORVELSerialization/ItemOperators.h>
@@ -38,6 +39,8 @@ struct BinaryFormat
   using IArchive = BinaryIArchive;
   static std::string wrap(const std::string& content); ///< a file with that content: header, end mark, hash
 };
+
+using Formats = testing::Types<XmlFormat, BinaryFormat>; ///< for tests of both
 
 /// \brief Return the head of a CBOR item in its shortest form.
 std::string cborHead(unsigned int majorType, std::uint64_t number);

@@ -27,7 +27,6 @@ class BothArchives : public testing::Test
 {
 };
 
-using Formats = testing::Types<XmlFormat, BinaryFormat>;
 TYPED_TEST_SUITE(BothArchives, Formats, );
 
 template <class To, class From>

@@ -22,7 +22,6 @@ class HostileArchive : public testing::Test
 {
 };
 
-using Formats = testing::Types<XmlFormat, BinaryFormat>;
 TYPED_TEST_SUITE(HostileArchive, Formats, );
 
 /// A graph with shared objects and everything that has an item form.

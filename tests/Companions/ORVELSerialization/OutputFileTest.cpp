@@ -115,7 +115,6 @@ protected:
   TemporaryFolder _folder;
 };
 
-using Formats = testing::Types<XmlFormat, BinaryFormat>;
 TYPED_TEST_SUITE(OutputFile, Formats, );
 
 template <class Format>

@@ -17,7 +17,8 @@
 namespace orvel::details
 {
 
-/// The items of a file in the binary format. All operations that take some throw ArchiveFailure and IoFailure.
+/// The items of a file in the binary format. All operations that take some throw ArchiveFailure and
+/// IoFailure.
 class BinaryReader
 {
 public:
@@ -34,7 +35,10 @@ public:
   void readEnd();
 
   void beginItem() { _itemPosition = _source.getPosition(); }
-  ipUInt64 getItemPosition() const { return _itemPosition; } ///< of the present item, or of what is wrong in it
+  ipUInt64 getItemPosition() const
+  {
+    return _itemPosition;
+  } ///< of the present item, or of what is wrong in it
   ipUInt64 getPosition() const { return _source.getPosition(); }
   ipUInt64 getNbOpen() const { return _nbOpen; } ///< arrays that are open: sections and objects
   bool holds(ipUInt64 sizeInBytes) { return _source.holds(sizeInBytes); }
@@ -83,8 +87,8 @@ public:
   ObjectClass& openPointer();
   void closePointer() { closeArray("the object"); }
 
-  /// Skips an item of the format, or the start or the end of one that holds others. Shared objects and classes
-  /// keep their numbers.
+  /// Skips an item of the format, or the start or the end of one that holds others. Shared objects and
+  /// classes keep their numbers.
   void skipItem();
 
   [[noreturn]] void failUnexpected(const char* expected, const std::string& key, const cbor::Head& found);

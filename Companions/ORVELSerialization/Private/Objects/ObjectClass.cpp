@@ -26,7 +26,8 @@ SerializationObjectPtr ObjectClass::create()
     return boost::static_pointer_cast<BaseSerializationObject>(std::move(object));
   SerializationObjectPtr serializable = boost::dynamic_pointer_cast<BaseSerializationObject>(object);
   if (!serializable)
-    throw ArchiveFailure(eORVELSerializationMessage::eWrongClass, _name, BaseSerializationObject::getTypeName());
+    throw ArchiveFailure(eORVELSerializationMessage::eWrongClass, _name,
+                         BaseSerializationObject::getTypeName());
   _type = &typeid(*created);
   return serializable;
 }

@@ -11,8 +11,8 @@
 namespace orvel::details
 {
 
-/// The objects that an output archive has written, numbered from 0, looked up by address. It keeps them alive:
-/// the address of a dead object could come back as that of another.
+/// The objects that an output archive has written, numbered from 0, looked up by address. It keeps them
+/// alive: the address of a dead object could come back as that of another.
 class WrittenObjects
 {
 public:
