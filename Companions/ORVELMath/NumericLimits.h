@@ -8,8 +8,8 @@ namespace orvel
 
 /// \brief Limits of a floating-point type, known at compile time.
 ///
-/// Exists for \c float and \c double. \c s_eps is the machine epsilon, the distance from 1 to the next larger
-/// number of the type; \c s_sqrt_eps is its square root, rounded to the type.
+/// Only \c float and \c double compile. \c s_eps is the machine epsilon, the distance from 1 to the next
+/// larger number of the type; \c s_sqrt_eps is its square root, rounded to the type.
 template <class T>
 struct NumericLimits;
 

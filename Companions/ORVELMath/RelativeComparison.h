@@ -12,10 +12,10 @@ namespace orvel::math
 
 /// \brief Return whether two numbers agree within a relative tolerance.
 ///
-/// True if a == b, which holds for equal infinities too; false if either is NaN or infinite; else
-/// abs(a - b) <= tolerance * max(abs(a), abs(b)), in the arithmetic of \c T. So near zero only tiny numbers
-/// agree, and a negative or NaN tolerance leaves equality alone; where the distance and the limit both
-/// overflow, the numbers agree. Exists for \c float and \c double; any other type does not compile.
+/// True if a == b, equal infinities included; false if either is NaN or infinite; else
+/// abs(a - b) <= tolerance * max(abs(a), abs(b)), in the arithmetic of \c T. Consequences: with a
+/// tolerance below 1, zero agrees only with zero; with a negative or NaN tolerance only equal numbers agree;
+/// where both sides overflow, the numbers agree. Only \c float and \c double compile.
 template <class T>
 bool compareRelative(T a, T b, T tolerance) = delete;
 
@@ -29,7 +29,7 @@ ORVELMATH_EXPORT bool compareRelative<double>(double a, double b, double toleran
 
 /// \brief Return whether two vectors agree element by element within a relative tolerance.
 ///
-/// False for vectors of different sizes, true for two empty ones. Exists for \c float and \c double.
+/// False for vectors of different sizes, true for two empty ones. Only \c float and \c double compile.
 template <class T>
 bool compareRelative(const std::vector<T>& a, const std::vector<T>& b, T tolerance) = delete;
 

@@ -28,27 +28,27 @@ public:
   /// \brief Return the class-name text of the dynamic type, such as "orvel::KernelXY".
   virtual const std::string& getClassName() const = 0;
 
-  /// \brief Make a default-constructed object of the dynamic type; the caller owns it.
+  /// \brief Create a default-constructed object of the dynamic type; the caller owns it.
   virtual BaseDynamicObject* createNew() const = 0;
 
-  /// \brief Make a default-constructed object of the dynamic type under a shared pointer.
+  /// \brief Create a default-constructed object of the dynamic type under a shared pointer.
   virtual DynamicObjectPtr createShared() const = 0;
 
-  /// \brief Tell whether copy, duplicate and duplicateShared work; where not, they raise.
+  /// \brief Return whether copy, duplicate and duplicateShared work; otherwise they raise.
   virtual bool hasCopySupport() const = 0;
 
-  /// \brief Make an object that equals this one; the caller owns it. Leaks nothing if copying throws.
+  /// \brief Create an object that equals this one; the caller owns it. Leaks nothing if copying throws.
   ///
-  /// A class that does not define it inherits that of its base, which makes an object of the base.
+  /// A class that does not define it inherits that of its base, which creates an object of the base.
   virtual BaseDynamicObject* duplicate() const = 0;
 
-  /// \brief Make an object that equals this one under a shared pointer.
+  /// \brief Create an object that equals this one under a shared pointer.
   virtual DynamicObjectPtr duplicateShared() const = 0;
 
-  /// \brief Hook for derived classes; does nothing here and nothing calls it.
+  /// \brief Hook for derived classes. Does nothing here, and nothing calls it.
   virtual void initCtorCopy(const BaseDynamicObject& other);
 
-  /// \brief Make this object equal to another of the same class. The class of the argument is trusted.
+  /// \brief Make this object equal to another one of the same class; the class is not checked.
   ///
   /// The assignment of every class calls it, also for `x = x`.
   virtual void copy(const BaseDynamicObject& other) = 0;
@@ -56,8 +56,8 @@ public:
 protected:
   BaseDynamicObject() = default;
 
-  // The compiler's own assignment would copy members, pointers included, beside the virtual copy:
-  // each class states its assignment as a call of copy.
+  // The compiler's own assignment would bypass the virtual copy: each class defines its assignment as a call
+  // of copy.
   BaseDynamicObject(const BaseDynamicObject&) = delete;
   BaseDynamicObject& operator=(const BaseDynamicObject&) = delete;
 };

@@ -14,11 +14,11 @@
 namespace orvel
 {
 
-/// \brief A failure: its message, the raising function, its file and line, and what caused it.
+/// \brief A failure: its message, the raising function, its file and line, and its cause.
 ///
-/// Copies share their texts: copying never throws. The cause is kept as a copy of its texts, causes of
-/// the cause included, so that it may be destroyed; `std::bad_alloc`, `std::bad_array_new_length` and
-/// UnHandleException keep their type, too.
+/// Copies share their texts: copying never throws. The exception keeps a copy of the texts of its cause, and
+/// of the causes of that, so the cause itself may be destroyed. `std::bad_alloc`, `std::bad_array_new_length`
+/// and UnHandleException also keep their type.
 class ORVELUTIL_EXPORT BaseException : public std::exception, public boost::exception
 {
 public:
@@ -40,8 +40,9 @@ public:
   BaseException& operator=(const BaseException& other) noexcept;
   ~BaseException() noexcept override;
 
-  /// \brief Return "message [function, file:line]", then "; cause: " and the cause's own text if there is
-  /// one. Parts that are not known are left out. Valid as long as the exception.
+  /// \brief Return "message [function, file:line]; cause: ", followed by the text of the cause.
+  ///
+  /// What is not known is left out. The text is valid as long as the exception.
   const char* what() const noexcept override;
 
   const std::string& getMessage() const noexcept;  ///< what went wrong
@@ -49,7 +50,7 @@ public:
   const std::string& getFile() const noexcept;     ///< source file of the raising statement
   unsigned int getLine() const noexcept;           ///< line of the raising statement
 
-  /// \brief Return the cause, null without one; it lives as long as this exception.
+  /// \brief Return the cause, null if there is none. It lives as long as this exception.
   const std::exception* getCause() const noexcept;
 
 private:

@@ -3,8 +3,6 @@
 /// \file
 /// \brief Process-wide registry from class names to creators.
 
-#include <atomic>
-#include <mutex>
 #include <set>
 #include <string>
 
@@ -32,15 +30,15 @@ namespace details
 
 /// \brief Registry from class-name text to the two functions that create an object of the class.
 ///
-/// Libraries enter their classes when they are loaded and take them out when they are unloaded
-/// (\see DynamicRegistrator). Several modules may enter a class under one name: every registration is
-/// an entry of its own. The oldest entry creates; when it is taken out, the next oldest does. A module is the
-/// program or a shared library.
+/// Libraries register their classes when they are loaded and remove them when they are unloaded
+/// (\see DynamicRegistrator). Several modules may register one name; a module is the program or a shared
+/// library. Each registration is an entry of its own. The oldest entry creates; when it is removed, the next
+/// oldest does.
 ///
-/// The one instance needs no construction at run time and is never destroyed, so that it serves the
-/// initialisers and clean-ups of any library in any order. It holds memory only while a class is
-/// registered. All operations may be called from several threads at once. Any text is a name; names are
-/// compared byte by byte.
+/// There is one instance. It needs no construction at run time and is never destroyed, so it serves the
+/// initialisers and clean-ups of any library in any order. It holds memory only while a class is registered.
+/// All operations may be called from several threads at once. Any text is a name; names are compared byte by
+/// byte.
 class ORVELUTIL_EXPORT DynamicObjectFactory
 {
 public:
@@ -53,73 +51,65 @@ public:
   DynamicObjectFactory(const DynamicObjectFactory&) = delete;
   DynamicObjectFactory& operator=(const DynamicObjectFactory&) = delete;
 
-  /// \brief Enter a class. Never refuses: a name that is known already gets one more entry.
-  /// \throw std::bad_alloc without a change
+  /// \brief Register a class. A name that is registered already gets one more entry.
+  /// \throw std::bad_alloc if memory ends; nothing has changed then
   void registerClass(const std::string& className, NewFunction newFcn, SharedFunction sharedFcn);
 
-  /// \brief Take out the newest entry of a name that belongs to the calling module; without one do nothing.
+  /// \brief Remove the newest entry of a name that belongs to the calling module, if there is one.
   ///
   /// That is the newest entry whose creator lies in the calling module, or else the newest that this module
   /// has registered. A direct call knows its module in any build. A call through a pointer to this function
   /// goes by its return address, which may be that of the caller's caller if the caller ends with the call.
-  /// If no module holds that address, the newest entry of the name is taken out, whoever made it.
+  /// If no module holds that address, the newest entry of the name is removed, whichever module it belongs
+  /// to.
   ///
   /// Throws nothing and opens no file; may run while modules are loaded and unloaded.
   void unRegisterClass(const std::string& className);
 
-  /// \brief Take out the newest entry of a name that has this creator; without such an entry do nothing.
+  /// \brief Remove the newest entry of a name that has this creator, if there is one.
   void unRegisterClass(const std::string& className, NewFunction newFcn);
 
   /// \brief Create an object by class name; the caller owns it. O(log n).
-  /// \throw ORVELUtilException naming the class if nobody has registered it, or if its creator is null
+  /// \throw ORVELUtilException naming the class if it is not registered, or if its creator is null
   BaseDynamicObject* createNew(const std::string& className) const;
 
   /// \brief Create a shared object by class name. O(log n).
-  /// \throw ORVELUtilException naming the class if nobody has registered it, or if its creator is null
+  /// \throw ORVELUtilException naming the class if it is not registered, or if its creator is null
   DynamicObjectPtr createShared(const std::string& className) const;
 
   /// \brief Return the function that creates shared objects of a class, null if the class is unknown.
   SharedFunction findSharedFunction(const std::string& className) const;
 
-  /// \brief Return how many times an entry has been added or taken out since the process began.
+  /// \brief Return how many times an entry has been added or removed since the process began.
   ///
-  /// Lets a caller keep what a look-up gave: ask for the count first, then look up; the answer holds, for
-  /// any name, as long as the count is the same. A name that is refused, or an unknown one that is taken
-  /// out, is not a change. Takes no lock. It sees every change that happened before the call (in this
-  /// thread, or in one that this thread has synchronised with). A change made meanwhile by another thread
-  /// may be missed, as by createShared(): a module may be unloaded only when no thread creates its objects.
-  ipUInt64 getChangeCount() const { return _changeCount; }
+  /// Lets a caller keep what a look-up returned: ask for the count first, then look up; the result holds, for
+  /// any name, as long as the count is the same. Calls that change no entry are not counted. Takes no lock.
+  ///
+  /// It sees every change that happened before the call, in this thread or in one that this thread has
+  /// synchronised with. It may miss a change that another thread makes meanwhile, as createShared() may: a
+  /// module may be unloaded only while no thread creates its objects.
+  ipUInt64 getChangeCount() const;
 
-  /// \brief Tell whether a class is known.
+  /// \brief Return whether a class is registered.
   bool isRegistered(const std::string& className) const;
 
-  /// \brief Return the names of all known classes, sorted.
+  /// \brief Return the names of all registered classes, sorted.
   std::set<std::string> getRegisteredClassNames() const;
 
 private:
-  struct Table;
-  struct Entry;
-
   constexpr DynamicObjectFactory() noexcept = default;
   ~DynamicObjectFactory() = default;
 
   void registerClassOf(const void* addressInModule, const std::string& className, NewFunction newFcn,
                        SharedFunction sharedFcn);
   void unRegisterClassOf(const void* addressInModule, const std::string& className);
-  template <class Choice>
-  void remove(const std::string& className, Choice choose);
-  bool find(const std::string& className, Entry& entry) const;
-
-  mutable std::mutex _mutex;
-  std::atomic<ipUInt64> _changeCount = 0;
-  Table* _table = nullptr; // exists while there is an entry, so that nothing is left behind at unload
 
   static DynamicObjectFactory g_instance;
 };
 
 #ifndef ORVELUTIL_BUILD
-// These two become part of each caller, also where nothing is optimised, so that it is the caller's module
-// that gives the address. The library has the functions that calls through a pointer reach.
+// Compiled into each caller, at any level of optimisation, so that the address lies in the caller's module.
+// Calls through a pointer reach the functions in the library.
 #ifdef __clang__
 #pragma clang diagnostic push
 #pragma clang diagnostic ignored "-Wgnu-inline-cpp-without-extern" // which a member cannot have

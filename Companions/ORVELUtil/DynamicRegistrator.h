@@ -1,7 +1,7 @@
 #pragma once
 
 /// \file
-/// \brief Registers a class with the factory for as long as its library is loaded.
+/// \brief Registers a class with the factory while its library is loaded.
 
 #include <ORVELUtil/DynamicObjectFactory.h>
 
@@ -27,7 +27,7 @@ protected:
     DynamicObjectFactory::getInstance().registerClass(_className, newFcn, sharedFcn);
   }
 
-  /// Ends the process if the class cannot be taken out: nobody could handle it at unload.
+  /// An exception here ends the process: nobody could handle it at unload.
   ~BaseDynamicRegistrator() noexcept
   {
     DynamicObjectFactory::getInstance().unRegisterClass(_className, _newFcn);
@@ -40,9 +40,9 @@ private:
 
 /// \brief Keeps class T in the factory.
 ///
-/// One object per class stands at namespace scope, as the static member `g_classRegistrator` of T:
-/// the class is known from the load of its library to the unload. T gives the static functions
-/// `createNewObject` and `createSharedObject`.
+/// The one object per class is the static member `g_classRegistrator` of T, so that the class is known from
+/// the load of its library to the unload. T has the static functions `createNewObject` and
+/// `createSharedObject`.
 template <class T>
 class DynamicRegistrator : public BaseDynamicRegistrator
 {

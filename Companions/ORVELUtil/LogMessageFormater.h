@@ -1,7 +1,7 @@
 #pragma once
 
 /// \file
-/// \brief Makes a text from a message id and its arguments.
+/// \brief Makes a text of a message id and its arguments.
 
 #include <cstddef>
 #include <memory>
@@ -22,11 +22,10 @@ class LogMessageManager;
 /// message[eKernelMessage::eInvalidStdDevX] % stdDev;
 /// throw message.string();
 /// \endcode
-/// A text is finished when its last placeholder is bound, one without placeholders at once: it goes to the
-/// output, and the current format is empty again.
+/// A text is finished when its last placeholder is bound; a text without placeholders is finished at once. It
+/// is appended to the output, and the current format is empty again.
 ///
-/// Numbers are written as in the "C" locale, whatever the process or the program has set.
-/// One thread uses a formatter.
+/// Numbers are written as in the "C" locale, whatever locale is set. A formatter belongs to one thread.
 class ORVELUTIL_EXPORT LogMessageFormater
 {
 public:
@@ -37,12 +36,12 @@ public:
   LogMessageFormater(const LogMessageFormater&) = delete;
   LogMessageFormater& operator=(const LogMessageFormater&) = delete;
 
-  /// \brief Make a text of the table the current format. A text that is not finished is dropped.
+  /// \brief Look a text up and make it the current format. A text that is not finished is dropped.
   /// \throw std::out_of_range if the table has no such text; the current format is unchanged
-  /// \throw boost::io::format_error if the text is no valid format
+  /// \throw boost::io::format_error if the text is not a valid format
   LogMessageFormater& setMsgId(const std::string& domainKey, int id);
 
-  /// \brief Make the text of an enumerator of a message domain the current format. \see setMsgId
+  /// \brief Make the text of a message domain's enumerator the current format. \see setMsgId
   template <class Domain>
   LogMessageFormater& operator[](const Domain& value)
   {
@@ -51,7 +50,7 @@ public:
 
   /// \brief Bind the next placeholder of the current format.
   ///
-  /// T is std::string, const char*, unsigned int, unsigned long, int, float or double. It decides how the
+  /// T is std::string, const char*, unsigned int, unsigned long, int, float or double. T decides how the
   /// argument is printed, not the letter of the placeholder.
   /// \throw boost::io::too_many_args if no placeholder is left
   template <class T>
@@ -64,7 +63,7 @@ public:
     return *this % static_cast<const char*>(argument);
   }
 
-  /// \brief Append to the output, behind the finished texts: how one formatter relays another's text.
+  /// \brief Append to the output. This is how one formatter relays another's text.
   LogMessageFormater& operator<<(const std::string& text);
 
   /// \brief Return the output.

@@ -1,7 +1,9 @@
 #include "ORVELUtil/LogMessageManager.h"
 
-#include <memory>
+#include <map>
+#include <mutex>
 #include <stdexcept>
+#include <utility>
 
 namespace orvel
 {
@@ -22,10 +24,19 @@ struct LogMessageManagers
   }
 };
 
-LogMessageManager::LogMessageManager(std::string key)
-  : _key(std::move(key))
+struct LogMessageManager::State
+{
+  std::string key;
+  std::mutex mutex;
+  std::map<std::pair<std::string, int>, std::string> texts;
+};
+
+LogMessageManager::LogMessageManager(const std::string& key)
+  : _state(new State{key, {}, {}})
 {
 }
+
+LogMessageManager::~LogMessageManager() = default;
 
 LogMessageManager& LogMessageManager::getInstance(const std::string& key)
 {
@@ -35,17 +46,17 @@ LogMessageManager& LogMessageManager::getInstance(const std::string& key)
 
 void LogMessageManager::addMessage(const std::string& domainKey, int id, const std::string& text)
 {
-  const std::lock_guard<std::mutex> lock(_mutex);
-  _texts.insert_or_assign(std::pair(domainKey, id), text); // whole or not at all
+  const std::lock_guard<std::mutex> lock(_state->mutex);
+  _state->texts.insert_or_assign(std::pair(domainKey, id), text); // whole or not at all
 }
 
 std::string LogMessageManager::getMessage(const std::string& domainKey, int id) const
 {
-  const std::lock_guard<std::mutex> lock(_mutex);
-  const auto found = _texts.find({domainKey, id});
-  if (found == _texts.end())
+  const std::lock_guard<std::mutex> lock(_state->mutex);
+  const auto found = _state->texts.find({domainKey, id});
+  if (found == _state->texts.end())
     throw std::out_of_range("No message " + std::to_string(id) + " of domain " + domainKey +
-                            " in the table of " + _key);
+                            " in the table of " + _state->key);
   return found->second;
 }
 

@@ -3,45 +3,45 @@
 /// \file
 /// \brief Process-wide tables of message texts.
 
-#include <map>
-#include <mutex>
+#include <memory>
 #include <string>
-#include <utility>
 
 #include <ORVELUtil/ORVELUtilExport.h>
 
 namespace orvel
 {
 
-/// \brief Table of message texts by domain key and id, one instance per key.
+/// \brief Table of message texts by domain key and id.
 ///
-/// Libraries enter their tables when they are loaded; nothing takes a text out. All operations may be
-/// called from several threads at once.
+/// There is one instance per key. Libraries add their texts when they are loaded; nothing removes a text. All
+/// operations may be called from several threads at once.
 class ORVELUTIL_EXPORT LogMessageManager
 {
 public:
   /// \brief Return the instance of a key; the first call makes it. It lives until ORVELUtil is unloaded.
   static LogMessageManager& getInstance(const std::string& key);
 
+  ~LogMessageManager();
   LogMessageManager(const LogMessageManager&) = delete;
   LogMessageManager& operator=(const LogMessageManager&) = delete;
 
-  /// \brief Enter one text; a text that stands under the same domain and id is replaced, for good:
-  /// its table is entered once.
+  /// \brief Add one text, in place of the one of the same domain and id.
+  ///
+  /// A text that is replaced is gone for good: a library adds its table only once.
   void addMessage(const std::string& domainKey, int id, const std::string& text);
 
   /// \brief Return a text.
-  /// \throw std::out_of_range naming the id, the domain and the key of this table if there is none
+  /// \throw std::out_of_range if there is none, with the id, the domain and the key of this table
   std::string getMessage(const std::string& domainKey, int id) const;
 
 private:
-  explicit LogMessageManager(std::string key);
+  explicit LogMessageManager(const std::string& key);
 
   friend struct LogMessageManagers;
 
-  std::string _key;
-  mutable std::mutex _mutex;
-  std::map<std::pair<std::string, int>, std::string> _texts;
+  struct State;
+
+  std::unique_ptr<State> _state;
 };
 
 } // namespace orvel

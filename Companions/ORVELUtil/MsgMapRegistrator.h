@@ -1,7 +1,7 @@
 #pragma once
 
 /// \file
-/// \brief Enters the message table of a domain into its manager, once.
+/// \brief Adds the message table of a domain to its manager, once.
 
 #include <cstddef>
 #include <typeinfo>
@@ -12,7 +12,7 @@
 namespace orvel
 {
 
-/// \brief One message of a domain: its enumerator, that one's spelling, and the text of the message.
+/// \brief One message of a domain: its enumerator, the enumerator's spelling, and the text.
 struct MessageTableEntry
 {
   int id;
@@ -30,7 +30,7 @@ struct MessageTable
   {
   }
 
-  /// \brief Return the enumerator's spelling, null beyond the last: the findText of a message domain.
+  /// \brief Return the enumerator's spelling, null beyond the last one.
   const char* findText(ipUInt32 value) const
   {
     return value < size ? entries[value].enumeratorName : nullptr;
@@ -43,22 +43,22 @@ struct MessageTable
 namespace details
 {
 
-/// \brief What a domain E gives to its registrator: specialised by each domain beside its enumeration, with
+/// \brief The manager and the table of a domain E. Each domain specialises it beside its enumeration, with
 /// `static LogMessageManager& getManager()` and `static MessageTable getTable()`.
 template <class E, class Enable>
 struct MsgMapRegistratorDerived;
 
 } // namespace details
 
-/// \brief Enters the messages of domain E into the manager that Derived names.
+/// \brief Adds the messages of domain E to the manager of Derived.
 ///
-/// The source unit of the domain's messages instantiates it and calls registerMessageMap() from a
-/// load-time initialiser. The domain's key is the name of `E::domain` in the run-time type information.
+/// The source of the domain's messages instantiates it and calls registerMessageMap() from a load-time
+/// initialiser. The domain's key is the name of `E::domain` in the run-time type information.
 template <class E, class Derived>
 class MsgMapRegistrator
 {
 public:
-  /// \brief Enter the texts in ascending order of id; a second call adds nothing.
+  /// \brief Add the texts in ascending order of id; a second call adds nothing.
   /// \return true
   static bool registerMessageMap()
   {
@@ -94,8 +94,8 @@ struct MessageMapRegistrator
   }
 };
 
-/// Declares, within the namespace orvel, that a domain has a table of messages: what stands below its
-/// enumeration. Owner has the members that MessageOwner asks for.
+/// Declares, within the namespace orvel and below its enumeration, that a domain has a table of messages.
+/// Owner has the members of a MessageOwner.
 #define ORVEL_DECLARE_MESSAGE_TABLE(Enumeration, Owner, EXPORT)                                              \
   namespace details                                                                                          \
   {                                                                                                          \

@@ -27,8 +27,9 @@ details::LateLogger& getLateORVELUtilLogger()
 [[maybe_unused]] const bool g_madeAtLoad =
     (getBaseLoggerName(), getLateBaseLogger(), getLateORVELUtilLogger(), true);
 
-/// Gives the logger a null appender unless it has one: from an earlier load of the library, which log4cplus
-/// may outlive. When the application shuts log4cplus down all appenders go, so this is asked each time.
+/// Gives the logger a null appender unless it has one, as from an earlier load of the library, which
+/// log4cplus may outlive. Checked each time: all appenders are removed when the application shuts log4cplus
+/// down.
 void keepQuiet(log4cplus::Logger& logger)
 {
   const log4cplus::tstring name = "ORVEL.Null";
@@ -57,7 +58,7 @@ log4cplus::Logger& getBaseLogger()
 void logMessage(log4cplus::Logger& logger, const int& level, const std::string& message,
                 const std::string& file, int line)
 {
-  getBaseLogger(); // its null appender must stand before the event
+  getBaseLogger(); // adds its null appender before the event
   logger.forcedLog(level, message, file.c_str(), line);
 }
 

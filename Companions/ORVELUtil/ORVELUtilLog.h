@@ -3,8 +3,8 @@
 /// \file
 /// \brief Loggers and message tables of the kit and of ORVELUtil.
 ///
-/// The application owns log4cplus: it sets levels, appenders and layouts. Until it does, nothing is
-/// printed. The libraries log failures when they raise them and never at load or unload.
+/// The application owns log4cplus: it sets levels, appenders and layouts. Until it does, nothing is printed.
+/// The libraries log failures when they raise them, and nothing at load or unload.
 
 #include <string>
 
@@ -22,14 +22,14 @@ class LogMessageManager;
 
 /// \brief Return the kit's root logger; the loggers of the libraries are its children.
 ///
-/// It carries a null appender, so that log4cplus does not complain on the standard error stream about an
-/// application that has not set it up. The next message puts one back that the application has removed.
+/// It has a null appender: without one, log4cplus complains on the standard error stream until the
+/// application sets it up. If the application removes the null appender, the next message adds it again.
 ORVELUTIL_EXPORT log4cplus::Logger& getBaseLogger();
 
 /// \brief Return the name of the kit's root logger, "ORVEL".
 ORVELUTIL_EXPORT const std::string& getBaseLoggerName();
 
-/// \brief Emit one event at a level with a file and a line, whatever level the logger is set to.
+/// \brief Emit one event with its level, file and line, whatever level the logger is set to.
 ORVELUTIL_EXPORT void logMessage(log4cplus::Logger& logger, const int& level, const std::string& message,
                                  const std::string& file, int line);
 

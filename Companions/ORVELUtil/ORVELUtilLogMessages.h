@@ -21,16 +21,24 @@ struct ORVELUtilMessageOwner
   static const LogMessageManager& getManager() { return getORVELUtilLogMessageManager(); }
 };
 
-/// \brief Failures of ORVELUtil. The texts stand in the source.
+/// \brief Failures of ORVELUtil. The texts are in the source.
 class ORVELUTIL_EXPORT eORVELUtilErrors : public NamedEnumeration<eORVELUtilErrors>
 {
 public:
   enum domain
   {
-    eUnknownClassName, ///< creation by a name that nobody has registered: the name
-    eNoNewCreator,     ///< createNew of a class that was registered with a null function: the name
-    eNoSharedCreator,  ///< createShared of a class that was registered with a null function: the name
-    eNoCopySupport     ///< copy of a class that has none: the class name
+    /// Creation by a name that is not registered. A registered name raises one of the next two.
+    /// Argument: the name.
+    eUnknownClassName = 0,
+    /// createNew() of a class whose entry has no function for it; createShared() raises eNoSharedCreator.
+    /// Argument: the name.
+    eNoNewCreator = 1,
+    /// createShared() of a class whose entry has no function for it; createNew() raises eNoNewCreator.
+    /// Argument: the name.
+    eNoSharedCreator = 2,
+    /// Copying or duplicating an object of a class that answers false from hasCopySupport(). Argument: the
+    /// class name of the root that refuses, which a derived class inherits.
+    eNoCopySupport = 3
   };
 
   using NamedEnumeration::NamedEnumeration;

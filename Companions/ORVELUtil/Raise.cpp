@@ -26,7 +26,7 @@ void logBrokenMessage(const SourceLocation& here)
   }
   catch (...)
   {
-    // An appender that fails must not hide the failure that is being reported.
+    // A failing appender must not hide the failure that is being reported.
   }
 }
 

@@ -7,7 +7,7 @@
 /// raise(ORVEL_HERE, eKernelMessage::eInvalidStdDevX, stdDevX);
 /// \endcode
 /// looks the text up, binds the arguments, logs the text at error level and throws the exception of the
-/// library that owns the domain. Nothing is formatted or looked up before that.
+/// library that owns the domain. Until a failure occurs, nothing is formatted or looked up.
 
 #include <exception>
 #include <string>
@@ -24,29 +24,30 @@ class Logger;
 namespace orvel
 {
 
-/// \brief Tells what belongs to a message domain, by its nested type `domain`; specialised by each domain:
+/// \brief What belongs to a message domain. Each domain specialises it for its nested type `domain`:
 ///  - `using Exception = ...`, the class that is thrown;
-///  - `static log4cplus::Logger& getLogger()`, where the text is logged;
-///  - `static const LogMessageManager& getManager()`, where the text is found.
+///  - `static log4cplus::Logger& getLogger()`, which logs the text;
+///  - `static const LogMessageManager& getManager()`, which holds the text.
 template <class Domain>
 struct MessageOwner;
 
 namespace details
 {
 
-/// \brief Log a failure at error level if the logger takes it.
+/// \brief Log a failure at error level if the logger is enabled for it.
 ORVELUTIL_EXPORT void logFailure(const log4cplus::Logger& ownersLogger, const LogMessageManager& manager,
                                  const std::string& text, const SourceLocation& here);
 
-/// \brief Tell whether a logger takes warnings.
+/// \brief Return whether a logger is enabled for warnings.
 ORVELUTIL_EXPORT bool isWarningLogged(const log4cplus::Logger& ownersLogger);
 
 /// \brief Log a warning.
 ORVELUTIL_EXPORT void logWarning(const log4cplus::Logger& ownersLogger, const std::string& text,
                                  const SourceLocation& here);
 
-/// \brief Report the exception that is being handled as the cause of a message that could not be made:
-/// logs on the kit's root logger and throws.
+/// \brief Report that a message could not be made because of the exception that is being handled.
+///
+/// Logs on the kit's root logger.
 /// \throw BaseException always, "Exception thrown while processing message" with that exception as cause
 [[noreturn]] ORVELUTIL_EXPORT void raiseBrokenMessage(const SourceLocation& here);
 
@@ -77,9 +78,9 @@ std::string makeAndLogMessage(const SourceLocation& here, Domain id, const Argum
 /// \param here the raising statement: ORVEL_HERE
 /// \param id enumerator of a message domain
 /// \param arguments values for the placeholders of its text, in order
-/// \throw MessageOwner<Domain>::Exception always, unless
-/// \throw BaseException the message could not be made or logged; the reason is its cause
-/// \throw std::bad_alloc there is no memory for that, either
+/// \throw MessageOwner<Domain>::Exception in all other cases than these:
+/// \throw BaseException if the message could not be made or logged; the reason is its cause
+/// \throw std::bad_alloc if there is no memory for that either
 template <class Domain, class... Arguments>
 [[noreturn]] void raise(const SourceLocation& here, Domain id, const Arguments&... arguments)
 {
@@ -87,7 +88,7 @@ template <class Domain, class... Arguments>
   throw typename MessageOwner<Domain>::Exception(text, here.function, here.file, here.line);
 }
 
-/// \brief Raise a failure that another one has led to. \see raise
+/// \brief Raise a failure that another one has caused. \see raise
 /// \param cause kept in the exception that is thrown
 template <class Domain, class... Arguments>
 [[noreturn]] void raiseWithCause(const SourceLocation& here, const std::exception& cause, Domain id,
@@ -99,7 +100,7 @@ template <class Domain, class... Arguments>
 
 /// \brief Log a warning, a message without arguments; nothing is raised.
 /// \param here the warning statement: ORVEL_HERE
-/// \throw BaseException the message could not be made or logged; the reason is its cause
+/// \throw BaseException if the message could not be made or logged; the reason is its cause
 template <class Domain>
 void warn(const SourceLocation& here, Domain id)
 {

@@ -26,7 +26,7 @@ using ipReal64 = double;         ///< IEEE 754 double
 
 static_assert(sizeof(ipBool) == 1 && sizeof(ipInt16) == 2 && sizeof(ipInt32) == 4 && sizeof(ipInt64) == 8 &&
                   sizeof(void*) == 8,
-              "the kit is made for the 64-bit Linux data model");
+              "the kit needs the 64-bit Linux data model");
 
 using ipBoolPtr = ipBool*;
 using ipBoolConstPtr = const ipBool*;

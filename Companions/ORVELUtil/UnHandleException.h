@@ -8,7 +8,7 @@
 namespace orvel
 {
 
-/// \brief Stands for something that was thrown and is no std::exception.
+/// \brief Replaces a cause that is not a std::exception.
 ///
 /// Its message is "Exception of unknown type"; function and file are empty and the line is 0.
 class ORVELUTIL_EXPORT UnHandleException : public BaseException

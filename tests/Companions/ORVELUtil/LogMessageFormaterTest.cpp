@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <string>
 #include <type_traits>
+#include <typeinfo>
 
 #include <boost/format/exceptions.hpp>
 #include <gtest/gtest.h>

@@ -1,5 +1,6 @@
 #include "ORVELUtil/UnitMutex.h"
 
+#include <mutex>
 #include <thread>
 #include <vector>
 
