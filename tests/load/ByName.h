@@ -7,39 +7,28 @@
 
 #include <string>
 
-#include <boost/make_shared.hpp>
-
+#include "NamedObject.h"
 #include <ORVELUtil/DynamicObjectFactory.h>
 
 namespace
 {
 
-class Sample : public orvel::BaseDynamicObject
+struct Name
 {
-public:
-  const std::string& getClassName() const override
-  {
-    static const std::string g_maker = ORVEL_TEST_MODULE;
-    return g_maker;
-  }
-  orvel::BaseDynamicObject* createNew() const override { return new Sample; }
-  orvel::DynamicObjectPtr createShared() const override { return boost::make_shared<Sample>(); }
-  bool hasCopySupport() const override { return false; }
-  orvel::BaseDynamicObject* duplicate() const override { return nullptr; }
-  orvel::DynamicObjectPtr duplicateShared() const override { return {}; }
-  void copy(const orvel::BaseDynamicObject&) override {}
+  static constexpr const char* g_text = ORVEL_TEST_MODULE;
 };
+using Sample = orvel::test::NamedObject<Name>;
 
 const std::string g_name = "ByName::Sample";
 
 orvel::BaseDynamicObject* newSample()
 {
-  return new Sample;
+  return Sample::createNewObject();
 }
 
 orvel::DynamicObjectPtr sharedSample()
 {
-  return boost::make_shared<Sample>();
+  return Sample::createSharedObject();
 }
 
 void enter()

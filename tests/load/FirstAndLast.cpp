@@ -4,9 +4,8 @@
 #include <string>
 #include <unistd.h>
 
-#include <boost/make_shared.hpp>
-
 #include "Check.h"
+#include "NamedObject.h"
 #include <ORVELUtil/DynamicObjectFactory.h>
 
 extern "C" void cleanUpLast(void (*cleanUp)());
@@ -19,29 +18,20 @@ using orvel::DynamicObjectFactory;
 using orvel::DynamicObjectPtr;
 using orvel::test::require;
 
-class Sample : public BaseDynamicObject
+struct Name
 {
-public:
-  const std::string& getClassName() const override { return _name; }
-  BaseDynamicObject* createNew() const override { return new Sample; }
-  DynamicObjectPtr createShared() const override { return boost::make_shared<Sample>(); }
-  bool hasCopySupport() const override { return false; }
-  BaseDynamicObject* duplicate() const override { return nullptr; }
-  DynamicObjectPtr duplicateShared() const override { return {}; }
-  void copy(const BaseDynamicObject&) override {}
-
-private:
-  std::string _name = "FirstAndLast::Sample";
+  static constexpr const char* g_text = "FirstAndLast::Sample";
 };
+using Sample = orvel::test::NamedObject<Name>;
 
 BaseDynamicObject* newSample()
 {
-  return new Sample;
+  return Sample::createNewObject();
 }
 
 DynamicObjectPtr sharedSample()
 {
-  return boost::make_shared<Sample>();
+  return Sample::createSharedObject();
 }
 
 void say(const char* text)

@@ -3,8 +3,7 @@
 #include <sstream>
 #include <string>
 
-#include <boost/make_shared.hpp>
-
+#include "NamedObject.h"
 #include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELBaseData/Pattern/Kernel/Instances/GaussianKernel.h>
 #include <ORVELBaseData/Pattern/Kernel/KernelXY.h>
@@ -18,24 +17,11 @@
 namespace
 {
 
-class PluginObject : public orvel::BaseDynamicObject
+struct Name
 {
-public:
-  static PluginObject* createNewObject() { return new PluginObject; }
-  static boost::shared_ptr<PluginObject> createSharedObject() { return boost::make_shared<PluginObject>(); }
-
-  const std::string& getClassName() const override
-  {
-    static const std::string g_name = "KitPlugin::PluginObject";
-    return g_name;
-  }
-  orvel::BaseDynamicObject* createNew() const override { return createNewObject(); }
-  orvel::DynamicObjectPtr createShared() const override { return createSharedObject(); }
-  bool hasCopySupport() const override { return false; }
-  orvel::BaseDynamicObject* duplicate() const override { return nullptr; }
-  orvel::DynamicObjectPtr duplicateShared() const override { return {}; }
-  void copy(const orvel::BaseDynamicObject&) override {}
+  static constexpr const char* g_text = "KitPlugin::PluginObject";
 };
+using PluginObject = orvel::test::NamedObject<Name>;
 
 const orvel::DynamicRegistrator<PluginObject> g_own("KitPlugin::PluginObject");
 const orvel::DynamicRegistrator<PluginObject> g_second("orvel::ElementsRange");

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <set>
 #include <stdexcept>
@@ -28,9 +29,6 @@ using orvel::BaseDynamicObject;
 using orvel::DynamicObjectFactory;
 using orvel::DynamicObjectPtr;
 using orvel::ORVELUtilException;
-using orvel::test::failureOf;
-using orvel::test::LogCapture;
-using orvel::test::LogRecord;
 using orvel::test::messageOf;
 
 /// An object that says which creator made it.
@@ -291,49 +289,54 @@ TEST(DynamicObjectFactory, LeavesEntriesOfOtherCreators)
   factory().unRegisterClass("FactoryTest::Other");
 }
 
-TEST(DynamicObjectFactory, RaisesOnANameThatNobodyHasRegistered)
+constexpr const char* g_createNew =
+    "orvel::BaseDynamicObject* orvel::DynamicObjectFactory::createNew(const std::string&) const";
+constexpr const char* g_createShared =
+    "orvel::DynamicObjectPtr orvel::DynamicObjectFactory::createShared(const std::string&) const";
+
+/// Checks the failure of createNew or createShared.
+void expectRefusal(const std::function<void()>& create, const std::string& message, const char* function,
+                   const std::string& id)
 {
-  EXPECT_EQ(messageOf<ORVELUtilException>([] { factory().createNew("FactoryTest::Nobody"); }),
-            "Unknown class name FactoryTest::Nobody");
-  EXPECT_EQ(messageOf<ORVELUtilException>([] { factory().createShared("FactoryTest::Nobody"); }),
-            "Unknown class name FactoryTest::Nobody");
-  EXPECT_EQ(messageOf<ORVELUtilException>([] { factory().createShared(""); }), "Unknown class name ");
-  EXPECT_EQ(messageOf<ORVELUtilException>([] { factory().createShared("%s %1%"); }),
-            "Unknown class name %s %1%");
+  orvel::test::expectRaised<ORVELUtilException>(
+      create, {message, function, "Companions/ORVELUtil/DynamicObjectFactory.cpp", {}, id});
 }
 
-TEST(DynamicObjectFactory, LogsThatANameIsUnknown)
+TEST(DynamicObjectFactory, RaisesOnANameThatNobodyHasRegistered)
 {
-  const LogCapture capture(orvel::getORVELUtilLogger());
-  const auto failure = failureOf<ORVELUtilException>([] { factory().createNew("FactoryTest::Nobody"); });
-
-  ASSERT_EQ(capture.getRecords().size(), 1U);
-  const LogRecord& record = capture.getRecords()[0];
-  EXPECT_EQ(record.level, log4cplus::ERROR_LOG_LEVEL);
-  EXPECT_EQ(record.logger, "ORVEL.ORVELUtil");
-  EXPECT_EQ(record.message, "Unknown class name FactoryTest::Nobody");
-  EXPECT_EQ(record.file, "Companions/ORVELUtil/DynamicObjectFactory.cpp");
-  EXPECT_EQ(record.file, failure.getFile());
-  EXPECT_EQ(static_cast<unsigned int>(record.line), failure.getLine());
-  EXPECT_NE(orvel::test::sourceLine(failure.getFile(), failure.getLine()).find("eUnknownClassName"),
-            std::string::npos);
-  EXPECT_NE(failure.getFunction().find("orvel::DynamicObjectFactory::createNew("), std::string::npos);
+  for (const std::string name : {"FactoryTest::Nobody", "", "%s %1%"})
+  {
+    expectRefusal([&name] { factory().createNew(name); }, "Unknown class name " + name, g_createNew,
+                  "eUnknownClassName");
+    expectRefusal([&name] { factory().createShared(name); }, "Unknown class name " + name, g_createShared,
+                  "eUnknownClassName");
+  }
 }
 
 TEST(DynamicObjectFactory, RaisesWhereACreatorIsNull)
 {
   factory().registerClass("FactoryTest::NoNew", nullptr, &sharedSample<1>);
   EXPECT_EQ(sharedMakerOf("FactoryTest::NoNew"), 101);
-  EXPECT_EQ(messageOf<ORVELUtilException>([] { factory().createNew("FactoryTest::NoNew"); }),
-            "Class FactoryTest::NoNew is registered without a creator of objects");
+  expectRefusal([] { factory().createNew("FactoryTest::NoNew"); },
+                "Class FactoryTest::NoNew is registered without a creator of objects", g_createNew,
+                "eNoNewCreator");
   factory().unRegisterClass("FactoryTest::NoNew", nullptr);
   EXPECT_FALSE(factory().isRegistered("FactoryTest::NoNew"));
 
   factory().registerClass("FactoryTest::NoShared", &newSample<1>, nullptr);
   EXPECT_EQ(newMakerOf("FactoryTest::NoShared"), 1);
-  EXPECT_EQ(messageOf<ORVELUtilException>([] { factory().createShared("FactoryTest::NoShared"); }),
-            "Class FactoryTest::NoShared is registered without a creator of shared objects");
+  expectRefusal([] { factory().createShared("FactoryTest::NoShared"); },
+                "Class FactoryTest::NoShared is registered without a creator of shared objects",
+                g_createShared, "eNoSharedCreator");
   factory().unRegisterClass("FactoryTest::NoShared");
+}
+
+TEST(DynamicObjectFactory, TakesAnEntryWithoutCreatorsOutByNameAlone)
+{
+  factory().registerClass("FactoryTest::None", nullptr, nullptr);
+  EXPECT_TRUE(factory().isRegistered("FactoryTest::None"));
+  factory().unRegisterClass("FactoryTest::None");
+  EXPECT_FALSE(factory().isRegistered("FactoryTest::None"));
 }
 
 TEST(DynamicObjectFactory, GivesTheFunctionOfSharedObjects)

@@ -115,8 +115,8 @@ TEST(MsgMapRegistrator, HasAWrapperAtGlobalScope)
 
 TEST(MessageTable, KnowsItsEntries)
 {
-  static constexpr MessageTableEntry entries[] = {{0, "eA", "a"}, {1, "eB", "b"}};
-  const MessageTable table(entries);
+  static constexpr MessageTableEntry g_entries[] = {{0, "eA", "a"}, {1, "eB", "b"}};
+  const MessageTable table(g_entries);
   EXPECT_EQ(table.size, 2U);
   EXPECT_STREQ(table.findText(0), "eA");
   EXPECT_STREQ(table.findText(1), "eB");

@@ -74,13 +74,10 @@ TEST(ORVELUtilLogMessages, AddNothingWhenRegisteredAgain)
 
 TEST(ORVELUtilLogMessages, AreRaisedAsFailuresOfTheLibrary)
 {
-  const orvel::test::LogCapture capture(orvel::getORVELUtilLogger());
-  const auto failure = orvel::test::failureOf<orvel::ORVELUtilException>(
-      [] { orvel::raise(ORVEL_HERE, eORVELUtilErrors::eNoCopySupport, "orvel::BaseBuffer"); });
-  EXPECT_EQ(failure.getMessage(), "Class orvel::BaseBuffer doesn't support copy");
-  ASSERT_EQ(capture.getRecords().size(), 1U);
-  EXPECT_EQ(capture.getRecords()[0].message, "Class orvel::BaseBuffer doesn't support copy");
-  EXPECT_EQ(capture.getRecords()[0].logger, "ORVEL.ORVELUtil");
+  orvel::test::expectRaised<orvel::ORVELUtilException>(
+      [] { orvel::raise(ORVEL_HERE_IN("void f()"), eORVELUtilErrors::eNoCopySupport, "orvel::BaseBuffer"); },
+      {"Class orvel::BaseBuffer doesn't support copy", "void f()",
+       "tests/Companions/ORVELUtil/ORVELUtilLogMessagesTest.cpp"});
 }
 
 } // namespace

@@ -12,22 +12,22 @@ namespace
 using namespace orvel;
 
 template <class Alias, class Type>
-constexpr bool is = std::is_same_v<Alias, Type>;
+constexpr bool g_is = std::is_same_v<Alias, Type>;
 
 // The class-name texts and the item operators tell these types apart: long is not long long here.
 TEST(ScalarTypes, AreTheTypesOfThe64BitLinuxDataModel)
 {
-  EXPECT_TRUE((is<ipBool, bool>));
-  EXPECT_TRUE((is<ipInt8, signed char>));
-  EXPECT_TRUE((is<ipUInt8, unsigned char>));
-  EXPECT_TRUE((is<ipInt16, short>));
-  EXPECT_TRUE((is<ipUInt16, unsigned short>));
-  EXPECT_TRUE((is<ipInt32, int>));
-  EXPECT_TRUE((is<ipUInt32, unsigned int>));
-  EXPECT_TRUE((is<ipInt64, long>));
-  EXPECT_TRUE((is<ipUInt64, unsigned long>));
-  EXPECT_TRUE((is<ipReal32, float>));
-  EXPECT_TRUE((is<ipReal64, double>));
+  EXPECT_TRUE((g_is<ipBool, bool>));
+  EXPECT_TRUE((g_is<ipInt8, signed char>));
+  EXPECT_TRUE((g_is<ipUInt8, unsigned char>));
+  EXPECT_TRUE((g_is<ipInt16, short>));
+  EXPECT_TRUE((g_is<ipUInt16, unsigned short>));
+  EXPECT_TRUE((g_is<ipInt32, int>));
+  EXPECT_TRUE((g_is<ipUInt32, unsigned int>));
+  EXPECT_TRUE((g_is<ipInt64, long>));
+  EXPECT_TRUE((g_is<ipUInt64, unsigned long>));
+  EXPECT_TRUE((g_is<ipReal32, float>));
+  EXPECT_TRUE((g_is<ipReal64, double>));
 }
 
 TEST(ScalarTypes, HaveFixedWidths)
@@ -53,22 +53,22 @@ TEST(ScalarTypes, HaveIeee754SinglesAndDoubles)
 
 TEST(ScalarTypes, HavePointerAliases)
 {
-  EXPECT_TRUE((is<ipBoolPtr, bool*> && is<ipBoolConstPtr, const bool*>));
-  EXPECT_TRUE((is<ipInt8Ptr, signed char*> && is<ipInt8ConstPtr, const signed char*>));
-  EXPECT_TRUE((is<ipUInt8Ptr, unsigned char*> && is<ipUInt8ConstPtr, const unsigned char*>));
-  EXPECT_TRUE((is<ipInt16Ptr, short*> && is<ipInt16ConstPtr, const short*>));
-  EXPECT_TRUE((is<ipUInt16Ptr, unsigned short*> && is<ipUInt16ConstPtr, const unsigned short*>));
-  EXPECT_TRUE((is<ipInt32Ptr, int*> && is<ipInt32ConstPtr, const int*>));
-  EXPECT_TRUE((is<ipUInt32Ptr, unsigned int*> && is<ipUInt32ConstPtr, const unsigned int*>));
-  EXPECT_TRUE((is<ipInt64Ptr, long*> && is<ipInt64ConstPtr, const long*>));
-  EXPECT_TRUE((is<ipUInt64Ptr, unsigned long*> && is<ipUInt64ConstPtr, const unsigned long*>));
-  EXPECT_TRUE((is<ipReal32Ptr, float*> && is<ipReal32ConstPtr, const float*>));
-  EXPECT_TRUE((is<ipReal64Ptr, double*> && is<ipReal64ConstPtr, const double*>));
+  EXPECT_TRUE((g_is<ipBoolPtr, bool*> && g_is<ipBoolConstPtr, const bool*>));
+  EXPECT_TRUE((g_is<ipInt8Ptr, signed char*> && g_is<ipInt8ConstPtr, const signed char*>));
+  EXPECT_TRUE((g_is<ipUInt8Ptr, unsigned char*> && g_is<ipUInt8ConstPtr, const unsigned char*>));
+  EXPECT_TRUE((g_is<ipInt16Ptr, short*> && g_is<ipInt16ConstPtr, const short*>));
+  EXPECT_TRUE((g_is<ipUInt16Ptr, unsigned short*> && g_is<ipUInt16ConstPtr, const unsigned short*>));
+  EXPECT_TRUE((g_is<ipInt32Ptr, int*> && g_is<ipInt32ConstPtr, const int*>));
+  EXPECT_TRUE((g_is<ipUInt32Ptr, unsigned int*> && g_is<ipUInt32ConstPtr, const unsigned int*>));
+  EXPECT_TRUE((g_is<ipInt64Ptr, long*> && g_is<ipInt64ConstPtr, const long*>));
+  EXPECT_TRUE((g_is<ipUInt64Ptr, unsigned long*> && g_is<ipUInt64ConstPtr, const unsigned long*>));
+  EXPECT_TRUE((g_is<ipReal32Ptr, float*> && g_is<ipReal32ConstPtr, const float*>));
+  EXPECT_TRUE((g_is<ipReal64Ptr, double*> && g_is<ipReal64ConstPtr, const double*>));
 }
 
 TEST(ScalarTypes, HaveAListOfSingles)
 {
-  EXPECT_TRUE((is<Real32Vector, std::vector<float>>));
+  EXPECT_TRUE((g_is<Real32Vector, std::vector<float>>));
 }
 
 } // namespace
