@@ -14,20 +14,29 @@
 namespace orvel::test
 {
 
-/// \brief Return the index of a virtual operation in its class's table; the two entries of a virtual
-/// destructor count.
-/// \throw std::invalid_argument if the operation is not virtual
+/// \brief Tell whether an operation of a class is virtual.
 template <class Operation>
-std::size_t vtableIndexOf(Operation operation)
+bool isVirtual(Operation operation)
 {
   static_assert(std::is_member_function_pointer<Operation>::value, "give it &Class::operation");
   // The first word of such a pointer is the function's address or, odd, 1 + the offset in the table.
   std::size_t words[2];
   static_assert(sizeof operation == sizeof words, "the Itanium ABI has two words here");
   std::memcpy(words, &operation, sizeof words);
-  if (words[0] % 2 == 0)
+  return words[0] % 2 == 1;
+}
+
+/// \brief Return the index of a virtual operation in its class's table; the two entries of a virtual
+/// destructor count.
+/// \throw std::invalid_argument if the operation is not virtual
+template <class Operation>
+std::size_t vtableIndexOf(Operation operation)
+{
+  if (!isVirtual(operation))
     throw std::invalid_argument("not virtual");
-  return (words[0] - 1) / sizeof(void*);
+  std::size_t offset = 0;
+  std::memcpy(&offset, &operation, sizeof offset);
+  return (offset - 1) / sizeof(void*);
 }
 
 /// \brief Return how many entries a table of virtual operations has.

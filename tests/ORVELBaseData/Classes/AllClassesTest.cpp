@@ -458,8 +458,14 @@ void expectTooNew(const std::function<void()>& read, const std::string& classNam
       << failure.getFunction();
 }
 
+/// Tells whether a base stores items behind its version.
+bool hasItems(const std::string& className)
+{
+  return className == "orvel::BaseOwnBuffer" || className == "orvel::BaseStructuringElementInfo";
+}
+
 template <class Format>
-void expectFutureRefused(const std::vector<Sample>& samples)
+void expectFutureRefused(const std::vector<Sample>& samples, const std::string& ownClassName)
 {
   const Sample& sample = samples.front();
   if (!sample.writeFailure.empty())
@@ -474,7 +480,7 @@ void expectFutureRefused(const std::vector<Sample>& samples)
       const std::string file = fileWithVersion<Format>(sample.object, className, version);
       expectTooNew([&] { objectOf<Format>(file); }, className, version);
 
-      // In place, where the record of the first class comes ahead of all else.
+      // In place, over another value.
       std::ostringstream output;
       typename Format::OArchive written(output);
       VersionChanger changer(written, className, version);
@@ -485,21 +491,27 @@ void expectFutureRefused(const std::vector<Sample>& samples)
       const SerializationObjectPtr other = samples[1].makeAgain();
       expectTooNew([&] { other->read(read); }, className, version);
       EXPECT_FALSE(read.isClassVersionRegistred(className));
-      if (className == versions.front().first)
+      EXPECT_TRUE(read.isFailed());
+      bool isUnchanged = true;
+      for (const auto& earlier : versions)
       {
-        EXPECT_TRUE(samples[1].equals(*other)) << "a refused version must leave the object as it was";
+        if (earlier.first == className)
+          break;
+        EXPECT_TRUE(read.isClassVersionRegistred(earlier.first));
+        isUnchanged = isUnchanged && earlier.first != ownClassName && !hasItems(earlier.first);
       }
+      EXPECT_TRUE(!isUnchanged || samples[1].equals(*other)) << "it was refused ahead of all items";
     }
 }
 
 TEST_P(AllClasses, RefuseATooNewVersionInXml)
 {
-  expectFutureRefused<Xml>(_samples);
+  expectFutureRefused<Xml>(_samples, GetParam());
 }
 
 TEST_P(AllClasses, RefuseATooNewVersionInBinary)
 {
-  expectFutureRefused<Binary>(_samples);
+  expectFutureRefused<Binary>(_samples, GetParam());
 }
 
 // Reference files

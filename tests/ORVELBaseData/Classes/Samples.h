@@ -82,22 +82,19 @@ std::vector<OldSample> oldSamplesOf(const std::string& className);
 /// \brief Return that sample as one that new objects equal.
 Sample asNew(Sample sample);
 
-namespace details
-{
-
 template <class T, class = void>
-struct VersionOf
-{
-  static constexpr ipUInt32 get() { return 0; }
-};
-
+inline constexpr bool g_hasVersion = false;
 template <class T>
-struct VersionOf<T, std::void_t<decltype(T::getVersion())>>
-{
-  static ipUInt32 get() { return T::getVersion(); }
-};
+inline constexpr bool g_hasVersion<T, std::void_t<decltype(T::getVersion())>> = true;
 
-} // namespace details
+/// \brief Return the version of a class by its own function, 0 if it has none.
+template <class T>
+ipUInt32 getVersionOf()
+{
+  if constexpr (g_hasVersion<T>)
+    return T::getVersion();
+  return 0;
+}
 
 /// \brief Return a sample of a class.
 /// \param make returns a new object of the value, each time
@@ -128,7 +125,7 @@ Sample makeSampleBy(Make make, Equals equals)
                       return SerializationObjectPtr(T::createSharedObject());
                     }};
   sample.typeName = T::getTypeName();
-  sample.version = details::VersionOf<T>::get();
+  sample.version = getVersionOf<T>();
   return sample;
 }
 

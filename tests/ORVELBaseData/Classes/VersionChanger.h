@@ -72,7 +72,7 @@ public:
 protected:
   void openSection(std::string_view name) override
   {
-    _sections.push_back(std::make_unique<ArchiveSectionManager>(_target, name));
+    _sections.push_back(std::make_unique<ArchiveSectionManager>(_target, std::string(name)));
     _names.emplace_back(name);
   }
   void closeSection() override
