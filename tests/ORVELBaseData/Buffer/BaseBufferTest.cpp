@@ -1,6 +1,5 @@
 #include "ORVELBaseData/Buffer/BaseBuffer.h"
 
-#include <stdexcept>
 #include <type_traits>
 #include <vector>
 
@@ -8,12 +7,6 @@
 
 #include "BufferTesting.h"
 #include <ORVELBaseData/Buffer/BufferUtils.h>
-#include <support/LayoutChecks.h>
-
-ORVEL_TEST_EXPOSE(Size, &orvel::BaseBuffer::_size)
-ORVEL_TEST_EXPOSE(DataType, &orvel::BaseBuffer::_dataType)
-ORVEL_TEST_EXPOSE(BaseSize, &orvel::BaseBuffer::_baseSize)
-ORVEL_TEST_EXPOSE(IsInitialized, &orvel::BaseBuffer::_isInitialized)
 
 namespace
 {
@@ -30,8 +23,6 @@ public:
   eBufferType getBufferType() const override { return eBufferType::eBT_External; }
 
   using BaseBuffer::initBase;
-
-  static std::size_t placeOfClearDerived() { return vtableIndexOf(&PlainBuffer::clearDerived); }
 };
 
 /// Tells what it is when it is to release what it holds.
@@ -221,12 +212,6 @@ TEST(BaseBuffer, IsNotInitialisedWhenItsDerivedPartIsCleared)
 
 // The frame
 
-TEST(BaseBuffer, HasItsNameAndNoVersion)
-{
-  EXPECT_EQ(BaseBuffer::getTypeName(), "orvel::BaseBuffer");
-  EXPECT_EQ(PlainBuffer().getClassName(), "orvel::BaseBuffer"); // a derived class without a name of its own
-}
-
 template <class T, class = void>
 constexpr bool g_hasVersion = false;
 template <class T>
@@ -260,19 +245,6 @@ TEST(BaseBuffer, FilesNothingOfItsOwn)
                           EXPECT_EQ(buffer.getSize(), 7U);
                           EXPECT_EQ(buffer.getDataType(), eDataType::eDT_Int32);
                         });
-}
-
-TEST(BaseBuffer, HasItsOperationsAndMembersInTheirOrder)
-{
-  EXPECT_EQ(vtableIndexOf(&BaseBuffer::read), 11U);
-  EXPECT_EQ(vtableIndexOf(&BaseBuffer::getBufferType), 12U);
-  EXPECT_EQ(PlainBuffer::placeOfClearDerived(), 13U);
-  EXPECT_THROW(vtableIndexOf(&BaseBuffer::clear), std::invalid_argument);
-  EXPECT_EQ(offsetOf(memberOf(Size())), static_cast<std::ptrdiff_t>(sizeof(BaseObjectWithSkeleton)));
-  EXPECT_EQ(offsetOf(memberOf(DataType())), offsetOf(memberOf(Size())) + 8);
-  EXPECT_EQ(offsetOf(memberOf(BaseSize())), offsetOf(memberOf(Size())) + 16);
-  EXPECT_EQ(offsetOf(memberOf(IsInitialized())), offsetOf(memberOf(Size())) + 20);
-  EXPECT_EQ(sizeof(BaseBuffer), sizeof(BaseObjectWithSkeleton) + 24);
 }
 
 } // namespace

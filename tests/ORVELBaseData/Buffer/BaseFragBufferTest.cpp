@@ -33,8 +33,6 @@ public:
   using BaseFragBuffer::initBase;
 
   const BufferPtrColl& getList() const { return this->*memberOf(Fragments()); }
-
-  static std::size_t placeOfClearDerived() { return vtableIndexOf(&PlainFragBuffer::clearDerived); }
 };
 
 /// Three lines of four numbers that do not touch each other.
@@ -348,14 +346,6 @@ TEST(BaseFragBuffer, IsClearedWhenItsListFindsNoMemory)
 
 // The frame
 
-TEST(BaseFragBuffer, HasItsName)
-{
-  EXPECT_EQ(BaseFragBuffer::getTypeName(), "orvel::BaseFragBuffer");
-  EXPECT_EQ(PlainFragBuffer().getClassName(), "orvel::BaseFragBuffer");
-  static_assert(std::is_abstract_v<BaseFragBuffer>);
-  static_assert(std::is_base_of_v<BaseBuffer, BaseFragBuffer>);
-}
-
 TEST(BaseFragBuffer, CannotBeCopied)
 {
   PlainFragBuffer buffer;
@@ -370,18 +360,6 @@ TEST(BaseFragBuffer, FilesNothingOfItsOwn)
   PlainFragBuffer buffer;
   buffer.initBase(eDataType::eDT_Int16, lines.list(), 4);
   expectNothingIsStored(buffer, [&] { expectList(buffer, lines.list()); });
-}
-
-TEST(BaseFragBuffer, AddsItsFieldsInOrderAndNoVirtualOperation)
-{
-  EXPECT_EQ(vtableIndexOf(&BaseFragBuffer::getBufferType), 12U);
-  EXPECT_EQ(PlainFragBuffer::placeOfClearDerived(), 13U);
-  EXPECT_THROW(vtableIndexOf(&BaseFragBuffer::setDataPtr), std::invalid_argument);
-  EXPECT_THROW(vtableIndexOf(&BaseFragBuffer::rollUpFragments), std::invalid_argument);
-  EXPECT_THROW(vtableIndexOf(&BaseFragBuffer::rollDownFragments), std::invalid_argument);
-  EXPECT_EQ(offsetOf(memberOf(Fragments())), static_cast<std::ptrdiff_t>(sizeof(BaseBuffer)));
-  EXPECT_EQ(offsetOf(memberOf(FragmentsSize())), static_cast<std::ptrdiff_t>(sizeof(BaseBuffer)) + 24);
-  EXPECT_EQ(sizeof(BaseFragBuffer), sizeof(BaseBuffer) + 32);
 }
 
 } // namespace

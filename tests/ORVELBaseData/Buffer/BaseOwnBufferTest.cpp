@@ -3,17 +3,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
-#include <stdexcept>
-#include <type_traits>
 
 #include <gtest/gtest.h>
 
 #include "BufferSubjects.h"
 #include "BufferTesting.h"
 #include <ORVELUtil/ORVELUtilException.h>
-#include <support/LayoutChecks.h>
-
-ORVEL_TEST_EXPOSE(Block, &orvel::BaseOwnBuffer::_block)
 
 namespace
 {
@@ -30,8 +25,6 @@ public:
   eBufferType getBufferType() const override { return eBufferType::eBT_Own; }
 
   using BaseOwnBuffer::initBase;
-
-  static std::size_t placeOfClearDerived() { return vtableIndexOf(&PlainOwnBuffer::clearDerived); }
 };
 
 // Blocks
@@ -108,15 +101,6 @@ TEST(BaseOwnBuffer, IsNotInitialisedWhenThereIsNoMemoryToResizeIt)
 
 // The frame
 
-TEST(BaseOwnBuffer, HasItsNameAndVersion)
-{
-  EXPECT_EQ(BaseOwnBuffer::getTypeName(), "orvel::BaseOwnBuffer");
-  EXPECT_EQ(PlainOwnBuffer().getClassName(), "orvel::BaseOwnBuffer");
-  EXPECT_EQ(BaseOwnBuffer::getVersion(), 1U);
-  static_assert(std::is_abstract_v<BaseOwnBuffer>);
-  static_assert(std::is_base_of_v<BaseBlockBuffer, BaseOwnBuffer>);
-}
-
 TEST(BaseOwnBuffer, LeavesDuplicatesToTheConcreteClasses)
 {
   PlainOwnBuffer buffer;
@@ -125,18 +109,6 @@ TEST(BaseOwnBuffer, LeavesDuplicatesToTheConcreteClasses)
             "Class orvel::BaseBlockBuffer doesn't support copy");
   EXPECT_EQ(messageOf<ORVELUtilException>([&] { buffer.duplicateShared(); }),
             "Class orvel::BaseBlockBuffer doesn't support copy");
-}
-
-TEST(BaseOwnBuffer, AddsABlockAndNoVirtualOperation)
-{
-  EXPECT_EQ(vtableIndexOf(&BaseOwnBuffer::copy), 9U);
-  EXPECT_EQ(vtableIndexOf(&BaseOwnBuffer::write), 10U);
-  EXPECT_EQ(vtableIndexOf(&BaseOwnBuffer::read), 11U);
-  EXPECT_EQ(vtableIndexOf(&BaseOwnBuffer::getBufferType), 12U);
-  EXPECT_EQ(PlainOwnBuffer::placeOfClearDerived(), 13U);
-  EXPECT_THROW(vtableIndexOf(&BaseOwnBuffer::resize), std::invalid_argument);
-  EXPECT_EQ(offsetOf(memberOf(Block())), static_cast<std::ptrdiff_t>(sizeof(BaseBlockBuffer)));
-  EXPECT_EQ(sizeof(BaseOwnBuffer), sizeof(BaseBlockBuffer) + 8);
 }
 
 } // namespace

@@ -192,22 +192,6 @@ TYPED_TEST(BufferArchive, HoldsNoBlockWithoutElements)
   EXPECT_EQ(other.getDataType(), eDataType::eDT_Real32);
 }
 
-TYPED_TEST(BufferArchive, HoldsTheVersionOnce)
-{
-  using Subject = typename TypeParam::Subject;
-  typename Subject::Buffer buffer;
-  ownSixBytes<Subject>(buffer);
-  typename TypeParam::Format expected = this->full();
-  Subject::putEnd(expected, 1);
-  expected.boolean("bInit", false);
-  const auto write = [&](BaseOArchive& archive)
-  {
-    EXPECT_TRUE(buffer.write(archive));
-    EXPECT_TRUE(typename Subject::Buffer().write(archive));
-  };
-  EXPECT_EQ(orvel::test::fileOf<typename TypeParam::Format>(write), expected.file());
-}
-
 TYPED_TEST(BufferArchive, HoldsTheElementsInTheByteOrderOfTheMachine)
 {
   using Subject = typename TypeParam::Subject;
@@ -357,21 +341,6 @@ TYPED_TEST(BufferArchive, OfVersion0IsRead)
 }
 
 // Archives that do not fit
-
-TYPED_TEST(BufferArchive, OfANewerVersionIsRefusedAndChangesNothing)
-{
-  using Subject = typename TypeParam::Subject;
-  const std::string name = Subject::className;
-  const auto archive = this->withBlocks(this->structureOf(1, 2, "eDT_Int8", 2), "x", 1);
-  this->expectUnchanged(
-      [&](typename Subject::Buffer& buffer)
-      {
-        expectRaised<ORVELSerializationException>(
-            [&] { this->tryRead(buffer, archive, g_full); },
-            {"Version 2 of class " + name + " is not supported, the highest supported version is 1",
-             "virtual orvel::BoolResult " + name + "::read(orvel::BaseIArchive&)", Subject::source});
-      });
-}
 
 TYPED_TEST(BufferArchive, OfATypeOfNoneIsRefusedAndChangesNothing)
 {

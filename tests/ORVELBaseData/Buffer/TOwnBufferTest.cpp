@@ -8,8 +8,6 @@
 
 #include "BufferTesting.h"
 #include <ORVELBaseData/Buffer/TypedOwnBuffer.h>
-#include <support/LayoutChecks.h>
-#include <support/Sanitizers.h>
 
 namespace
 {
@@ -83,13 +81,6 @@ protected:
 using ElementTypes = testing::Types<ipBool, ipInt8, ipUInt8, ipInt16, ipUInt16, ipInt32, ipUInt32, ipInt64,
                                     ipUInt64, ipReal32, ipReal64>;
 TYPED_TEST_SUITE(EachTOwnBuffer, ElementTypes, );
-
-TYPED_TEST(EachTOwnBuffer, HasItsNameAndVersion)
-{
-  EXPECT_EQ(TOwnBuffer<TypeParam>::getTypeName(), this->row.className);
-  EXPECT_EQ(TOwnBuffer<TypeParam>().getClassName(), this->row.className);
-  EXPECT_EQ(TOwnBuffer<TypeParam>::getVersion(), 1U);
-}
 
 TYPED_TEST(EachTOwnBuffer, IsAnOwnerInAnyState)
 {
@@ -190,15 +181,6 @@ TYPED_TEST(EachTOwnBuffer, TakesTheTypeOfWhatItIsCopiedFrom)
     EXPECT_EQ(buffer.getSize(), 3U);
     EXPECT_EQ(contentsOf(buffer), contentsOf(source));
   }
-}
-
-TYPED_TEST(EachTOwnBuffer, AddsNoMemberAndNoVirtualOperation)
-{
-  if (!isSanitized) // the sanitizer widens the table
-  {
-    EXPECT_EQ(vtableSizeOf(TOwnBuffer<TypeParam>()), 14U); // clearDerived is the last
-  }
-  EXPECT_EQ(sizeof(TOwnBuffer<TypeParam>), sizeof(BaseOwnBuffer));
 }
 
 template <class HandWritten, class T>

@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <memory>
 #include <string>
-#include <type_traits>
 
 #include <gtest/gtest.h>
 
@@ -14,9 +13,7 @@
 #include <ORVELSerialization/ORVELSerializationException.h>
 #include <support/FailingAllocation.h>
 #include <support/HandWrittenArchive.h>
-#include <support/LayoutChecks.h>
 #include <support/RaisedFailure.h>
-#include <support/Sanitizers.h>
 
 namespace
 {
@@ -40,14 +37,6 @@ TEST(TypedOwnBuffer, IsAnOwnerInAnyState)
 }
 
 // The frame
-
-TEST(TypedOwnBuffer, HasItsNameAndVersion)
-{
-  EXPECT_EQ(TypedOwnBuffer::getTypeName(), "orvel::TypedOwnBuffer");
-  EXPECT_EQ(TypedOwnBuffer().getClassName(), "orvel::TypedOwnBuffer");
-  EXPECT_EQ(TypedOwnBuffer::getVersion(), 1U);
-  static_assert(std::is_base_of_v<BaseOwnBuffer, TypedOwnBuffer>);
-}
 
 TEST(TypedOwnBuffer, IsCopiedDeeplyInEachWay)
 {
@@ -102,26 +91,6 @@ TEST(TypedOwnBuffer, LeaksNothingWhenItsDuplicateRunsOutOfMemory)
   EXPECT_EQ(failuresOf([&] { delete source.duplicate(); }), "pr");
   EXPECT_EQ(failuresOf([&] { source.duplicateShared(); }), "pr");
   EXPECT_EQ(getNbBlocksInUse(), nbBlocks);
-}
-
-TEST(TypedOwnBuffer, AddsNoMemberAndNoVirtualOperation)
-{
-  EXPECT_EQ(vtableIndexOf(&TypedOwnBuffer::getClassName), 2U);
-  EXPECT_EQ(vtableIndexOf(&TypedOwnBuffer::createNew), 3U);
-  EXPECT_EQ(vtableIndexOf(&TypedOwnBuffer::createShared), 4U);
-  EXPECT_EQ(vtableIndexOf(&TypedOwnBuffer::hasCopySupport), 5U);
-  EXPECT_EQ(vtableIndexOf(&TypedOwnBuffer::duplicate), 6U);
-  EXPECT_EQ(vtableIndexOf(&TypedOwnBuffer::duplicateShared), 7U);
-  EXPECT_EQ(vtableIndexOf(&TypedOwnBuffer::copy), 9U);
-  EXPECT_EQ(vtableIndexOf(&TypedOwnBuffer::write), 10U);
-  EXPECT_EQ(vtableIndexOf(&TypedOwnBuffer::read), 11U);
-  EXPECT_EQ(vtableIndexOf(&TypedOwnBuffer::getBufferType), 12U);
-  EXPECT_THROW(vtableIndexOf(&TypedOwnBuffer::init), std::invalid_argument);
-  if (!isSanitized) // the sanitizer widens the table
-  {
-    EXPECT_EQ(vtableSizeOf(TypedOwnBuffer()), 14U); // clearDerived is the last
-  }
-  EXPECT_EQ(sizeof(TypedOwnBuffer), sizeof(BaseOwnBuffer));
 }
 
 // Archives

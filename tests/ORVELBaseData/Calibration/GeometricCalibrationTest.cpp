@@ -18,18 +18,7 @@
 #include <ORVELSerialization/ORVELSerializationException.h>
 #include <support/FailingAllocation.h>
 #include <support/HandWrittenArchive.h>
-#include <support/LayoutChecks.h>
 #include <support/RaisedFailure.h>
-#include <support/Sanitizers.h>
-
-ORVEL_TEST_EXPOSE(XScale, &orvel::GeometricCalibration::_xScale)
-ORVEL_TEST_EXPOSE(YScale, &orvel::GeometricCalibration::_yScale)
-ORVEL_TEST_EXPOSE(ZScale, &orvel::GeometricCalibration::_zScale)
-ORVEL_TEST_EXPOSE(UnitStr, &orvel::GeometricCalibration::_unitStr)
-ORVEL_TEST_EXPOSE(XOrigin, &orvel::GeometricCalibration::_xOrigin)
-ORVEL_TEST_EXPOSE(YOrigin, &orvel::GeometricCalibration::_yOrigin)
-ORVEL_TEST_EXPOSE(ZOrigin, &orvel::GeometricCalibration::_zOrigin)
-ORVEL_TEST_EXPOSE(Rotation, &orvel::GeometricCalibration::_rotation)
 
 namespace
 {
@@ -512,13 +501,6 @@ TEST(GeometricCalibration, LeaksNothingWhenMemoryEndsWhileItIsMade)
 
 // The frame
 
-TEST(GeometricCalibration, HasItsNameAndVersion)
-{
-  EXPECT_EQ(GeometricCalibration::getTypeName(), "orvel::GeometricCalibration");
-  EXPECT_EQ(GeometricCalibration().getClassName(), "orvel::GeometricCalibration");
-  EXPECT_EQ(GeometricCalibration::getVersion(), 2U);
-}
-
 TEST(GeometricCalibration, CopiesEveryField)
 {
   const GeometricCalibration calibration = makeMillimetres();
@@ -553,40 +535,6 @@ TEST(GeometricCalibration, IsAssignedByItsVirtualCopy)
   EXPECT_EQ(&(calibration = makeMillimetres()), &calibration);
   EXPECT_EQ(derived.nbCopies, 1);
   expectFields(calibration, g_numbers, "mm");
-}
-
-TEST(GeometricCalibration, HasItsOperationsAndMembersInTheirOrder)
-{
-  using Calibration = GeometricCalibration;
-  EXPECT_EQ(vtableIndexOf(&Calibration::getClassName), 2U);
-  EXPECT_EQ(vtableIndexOf(&Calibration::createNew), 3U);
-  EXPECT_EQ(vtableIndexOf(&Calibration::createShared), 4U);
-  EXPECT_EQ(vtableIndexOf(&Calibration::hasCopySupport), 5U);
-  EXPECT_EQ(vtableIndexOf(&Calibration::duplicate), 6U);
-  EXPECT_EQ(vtableIndexOf(&Calibration::duplicateShared), 7U);
-  EXPECT_EQ(vtableIndexOf(&Calibration::initCtorCopy), 8U);
-  EXPECT_EQ(vtableIndexOf(&Calibration::copy), 9U);
-  EXPECT_EQ(vtableIndexOf(&Calibration::write), 10U);
-  EXPECT_EQ(vtableIndexOf(&Calibration::read), 11U);
-  if (!isSanitized) // the sanitizer widens the table
-  {
-    EXPECT_EQ(vtableSizeOf(Calibration()), 12U); // none added
-  }
-  EXPECT_EQ(offsetOf(memberOf(XScale())), 8);
-  EXPECT_EQ(offsetOf(memberOf(YScale())), 12);
-  EXPECT_EQ(offsetOf(memberOf(ZScale())), 16);
-  EXPECT_EQ(offsetOf(memberOf(UnitStr())), 24);
-  const auto behindUnit = static_cast<std::ptrdiff_t>(24 + sizeof(std::string));
-  EXPECT_EQ(offsetOf(memberOf(XOrigin())), behindUnit);
-  EXPECT_EQ(offsetOf(memberOf(YOrigin())), behindUnit + 4);
-  EXPECT_EQ(offsetOf(memberOf(ZOrigin())), behindUnit + 8);
-  EXPECT_EQ(offsetOf(memberOf(Rotation())), behindUnit + 12);
-  EXPECT_EQ(sizeof(Quaternion), 16U);
-  EXPECT_EQ(offsetOf(&Quaternion::_qr), 0);
-  EXPECT_EQ(offsetOf(&Quaternion::_qi), 4);
-  EXPECT_EQ(offsetOf(&Quaternion::_qj), 8);
-  EXPECT_EQ(offsetOf(&Quaternion::_qk), 12);
-  static_assert(std::is_base_of_v<BaseSerializationObject, GeometricCalibration>);
 }
 
 // Archives
@@ -683,21 +631,6 @@ TEST(GeometricCalibrationFile, IsThisXmlText)
 )");
 }
 
-TYPED_TEST(GeometricCalibrationArchive, HoldsTheVersionOnceForManyCalibrations)
-{
-  TypeParam expected;
-  putVersion(expected, "orvel::GeometricCalibration", 2);
-  putItems(expected, 11, g_numbers, "mm");
-  putItems(expected, 11, g_otherNumbers, "");
-  EXPECT_EQ(fileOf<TypeParam>(
-                [](BaseOArchive& archive)
-                {
-                  makeMillimetres().write(archive);
-                  makeCalibration(g_otherNumbers, "").write(archive);
-                }),
-            expected.file());
-}
-
 TYPED_TEST(GeometricCalibrationArchive, ComesBackEqual)
 {
   const std::string unit("\xC2\xB5m \0 <&>", 9);
@@ -782,24 +715,6 @@ TYPED_TEST(GeometricCalibrationArchive, KeepsWhatWasReadBeforeItEnds)
     const std::size_t nbNumbers = nbItems > 3 ? nbItems - 1 : nbItems;
     std::copy_n(g_otherNumbers.begin(), nbNumbers, expected.begin());
     expectFields(calibration, expected, nbItems > 3 ? "um" : "mm");
-  }
-}
-
-TYPED_TEST(GeometricCalibrationArchive, RefusesANewerVersionAndKeepsItsFields)
-{
-  for (const ipUInt32 version : {3U, 4294967295U})
-  {
-    std::istringstream stream(archiveOf<TypeParam>(version, 11, g_otherNumbers, "um"));
-    typename TypeParam::IArchive archive(stream);
-    GeometricCalibration calibration = makeMillimetres();
-    expectRaised<ORVELSerializationException>(
-        [&] { calibration.read(archive); },
-        {"Version " + std::to_string(version) +
-             " of class orvel::GeometricCalibration is not supported, the highest supported version is 2",
-         "virtual orvel::BoolResult orvel::GeometricCalibration::read(orvel::BaseIArchive&)",
-         "ORVELBaseData/Calibration/GeometricCalibration.cpp"});
-    expectFields(calibration, g_numbers, "mm");
-    EXPECT_FALSE(archive.isClassVersionRegistred("orvel::GeometricCalibration"));
   }
 }
 

@@ -12,11 +12,9 @@
 #include <ORVELBaseData/DataItem/LeafColl/DataItemLeafColl.h>
 #include <ORVELBaseData/DataItem/Map/DataItemMap.h>
 #include <ORVELBaseData/DataItem/NodeColl/BaseDataItemNodeColl.h>
-#include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
 #include <support/SampleNode.h>
-#include <support/Sanitizers.h>
 
 namespace
 {
@@ -109,39 +107,6 @@ TYPED_TEST(DataItemRoot, IsWholeWithThePureOperations)
   item.copy(typename TypeParam::Whole()); // what a derived copy calls first
   EXPECT_EQ(item.getClassName(), TypeParam::className);
   EXPECT_EQ(item.getDataItemType(), TypeParam::kind);
-}
-
-TYPED_TEST(DataItemRoot, HasItsNameAndVersionAndIsNotKnownToTheFactory)
-{
-  using Root = typename TypeParam::Root;
-  EXPECT_EQ(Root::getTypeName(), TypeParam::className);
-  EXPECT_EQ(typename TypeParam::Concrete().Root::getClassName(), TypeParam::className); // of its level
-  EXPECT_EQ(Root::getVersion(), 1U);
-  EXPECT_FALSE(DynamicObjectFactory::getInstance().isRegistered(TypeParam::className));
-}
-
-TYPED_TEST(DataItemRoot, HasItsVirtualOperationsInOrder)
-{
-  using Root = typename TypeParam::Root;
-  EXPECT_EQ(vtableIndexOf(&Root::getClassName), 2U); // behind the two of the destructor
-  EXPECT_EQ(vtableIndexOf(&Root::createNew), 3U);
-  EXPECT_EQ(vtableIndexOf(&Root::createShared), 4U);
-  EXPECT_EQ(vtableIndexOf(&Root::hasCopySupport), 5U);
-  EXPECT_EQ(vtableIndexOf(&Root::duplicate), 6U);
-  EXPECT_EQ(vtableIndexOf(&Root::duplicateShared), 7U);
-  EXPECT_EQ(vtableIndexOf(&Root::initCtorCopy), 8U);
-  EXPECT_EQ(vtableIndexOf(&Root::copy), 9U);
-  EXPECT_EQ(vtableIndexOf(&Root::write), 10U);
-  EXPECT_EQ(vtableIndexOf(&Root::read), 11U);
-  EXPECT_EQ(vtableIndexOf(&Root::getDataItemType), 12U);
-  if constexpr (TypeParam::nbOperations > 13)
-  {
-    EXPECT_EQ(vtableIndexOf(&Root::getDataItemValueType), 13U);
-  }
-  if (!isSanitized) // the sanitizer widens the table
-  {
-    EXPECT_EQ(AbstractTable(TypeParam::table).getSize(), TypeParam::nbOperations);
-  }
 }
 
 TYPED_TEST(DataItemRoot, LeavesTheseOperationsPure)

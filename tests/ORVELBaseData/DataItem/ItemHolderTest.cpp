@@ -23,13 +23,11 @@
 #include <ORVELBaseData/DataItem/NodeColl/BaseDataItemNodeColl.h>
 #include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
-#include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/FailingAllocation.h>
 #include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
 #include <support/RaisedFailure.h>
 #include <support/SampleNode.h>
-#include <support/Sanitizers.h>
 
 ORVEL_TEST_EXPOSE(ItemMap, &orvel::DataItemMap::_itemMap)
 ORVEL_TEST_EXPOSE(NodeVector, &orvel::BaseDataItemNodeColl::_coll)
@@ -160,29 +158,6 @@ TYPED_TEST(ItemHolder, HasItsNameItsVersionAndItsKind)
   EXPECT_EQ(Holder::getVersion(), 1U);
   EXPECT_TRUE(Holder().hasCopySupport());
   EXPECT_EQ(Holder().getDataItemType(), TypeParam::kind);
-}
-
-TYPED_TEST(ItemHolder, IsCreatedEmptyByItsNameAndByItself)
-{
-  using Holder = typename TypeParam::Holder;
-  const Holder holder = makeHolder<TypeParam>(1);
-  const DynamicObjectPtr byName = DynamicObjectFactory::getInstance().createShared(TypeParam::className);
-  const std::unique_ptr<BaseDynamicObject> byItself(holder.createNew());
-  EXPECT_TRUE(dynamic_cast<const Holder&>(*byName).isEmpty());
-  EXPECT_TRUE(dynamic_cast<const Holder&>(*byItself).isEmpty());
-  EXPECT_TRUE(dynamic_cast<const Holder&>(*holder.createShared()).isEmpty());
-}
-
-TYPED_TEST(ItemHolder, AddsNoVirtualOperationAndOneField)
-{
-  using Holder = typename TypeParam::Holder;
-  EXPECT_EQ(vtableIndexOf(&Holder::getDataItemType), 12U);
-  if (!isSanitized) // the sanitizer widens the table
-  {
-    EXPECT_EQ(vtableSizeOf(Holder()), 13U);
-  }
-  EXPECT_EQ(TypeParam::offsetOfMember(), 8);
-  EXPECT_EQ(sizeof(Holder), 8 + TypeParam::sizeOfMember());
 }
 
 TYPED_TEST(ItemHolder, CountsIn32Bits)
@@ -759,22 +734,6 @@ TYPED_TEST(ArchivedItemHolder, WithMoreItemsThanItCouldHoldIsRefused)
   typename TestFixture::Holder holder;
   this->template refusalOf<ORVELSerializationException>(this->finish(), holder);
   EXPECT_TRUE(holder.isEmpty());
-}
-
-TYPED_TEST(ArchivedItemHolder, OfANewerVersionIsRefusedAndChangesNothing)
-{
-  using Subject = typename TypeParam::Subject;
-  const std::string name = Subject::className;
-  this->start(0, 2);
-  std::istringstream stream(this->finish());
-  typename TypeParam::Format::IArchive archive(stream);
-  auto holder = makeHolder<Subject>(2);
-  expectRaised<ORVELSerializationException>(
-      [&] { holder.read(archive); },
-      {"Version 2 of class " + name + " is not supported, the highest supported version is 1",
-       "virtual orvel::BoolResult " + name + "::read(orvel::BaseIArchive&)", Subject::sourceFile});
-  EXPECT_EQ(countsOf<Subject>(holder), (Counts{1, 2}));
-  EXPECT_FALSE(archive.isClassVersionRegistred(name));
 }
 
 TYPED_TEST(ArchivedItemHolder, LeaksNothingWhenMemoryEndsInARead)

@@ -1,6 +1,5 @@
 #include "ORVELBaseData/DataItem/ValueTypes.h"
 
-#include <memory>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -11,7 +10,6 @@
 #include "ValueTesting.h"
 #include <ORVELBaseData/DataItem/Leaf/DataItemLeaf.h>
 #include <ORVELBaseData/DataItem/LeafColl/DataItemLeafColl.h>
-#include <ORVELUtil/DynamicObjectFactory.h>
 
 // The instances of both templates, for all types of values.
 
@@ -33,7 +31,6 @@ struct Instance
   DataItemPtr item;        ///< a new one
   eDataItemValueType type; ///< from its getDataItemValueType()
   bool isOfRoot;
-  bool (*isOne)(const BaseDynamicObject*);
 };
 
 template <template <class> class Item, class Root, class... T>
@@ -42,11 +39,7 @@ std::vector<Instance> instancesOf(const std::string& name, eDataItemType kind, t
   return {{name + "<" + ValueTypeTraits<T>::name + ">", ValueTypeTraits<T>::valueType,
            ValueTypeTraits<T>::text, kind, Item<T>::getTypeName(), Item<T>::getVersion(),
            boost::make_shared<Item<T>>(), Item<T>().getDataItemValueType(),
-           std::is_base_of<Root, Item<T>>::value,
-           [](const BaseDynamicObject* object)
-           {
-             return dynamic_cast<const Item<T>*>(object) != nullptr;
-           }}...};
+           std::is_base_of<Root, Item<T>>::value}...};
 }
 
 std::vector<Instance> allInstances()
@@ -82,19 +75,6 @@ TEST(ValueTypes, GiveItemsTheirNameAndVersion)
     EXPECT_EQ(instance.typeName, instance.className);
     EXPECT_EQ(instance.item->getClassName(), instance.className);
     EXPECT_EQ(instance.version, 1U) << instance.className;
-  }
-}
-
-TEST(ValueTypes, HaveItemsThatAreCreatedByTheirNameAndByThemselves)
-{
-  const DynamicObjectFactory& factory = DynamicObjectFactory::getInstance();
-  for (const Instance& instance : allInstances())
-  {
-    const std::unique_ptr<BaseDynamicObject> byName(factory.createNew(instance.className));
-    EXPECT_TRUE(instance.isOne(byName.get())) << instance.className;
-    const std::unique_ptr<BaseDynamicObject> byItself(instance.item->createNew());
-    EXPECT_TRUE(instance.isOne(byItself.get())) << instance.className;
-    EXPECT_TRUE(instance.isOne(instance.item->createShared().get())) << instance.className;
   }
 }
 

@@ -12,10 +12,8 @@
 #include <ORVELBaseData/Identifier/SingleIdentifier.h>
 #include <ORVELBaseData/Identifier/StringIdentifier.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
-#include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
-#include <support/RaisedFailure.h>
 #include <support/Sanitizers.h>
 
 namespace
@@ -65,32 +63,6 @@ TEST(BaseIdentifier, LeavesTheseOperationsPure)
   {
     EXPECT_EQ(table.getSize(), 12U); // it adds none
   }
-}
-
-TEST(BaseIdentifier, HasTheVirtualOperationsOfEveryObjectInOrder)
-{
-  // Two entries for the destructor come first.
-  EXPECT_EQ(vtableIndexOf(&BaseIdentifier::getClassName), 2U);
-  EXPECT_EQ(vtableIndexOf(&BaseIdentifier::createNew), 3U);
-  EXPECT_EQ(vtableIndexOf(&BaseIdentifier::createShared), 4U);
-  EXPECT_EQ(vtableIndexOf(&BaseIdentifier::hasCopySupport), 5U);
-  EXPECT_EQ(vtableIndexOf(&BaseIdentifier::duplicate), 6U);
-  EXPECT_EQ(vtableIndexOf(&BaseIdentifier::duplicateShared), 7U);
-  EXPECT_EQ(vtableIndexOf(&BaseIdentifier::initCtorCopy), 8U);
-  EXPECT_EQ(vtableIndexOf(&BaseIdentifier::copy), 9U);
-  EXPECT_EQ(vtableIndexOf(&BaseIdentifier::write), 10U);
-  EXPECT_EQ(vtableIndexOf(&BaseIdentifier::read), 11U);
-}
-
-TEST(BaseIdentifier, HasItsNameAndVersion)
-{
-  EXPECT_EQ(BaseIdentifier::getTypeName(), "orvel::BaseIdentifier");
-  EXPECT_EQ(BaseIdentifier::getVersion(), 1U);
-}
-
-TEST(BaseIdentifier, IsNotKnownToTheFactory)
-{
-  EXPECT_FALSE(DynamicObjectFactory::getInstance().isRegistered("orvel::BaseIdentifier"));
 }
 
 TEST(BaseIdentifier, HasNoFieldOfItsOwn)
@@ -225,19 +197,6 @@ class ValueIdentifier : public ::testing::Test
 using Subjects = ::testing::Types<SingleSubject, DoubleSubject, StringSubject>;
 TYPED_TEST_SUITE(ValueIdentifier, Subjects, );
 
-TYPED_TEST(ValueIdentifier, HasItsNameAndVersionAndAddsNoVirtualOperation)
-{
-  using Identifier = typename TypeParam::Identifier;
-  EXPECT_TRUE((std::is_base_of<BaseIdentifier, Identifier>::value));
-  EXPECT_EQ(Identifier::getTypeName(), TypeParam::className);
-  EXPECT_EQ(TypeParam::first().getClassName(), TypeParam::className);
-  EXPECT_EQ(Identifier::getVersion(), 1U);
-  if (!isSanitized) // the sanitizer widens the table
-  {
-    EXPECT_EQ(vtableSizeOf(TypeParam::first()), 12U);
-  }
-}
-
 TYPED_TEST(ValueIdentifier, CopiesItsValue)
 {
   using Identifier = typename TypeParam::Identifier;
@@ -340,23 +299,6 @@ TYPED_TEST(ArchivedValueIdentifier, KeepsItsValueWhenTheNewOneCannotBeRead)
   EXPECT_THROW(readStart<typename TypeParam::Format>(file.file(), [&](BaseIArchive& archive)
                                                      { identifier.read(archive); }),
                ORVELSerializationException);
-  EXPECT_EQ(Subject::valueOf(identifier), Subject::valueOf(Subject::second()));
-}
-
-TYPED_TEST(ArchivedValueIdentifier, RefusesANewerVersionAndKeepsItsValue)
-{
-  using Subject = typename TypeParam::Subject;
-  typename TypeParam::Format file = this->start(2);
-  Subject::putFirst(file);
-  auto identifier = Subject::second();
-  EXPECT_EQ(messageOf<ORVELSerializationException>(
-                [&]
-                {
-                  readStart<typename TypeParam::Format>(file.file(), [&](BaseIArchive& archive)
-                                                        { identifier.read(archive); });
-                }),
-            std::string("Version 2 of class ") + Subject::className +
-                " is not supported, the highest supported version is 1");
   EXPECT_EQ(Subject::valueOf(identifier), Subject::valueOf(Subject::second()));
 }
 

@@ -12,11 +12,6 @@
 #include <ORVELSerialization/ORVELSerializationException.h>
 #include <support/FailingAllocation.h>
 #include <support/HandWrittenArchive.h>
-#include <support/LayoutChecks.h>
-#include <support/RaisedFailure.h>
-#include <support/Sanitizers.h>
-
-ORVEL_TEST_EXPOSE(Name, &orvel::DataIdentifier::_name)
 
 namespace
 {
@@ -60,13 +55,6 @@ TEST(DataIdentifier, IsNoBaseIdentifier)
   const DataIdentifier identifier;
   const BaseDynamicObject& object = identifier;
   EXPECT_EQ(dynamic_cast<const BaseIdentifier*>(&object), nullptr);
-}
-
-TEST(DataIdentifier, HasItsNameAndVersion)
-{
-  EXPECT_EQ(DataIdentifier::getTypeName(), "orvel::DataIdentifier");
-  EXPECT_EQ(DataIdentifier().getClassName(), "orvel::DataIdentifier");
-  EXPECT_EQ(DataIdentifier::getVersion(), 1U);
 }
 
 TEST(DataIdentifier, CopiesItsIdentifierAndItsName)
@@ -122,16 +110,6 @@ TEST(DataIdentifier, LeaksNothingWhenMemoryEndsInADuplicate)
   EXPECT_GE(nbFailures, 2U); // the copy and its name
 }
 
-TEST(DataIdentifier, AddsNoVirtualOperationAndOneField)
-{
-  if (!isSanitized) // the sanitizer widens the table
-  {
-    EXPECT_EQ(vtableSizeOf(DataIdentifier()), 12U);
-  }
-  EXPECT_EQ(offsetOf(memberOf(Name())), 24); // the identifier of 16 bytes stands before it
-  EXPECT_EQ(sizeof(DataIdentifier), 24 + sizeof(std::string));
-}
-
 constexpr const char* g_guid = "01234567-89ab-cdef-0123-456789abcdef";
 
 template <class HandWritten>
@@ -178,20 +156,6 @@ TYPED_TEST(ArchivedDataIdentifier, IsReadAsItIsStored)
                       });
   EXPECT_EQ(to_string(identifier.getGuid()), g_guid);
   EXPECT_EQ(identifier.getName(), "left eye");
-}
-
-TYPED_TEST(ArchivedDataIdentifier, RefusesANewerVersion)
-{
-  TypeParam file;
-  file.text("_guid", g_guid);
-  putVersion(file, "orvel::DataIdentifier", 2);
-  DataIdentifier identifier = named("old");
-  EXPECT_EQ(messageOf<ORVELSerializationException>(
-                [&] {
-                  readStart<TypeParam>(file.file(), [&](BaseIArchive& archive) { identifier.read(archive); });
-                }),
-            "Version 2 of class orvel::DataIdentifier is not supported, the highest supported version is 1");
-  EXPECT_EQ(identifier.getName(), "old");
 }
 
 TYPED_TEST(ArchivedDataIdentifier, HasTheNewIdentifierAndTheOldNameWhenWhatFollowsCannotBeRead)

@@ -5,11 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <support/FailingAllocation.h>
-#include <support/LayoutChecks.h>
 
 // What it shares with the other values is tested in BaseIdentifierTest.cpp.
-
-ORVEL_TEST_EXPOSE(Value, &orvel::SingleIdentifier::_value)
 
 namespace
 {
@@ -39,12 +36,6 @@ TEST(SingleIdentifier, IsMadeOfANumberWithoutBeingNamed)
 {
   const SingleIdentifier identifier = 3U;
   EXPECT_EQ(identifier.getValue(), 3U);
-}
-
-TEST(SingleIdentifier, AddsOneField)
-{
-  EXPECT_EQ(offsetOf(memberOf(Value())), 8);
-  EXPECT_EQ(sizeof(SingleIdentifier), 16U);
 }
 
 } // namespace

@@ -6,11 +6,8 @@
 
 #include <support/FailingAllocation.h>
 #include <support/HandWrittenArchive.h>
-#include <support/LayoutChecks.h>
 
 // What it shares with the other values is tested in BaseIdentifierTest.cpp.
-
-ORVEL_TEST_EXPOSE(Value, &orvel::StringIdentifier::_value)
 
 namespace
 {
@@ -65,12 +62,6 @@ TEST(StringIdentifier, KeepsItsStringAndLeaksNothingWhenMemoryEnds)
   EXPECT_GE(failAtEachAllocation([&] { delete identifier.duplicate(); }, check), 2U); // the copy, its string
   EXPECT_GE(failAtEachAllocation([&] { target = identifier; }, check), 1U);
   EXPECT_EQ(target.getValue(), identifier.getValue());
-}
-
-TEST(StringIdentifier, AddsOneField)
-{
-  EXPECT_EQ(offsetOf(memberOf(Value())), 8);
-  EXPECT_EQ(sizeof(StringIdentifier), 8 + sizeof(std::string));
 }
 
 template <class HandWritten>

@@ -19,8 +19,6 @@
 #include <ORVELSerialization/ORVELSerializationException.h>
 #include <support/FailingAllocation.h>
 #include <support/HandWrittenArchive.h>
-#include <support/LayoutChecks.h>
-#include <support/Sanitizers.h>
 
 // Both classes under the same tests. Coordinates are given for x, y and z; an offset of the plane has no z.
 namespace
@@ -244,48 +242,6 @@ TYPED_TEST(Offset, IsAssignedByItsVirtualCopy)
   EXPECT_TRUE(offset == this->at(5, -6, 7));
 }
 
-TYPED_TEST(Offset, HasItsVirtualOperationsInOrder)
-{
-  // Two entries for the destructor come first.
-  EXPECT_EQ(vtableIndexOf(&TypeParam::getClassName), 2U);
-  EXPECT_EQ(vtableIndexOf(&TypeParam::createNew), 3U);
-  EXPECT_EQ(vtableIndexOf(&TypeParam::createShared), 4U);
-  EXPECT_EQ(vtableIndexOf(&TypeParam::hasCopySupport), 5U);
-  EXPECT_EQ(vtableIndexOf(&TypeParam::duplicate), 6U);
-  EXPECT_EQ(vtableIndexOf(&TypeParam::duplicateShared), 7U);
-  EXPECT_EQ(vtableIndexOf(&TypeParam::initCtorCopy), 8U);
-  EXPECT_EQ(vtableIndexOf(&TypeParam::copy), 9U);
-  EXPECT_EQ(vtableIndexOf(&TypeParam::write), 10U);
-  EXPECT_EQ(vtableIndexOf(&TypeParam::read), 11U);
-  if (!isSanitized) // the sanitizer widens the table
-  {
-    EXPECT_EQ(vtableSizeOf(this->at(0, 0, 0)), 12U);
-  }
-}
-
-ORVEL_TEST_EXPOSE(PlaneX, &OffsetXY::_xOffset)
-ORVEL_TEST_EXPOSE(PlaneY, &OffsetXY::_yOffset)
-ORVEL_TEST_EXPOSE(SpaceX, &OffsetXYZ::_xOffset)
-ORVEL_TEST_EXPOSE(SpaceY, &OffsetXYZ::_yOffset)
-ORVEL_TEST_EXPOSE(SpaceZ, &OffsetXYZ::_zOffset)
-
-TEST(OffsetXY, HasItsMembersInOrder)
-{
-  ipInt32 OffsetXY::*const members[] = {memberOf(PlaneX()), memberOf(PlaneY())};
-  EXPECT_EQ(offsetOf(members[0]), 8); // behind the pointer to the virtual operations
-  EXPECT_EQ(offsetOf(members[1]), 12);
-  EXPECT_EQ(sizeof(OffsetXY), 16U);
-}
-
-TEST(OffsetXYZ, HasItsMembersInOrder)
-{
-  ipInt32 OffsetXYZ::*const members[] = {memberOf(SpaceX()), memberOf(SpaceY()), memberOf(SpaceZ())};
-  EXPECT_EQ(offsetOf(members[0]), 8);
-  EXPECT_EQ(offsetOf(members[1]), 12);
-  EXPECT_EQ(offsetOf(members[2]), 16);
-  EXPECT_EQ(sizeof(OffsetXYZ), 24U);
-}
-
 template <class OffsetAndFormat>
 class ArchivedOffset : public ::testing::Test
 {
@@ -370,14 +326,6 @@ TYPED_TEST(ArchivedOffset, HoldsItsVersionAndTheCoordinatesInOrder)
   EXPECT_EQ(this->fileOf({this->at(-3, 70000, -300)}), this->makeFile(1, {-3, 70000, -300}).file());
 }
 
-TYPED_TEST(ArchivedOffset, HoldsTheVersionOnceForManyOffsets)
-{
-  auto expected = this->makeFile(1, {4, -4, 8});
-  this->putCoordinates(expected, {3, -3, 6});
-  this->putCoordinates(expected, {2, -2, 4});
-  EXPECT_EQ(this->fileOf({this->at(4, -4, 8), this->at(3, -3, 6), this->at(2, -2, 4)}), expected.file());
-}
-
 TYPED_TEST(ArchivedOffset, ComesBackWithExtremeCoordinates)
 {
   const auto offsets = {this->at(g_lowest, g_highest, 0), this->at(0, g_lowest, g_highest),
@@ -413,11 +361,6 @@ TYPED_TEST(ArchivedOffset, TakesTheVersionThatTheArchiveKnows)
                                               offset.read(archive);
                                               EXPECT_TRUE(offset == this->at(8, 9, 10));
                                             });
-}
-
-TYPED_TEST(ArchivedOffset, OfAHigherVersionIsRefusedAndChangesNothing)
-{
-  this->expectRefused(this->makeFile(2, {-3, 70000, -300}), this->at(5, 6, 7), false);
 }
 
 TYPED_TEST(ArchivedOffset, KeepsWhatWasReadBeforeAFailure)

@@ -14,15 +14,7 @@
 
 #include <ORVELSerialization/ItemOperators.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
-#include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/HandWrittenArchive.h>
-#include <support/LayoutChecks.h>
-#include <support/RaisedFailure.h>
-#include <support/Sanitizers.h>
-
-ORVEL_TEST_EXPOSE(ZPlanIdx, &orvel::PlanIndex::_zPlanIdx)
-ORVEL_TEST_EXPOSE(CPlanIdx, &orvel::PlanIndex::_cPlanIdx)
-ORVEL_TEST_EXPOSE(TPlanIdx, &orvel::PlanIndex::_tPlanIdx)
 
 namespace
 {
@@ -175,28 +167,6 @@ TEST(PlanIndex, IsWalkedThroughZFastestAndTSlowest)
 
 // The frame
 
-TEST(PlanIndex, HasItsNameAndVersion)
-{
-  EXPECT_EQ(PlanIndex::getTypeName(), "orvel::PlanIndex");
-  EXPECT_EQ(PlanIndex(1, 2, 3).getClassName(), "orvel::PlanIndex");
-  EXPECT_EQ(PlanIndex::getVersion(), 2U);
-}
-
-TEST(PlanIndex, IsCreatedByItsNameAndByItsOwn)
-{
-  const DynamicObjectFactory& factory = DynamicObjectFactory::getInstance();
-  const PlanIndex example(1, 2, 3);
-  const std::unique_ptr<BaseDynamicObject> byName(factory.createNew("orvel::PlanIndex"));
-  const std::unique_ptr<BaseDynamicObject> byItself(example.createNew());
-  const std::unique_ptr<PlanIndex> byClass(PlanIndex::createNewObject());
-  EXPECT_NE(dynamic_cast<PlanIndex*>(byName.get()), nullptr);
-  EXPECT_NE(dynamic_cast<PlanIndex*>(byItself.get()), nullptr);
-  EXPECT_NE(byClass, nullptr);
-  EXPECT_NE(dynamic_cast<PlanIndex*>(factory.createShared("orvel::PlanIndex").get()), nullptr);
-  EXPECT_NE(dynamic_cast<PlanIndex*>(example.createShared().get()), nullptr);
-  EXPECT_EQ(PlanIndex::createSharedObject().use_count(), 1);
-}
-
 TEST(PlanIndex, CopiesAllThreeNumbers)
 {
   const PlanIndex index(1, g_largest, 3);
@@ -244,32 +214,6 @@ TEST(PlanIndex, IsAssignedByItsVirtualCopy)
   EXPECT_TRUE(index == PlanIndex(1, 2, 3));
 }
 
-TEST(PlanIndex, HasItsOperationsAndMembersInTheirOrder)
-{
-  EXPECT_EQ(vtableIndexOf(&PlanIndex::getClassName), 2U);
-  EXPECT_EQ(vtableIndexOf(&PlanIndex::createNew), 3U);
-  EXPECT_EQ(vtableIndexOf(&PlanIndex::createShared), 4U);
-  EXPECT_EQ(vtableIndexOf(&PlanIndex::hasCopySupport), 5U);
-  EXPECT_EQ(vtableIndexOf(&PlanIndex::duplicate), 6U);
-  EXPECT_EQ(vtableIndexOf(&PlanIndex::duplicateShared), 7U);
-  EXPECT_EQ(vtableIndexOf(&PlanIndex::initCtorCopy), 8U);
-  EXPECT_EQ(vtableIndexOf(&PlanIndex::copy), 9U);
-  EXPECT_EQ(vtableIndexOf(&PlanIndex::write), 10U);
-  EXPECT_EQ(vtableIndexOf(&PlanIndex::read), 11U);
-  if (!isSanitized) // the sanitizer widens the table
-  {
-    EXPECT_EQ(vtableSizeOf(PlanIndex(1, 2, 3)), 12U); // none added
-  }
-  EXPECT_EQ(offsetOf(memberOf(ZPlanIdx())), 8);
-  EXPECT_EQ(offsetOf(memberOf(CPlanIdx())), 16);
-  EXPECT_EQ(offsetOf(memberOf(TPlanIdx())), 24);
-  EXPECT_EQ(sizeof(PlanIndex), 32U);
-  static_assert(std::is_same_v<decltype(memberOf(ZPlanIdx())), ipUInt64 PlanIndex::*>);
-  static_assert(std::is_same_v<decltype(memberOf(CPlanIdx())), ipUInt64 PlanIndex::*>);
-  static_assert(std::is_same_v<decltype(memberOf(TPlanIdx())), ipUInt64 PlanIndex::*>);
-  static_assert(std::is_base_of_v<BaseSerializationObject, PlanIndex>);
-}
-
 // Archives
 
 template <class HandWritten>
@@ -300,25 +244,6 @@ TYPED_TEST(PlanIndexArchive, IsWrittenInVersion2)
                   EXPECT_EQ(result.getMessage(), "");
                 }),
             archiveOf<TypeParam>(2, 3, 5000000000, 4));
-}
-
-TYPED_TEST(PlanIndexArchive, HoldsTheVersionOnceForManyIndexes)
-{
-  TypeParam expected;
-  putVersion(expected, "orvel::PlanIndex", 2);
-  for (const std::int64_t z : {1, 4})
-  {
-    expected.integer("_zPlanIdx", z);
-    expected.integer("_cPlanIdx", z + 1);
-    expected.integer("_tPlanIdx", z + 2);
-  }
-  EXPECT_EQ(fileOf<TypeParam>(
-                [](BaseOArchive& archive)
-                {
-                  PlanIndex(1, 2, 3).write(archive);
-                  PlanIndex(4, 5, 6).write(archive);
-                }),
-            expected.file());
 }
 
 TYPED_TEST(PlanIndexArchive, IsReadInVersion2)
@@ -403,24 +328,6 @@ TYPED_TEST(PlanIndexArchive, KeepsWhatWasReadBeforeAFailureInVersion2)
   EXPECT_THROW(readStart<TypeParam>(file.file(), [&](BaseIArchive& archive) { index.read(archive); }),
                ORVELSerializationException);
   EXPECT_TRUE(index == PlanIndex(77, 8, 9));
-}
-
-TYPED_TEST(PlanIndexArchive, RefusesANewerVersion)
-{
-  for (const ipUInt32 version : {3U, 4294967295U})
-  {
-    std::istringstream stream(archiveOf<TypeParam>(version, 1, 2, 3));
-    typename TypeParam::IArchive archive(stream);
-    PlanIndex index(7, 8, 9);
-    expectRaised<ORVELSerializationException>(
-        [&] { index.read(archive); },
-        {"Version " + std::to_string(version) +
-             " of class orvel::PlanIndex is not supported, the highest supported version is 2",
-         "virtual orvel::BoolResult orvel::PlanIndex::read(orvel::BaseIArchive&)",
-         "ORVELBaseData/PlanIndex/PlanIndex.cpp"});
-    EXPECT_TRUE(index == PlanIndex(7, 8, 9));
-    EXPECT_FALSE(archive.isClassVersionRegistred("orvel::PlanIndex"));
-  }
 }
 
 TEST(PlanIndexFile, IsThisXmlText)

@@ -12,12 +12,10 @@
 
 #include <ORVELBaseData/Buffer/TypedOwnBuffer.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
-#include <ORVELUtil/DynamicObjectFactory.h>
 #include <ORVELUtil/ORVELUtilException.h>
 #include <support/LayoutChecks.h>
 #include <support/ObjectCollArchive.h>
 #include <support/RaisedFailure.h>
-#include <support/Sanitizers.h>
 
 namespace
 {
@@ -83,11 +81,6 @@ TYPED_TEST(ObjectColl, HasItsNameVersionAndMode)
   EXPECT_EQ(TypeParam().getSerializationMode(), g_full);
 }
 
-TYPED_TEST(ObjectColl, IsNotRegistered)
-{
-  EXPECT_FALSE(DynamicObjectFactory::getInstance().isRegistered(TypeParam::className));
-}
-
 TYPED_TEST(ObjectColl, LeavesFourOperationsToDerivedClasses)
 {
   using Root = typename TypeParam::Root;
@@ -98,27 +91,6 @@ TYPED_TEST(ObjectColl, LeavesFourOperationsToDerivedClasses)
   EXPECT_TRUE(std::is_abstract_v<WithoutElementTypeName<Root>>);
   EXPECT_TRUE(std::is_abstract_v<WithoutSkeletonAnswer<Root>>);
   EXPECT_FALSE(std::is_abstract_v<TypeParam>);
-}
-
-TYPED_TEST(ObjectColl, HasItsOperationsInOrder)
-{
-  using Root = typename TypeParam::Root;
-  EXPECT_EQ(vtableIndexOf(&Root::getClassName), 2U);
-  EXPECT_EQ(vtableIndexOf(&Root::createNew), 3U);
-  EXPECT_EQ(vtableIndexOf(&Root::createShared), 4U);
-  EXPECT_EQ(vtableIndexOf(&Root::hasCopySupport), 5U);
-  EXPECT_EQ(vtableIndexOf(&Root::duplicate), 6U);
-  EXPECT_EQ(vtableIndexOf(&Root::duplicateShared), 7U);
-  EXPECT_EQ(vtableIndexOf(&Root::initCtorCopy), 8U);
-  EXPECT_EQ(vtableIndexOf(&Root::copy), 9U);
-  EXPECT_EQ(vtableIndexOf(&Root::write), 10U);
-  EXPECT_EQ(vtableIndexOf(&Root::read), 11U);
-  EXPECT_EQ(vtableIndexOf(&Root::getElementTypeName), 12U);
-  EXPECT_EQ(vtableIndexOf(&Root::hasSkeletonElements), 13U);
-  if (!isSanitized) // the sanitizer widens the table
-  {
-    EXPECT_EQ(AbstractTable(TypeParam::table).getSize(), 14U);
-  }
 }
 
 TYPED_TEST(ObjectColl, LeavesTheseOperationsPure)

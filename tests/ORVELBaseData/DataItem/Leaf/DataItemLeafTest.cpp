@@ -13,12 +13,6 @@
 #include <ORVELSerialization/ORVELSerializationException.h>
 #include <support/FailingAllocation.h>
 #include <support/HandWrittenArchive.h>
-#include <support/LayoutChecks.h>
-#include <support/RaisedFailure.h>
-#include <support/Sanitizers.h>
-
-ORVEL_TEST_EXPOSE(ByteValue, &orvel::DataItemLeaf<orvel::ipUInt8>::_value)
-ORVEL_TEST_EXPOSE(StringValue, &orvel::DataItemLeaf<std::string>::_value)
 
 namespace
 {
@@ -228,21 +222,6 @@ TYPED_TEST(NewDataItemLeafOf, DoesNotTouchItsValue)
   EXPECT_EQ(bytesOf(*byClass), untouched);
 }
 
-// The frame
-
-TEST(DataItemLeaf, AddsNoVirtualOperationAndOneField)
-{
-  if (!isSanitized) // the sanitizer widens the table
-  {
-    EXPECT_EQ(vtableSizeOf(DataItemLeaf<ipUInt8>()), 14U);
-    EXPECT_EQ(vtableSizeOf(DataItemLeaf<std::string>()), 14U);
-  }
-  EXPECT_EQ(offsetOf(memberOf(ByteValue())), 8);
-  EXPECT_EQ(offsetOf(memberOf(StringValue())), 8);
-  EXPECT_EQ(sizeof(DataItemLeaf<ipUInt8>), 16U);
-  EXPECT_EQ(sizeof(DataItemLeaf<std::string>), 8 + sizeof(std::string));
-}
-
 /// A leaf of another library that replaces only what makes new objects.
 class DerivedLeaf : public DataItemLeaf<ipInt32>
 {
@@ -339,28 +318,6 @@ TYPED_TEST(ArchivedDataItemLeaf, TakesALowerVersionAsItIs)
                         EXPECT_EQ(leaf.getValue(), 3);
                         EXPECT_EQ(archive.getRegisterClassVersion("orvel::DataItemLeaf<ipInt32>"), 0U);
                       });
-}
-
-TYPED_TEST(ArchivedDataItemLeaf, RefusesANewerVersionByTheNameOfItsInstance)
-{
-  TypeParam file;
-  putVersion(file, "orvel::BaseDataItem", 1);
-  putVersion(file, "orvel::BaseDataItemLeaf", 1);
-  putVersion(file, "orvel::DataItemLeaf<ipInt32>", 2);
-  file.integer("_value", 3);
-  std::istringstream stream(file.file());
-  typename TypeParam::IArchive archive(stream);
-  DataItemLeaf<ipInt32> leaf;
-  leaf.setValue(7);
-  expectRaised<ORVELSerializationException>(
-      [&] { leaf.read(archive); },
-      {"Version 2 of class orvel::DataItemLeaf<ipInt32> is not supported, the highest supported version is 1",
-       "orvel::BoolResult orvel::DataItemLeaf<T>::read(orvel::BaseIArchive&) [with T = int; "
-       "orvel::BoolResult = orvel::ProcessingResult<bool>]",
-       "ORVELBaseData/DataItem/Leaf/DataItemLeaf.cpp"});
-  EXPECT_EQ(leaf.getValue(), 7);
-  EXPECT_FALSE(archive.isClassVersionRegistred("orvel::DataItemLeaf<ipInt32>"));
-  EXPECT_TRUE(archive.isClassVersionRegistred("orvel::BaseDataItemLeaf")); // that level had been read
 }
 
 TYPED_TEST(ArchivedDataItemLeaf, KeepsItsValueWhenTheItemIsOfAnotherType)

@@ -2,7 +2,6 @@
 
 #include <cstring>
 #include <memory>
-#include <stdexcept>
 #include <type_traits>
 #include <vector>
 
@@ -14,12 +13,6 @@
 #include <ORVELSerialization/ORVELSerializationException.h>
 #include <support/FailingAllocation.h>
 #include <support/HandWrittenArchive.h>
-#include <support/LayoutChecks.h>
-#include <support/RaisedFailure.h>
-#include <support/Sanitizers.h>
-
-ORVEL_TEST_EXPOSE(ByteColl, &orvel::DataItemLeafColl<orvel::ipUInt8>::_coll)
-ORVEL_TEST_EXPOSE(BoolColl, &orvel::DataItemLeafColl<orvel::ipBool>::_coll)
 
 namespace
 {
@@ -250,21 +243,6 @@ TYPED_TEST(DataItemLeafCollOfAny, HoldsWhatIsReadOnlyWhateverItHeld)
   }
 }
 
-// The frame
-
-TEST(DataItemLeafColl, AddsNoVirtualOperationAndOneField)
-{
-  if (!isSanitized) // the sanitizer widens the table
-  {
-    EXPECT_EQ(vtableSizeOf(DataItemLeafColl<ipUInt8>()), 14U);
-    EXPECT_EQ(vtableSizeOf(DataItemLeafColl<ipBool>()), 14U);
-  }
-  EXPECT_EQ(offsetOf(memberOf(ByteColl())), 8);
-  EXPECT_EQ(offsetOf(memberOf(BoolColl())), 8);
-  EXPECT_EQ(sizeof(DataItemLeafColl<ipUInt8>), 8 + sizeof(std::vector<ipUInt8>));
-  EXPECT_EQ(sizeof(DataItemLeafColl<ipBool>), 8 + sizeof(std::vector<bool>));
-}
-
 /// Replaces what makes new objects, but not what makes duplicates.
 class DerivedColl : public DataItemLeafColl<ipInt32>
 {
@@ -431,22 +409,6 @@ TYPED_TEST(ArchivedDataItemLeafColl, AllocatesNothingForACountThatTheArchiveCann
   EXPECT_THROW(readStart<TypeParam>(file.file(), [&](BaseIArchive& archive) { coll.read(archive); }),
                ORVELSerializationException);
   EXPECT_EQ(coll.getColl(), (std::vector<ipReal64>{7.0, 8.0}));
-}
-
-TYPED_TEST(ArchivedDataItemLeafColl, RefusesANewerVersionByTheNameOfItsInstance)
-{
-  TypeParam file;
-  putVersion(file, "orvel::BaseDataItem", 1);
-  putVersion(file, "orvel::BaseDataItemLeafColl", 1);
-  putVersion(file, "orvel::DataItemLeafColl<ipInt32>", 2);
-  putColl<ipInt32>(file, {1, 2, 3});
-  auto coll = collOf<ipInt32>({7});
-  EXPECT_EQ(messageOf<ORVELSerializationException>(
-                [&]
-                { readStart<TypeParam>(file.file(), [&](BaseIArchive& archive) { coll.read(archive); }); }),
-            "Version 2 of class orvel::DataItemLeafColl<ipInt32> is not supported, the highest supported "
-            "version is 1");
-  EXPECT_EQ(coll.getColl(), (std::vector<ipInt32>{7}));
 }
 
 } // namespace

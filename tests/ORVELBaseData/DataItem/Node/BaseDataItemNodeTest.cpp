@@ -15,7 +15,6 @@
 #include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELBaseData/ORVELBaseDataLog.h>
 #include <ORVELSerialization/ORVELSerializationException.h>
-#include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
 #include <support/RaisedFailure.h>
@@ -50,17 +49,6 @@ TEST(BaseDataItemNode, HasTheItemFirstTheToolTipSecondAndNoData)
   EXPECT_EQ(sizeof(BaseDataItemNode), 2 * sizeof(void*)); // the pointers to both tables of operations
 }
 
-TEST(BaseDataItemNode, HasItsVirtualOperationsInOrder)
-{
-  // Two entries for the destructor come first, then those of every object.
-  EXPECT_EQ(vtableIndexOf(&BaseDataItemNode::read), 11U);
-  EXPECT_EQ(vtableIndexOf(&BaseDataItemNode::getDataItemType), 12U);
-  EXPECT_EQ(vtableIndexOf(&BaseDataItemNode::getNodeName), 13U);
-  EXPECT_EQ(vtableIndexOf(&BaseDataItemNode::getNodeLibraryName), 14U);
-  EXPECT_EQ(vtableIndexOf(&BaseDataItemNode::getItemKeys), 15U);
-  EXPECT_EQ(vtableIndexOf(&BaseDataItemNode::getItemInfo), 16U);
-}
-
 TEST(BaseDataItemNode, LooksItemsUpThroughOperationsThatAreNotVirtual)
 {
   EXPECT_THROW(vtableIndexOf(&BaseDataItemNode::existsItem), std::invalid_argument);
@@ -92,18 +80,6 @@ TEST(BaseDataItemNode, LeavesTheseOperationsPure)
   {
     EXPECT_EQ(table.getSize(), 17U + 2U + 4U);
   }
-}
-
-TEST(BaseDataItemNode, HasItsNameAndVersion)
-{
-  EXPECT_EQ(BaseDataItemNode::getTypeName(), "orvel::BaseDataItemNode");
-  EXPECT_EQ(SampleNode().BaseDataItemNode::getClassName(), "orvel::BaseDataItemNode");
-  EXPECT_EQ(BaseDataItemNode::getVersion(), 1U);
-}
-
-TEST(BaseDataItemNode, IsNotKnownToTheFactory)
-{
-  EXPECT_FALSE(DynamicObjectFactory::getInstance().isRegistered("orvel::BaseDataItemNode"));
 }
 
 TEST(BaseDataItemNode, IsANode)

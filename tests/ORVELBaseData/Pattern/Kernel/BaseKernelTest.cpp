@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <ORVELBaseData/Pattern/Kernel/KernelXY.h>
-#include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
 
@@ -67,39 +66,9 @@ TEST(BaseKernel, LeavesTheseOperationsPure)
     EXPECT_FALSE(isPure(index)) << index;
 }
 
-TEST(BaseKernel, HasItsNameAndVersion)
-{
-  EXPECT_EQ(BaseKernel::getTypeName(), "orvel::BaseKernel");
-  EXPECT_EQ(BaseKernel::getVersion(), 1U);
-  EXPECT_EQ(KernelXY().BaseKernel::getClassName(), "orvel::BaseKernel"); // each level has its own
-}
-
-TEST(BaseKernel, IsNotKnownToTheFactory)
-{
-  EXPECT_FALSE(DynamicObjectFactory::getInstance().isRegistered("orvel::BaseKernel"));
-}
-
 TEST(BaseKernel, HasNoFieldOfItsOwn)
 {
   EXPECT_EQ(sizeof(BaseKernel), sizeof(void*)); // the pointer to the virtual operations
-}
-
-TEST(BaseKernel, HasItsVirtualOperationsInOrder)
-{
-  // Two entries for the destructor come first.
-  EXPECT_EQ(vtableIndexOf(&BaseKernel::getClassName), 2U);
-  EXPECT_EQ(vtableIndexOf(&BaseKernel::createNew), 3U);
-  EXPECT_EQ(vtableIndexOf(&BaseKernel::createShared), 4U);
-  EXPECT_EQ(vtableIndexOf(&BaseKernel::hasCopySupport), 5U);
-  EXPECT_EQ(vtableIndexOf(&BaseKernel::duplicate), 6U);
-  EXPECT_EQ(vtableIndexOf(&BaseKernel::duplicateShared), 7U);
-  EXPECT_EQ(vtableIndexOf(&BaseKernel::initCtorCopy), 8U);
-  EXPECT_EQ(vtableIndexOf(&BaseKernel::copy), 9U);
-  EXPECT_EQ(vtableIndexOf(&BaseKernel::write), 10U);
-  EXPECT_EQ(vtableIndexOf(&BaseKernel::read), 11U);
-  EXPECT_EQ(vtableIndexOf(&BaseKernel::getKernelType), 12U);
-  EXPECT_EQ(vtableIndexOf(&BaseKernel::getNbData), 13U);
-  EXPECT_EQ(vtableIndexOf(&BaseKernel::clear), 14U);
 }
 
 template <class HandWritten>

@@ -15,7 +15,6 @@
 #include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
 #include <support/RaisedFailure.h>
-#include <support/Sanitizers.h>
 
 // What each of the two classes has of its own: names, layout, failures. What they do alike has tests with
 // KernelOperations.
@@ -80,17 +79,6 @@ TYPED_TEST(KernelClass, HasItsFrameIdentity)
   EXPECT_EQ(TypeParam::getTypeName(), std::string("orvel::") + TestFixture::Traits::name);
   EXPECT_EQ(TypeParam::getVersion(), 2U);
   EXPECT_TRUE((std::is_base_of<BaseKernel, TypeParam>::value));
-}
-
-TYPED_TEST(KernelClass, AddsNoVirtualOperationToThoseOfItsBase)
-{
-  EXPECT_EQ(vtableIndexOf(&TypeParam::getKernelType), 12U);
-  EXPECT_EQ(vtableIndexOf(&TypeParam::getNbData), 13U);
-  EXPECT_EQ(vtableIndexOf(&TypeParam::clear), 14U);
-  if (!isSanitized) // the sanitizer widens the table
-  {
-    EXPECT_EQ(vtableSizeOf(TypeParam()), 15U);
-  }
 }
 
 TEST(KernelXY, NamesItsTypesAndItsKind)

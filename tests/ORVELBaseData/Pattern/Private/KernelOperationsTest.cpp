@@ -894,16 +894,6 @@ TYPED_TEST(ArchivedKernel, HoldsVersionsTapsBoxAndSumsInOrder)
   EXPECT_EQ(this->fileOf({this->makeKernel()}), expected.file());
 }
 
-TYPED_TEST(ArchivedKernel, HoldsEachVersionOnceForManyKernels)
-{
-  auto expected = this->makeFile(2);
-  this->putVersion2(expected, {{{7, 8, 9}, 1}}, {7, 8, 9}, {1, 1, 1}, 1, 1);
-  this->putVersion2(expected, {{{7, 8, 9}, 1}}, {7, 8, 9}, {1, 1, 1}, 1, 1, false);
-  typename TypeParam::first_type kernel;
-  kernel.insert(this->at(7, 8, 9), 1);
-  EXPECT_EQ(this->fileOf({kernel, kernel}), expected.file());
-}
-
 TYPED_TEST(ArchivedKernel, ComesBackInBothEmptyStatesAndWithManyTaps)
 {
   typename TypeParam::first_type emptied;
@@ -1023,15 +1013,6 @@ TYPED_TEST(ArchivedKernel, IsReadUnderALowerVersionOfItsBase)
   auto file = this->makeFile(2, 0);
   this->putVersion2(file, {{{7, 8, 9}, 1}}, {7, 8, 9}, {1, 1, 1}, 1, 1);
   EXPECT_TRUE(this->readOne(file).exists(this->at(7, 8, 9)));
-}
-
-TYPED_TEST(ArchivedKernel, OfAHigherVersionIsRefusedAndChangesNothing)
-{
-  for (auto file : {this->makeFile(3), this->makeFile(2, 2)}) // the second has a newer base
-  {
-    this->putVersion2(file, {{{7, 8, 9}, 1}}, {7, 8, 9}, {1, 1, 1}, 1, 1);
-    EXPECT_EQ(stateOf(this->failToRead(file)), stateOf(this->makeKernel()));
-  }
 }
 
 TYPED_TEST(ArchivedKernel, KeepsWhatWasReadBeforeAFailure)

@@ -674,15 +674,6 @@ TYPED_TEST(ArchivedStructuringElement, HoldsVersionsOffsetsAndBoxInOrder)
   EXPECT_EQ(this->fileOfElements({this->makeElement()}), expected.file());
 }
 
-TYPED_TEST(ArchivedStructuringElement, HoldsEachVersionOnceForManyElements)
-{
-  typename TestFixture::HandWritten expected;
-  putElementVersions<typename TestFixture::Element>(expected);
-  putElementItems<typename TestFixture::Element>(expected, this->stateOfElement());
-  putElementItems<typename TestFixture::Element>(expected, this->stateOfElement(), false);
-  EXPECT_EQ(this->fileOfElements({this->makeElement(), this->makeElement()}), expected.file());
-}
-
 TYPED_TEST(ArchivedStructuringElement, HoldsTheTwoEmptyStatesApart)
 {
   using ElementType = typename TestFixture::Element;
@@ -785,23 +776,6 @@ TYPED_TEST(ArchivedStructuringElement, ReadsOldVersionsAlike)
   ElementType element;
   this->readElement(file.file(), element);
   EXPECT_EQ(stateOf(element), this->stateOfElement());
-}
-
-TYPED_TEST(ArchivedStructuringElement, IsUnchangedByANewerVersionOfEitherLevel)
-{
-  using ElementType = typename TestFixture::Element;
-  for (const bool isBaseNewer : {true, false})
-  {
-    typename TestFixture::HandWritten file;
-    putElementVersions<ElementType>(file, isBaseNewer ? 2 : 1, isBaseNewer ? 1 : 2);
-    putElementItems<ElementType>(file, {{7, 7, 7}, {1, 1, 1}, {this->place(7, 7, 7)}});
-    ElementType element = this->makeElement();
-    EXPECT_EQ(this->failureOfReading(file.file(), element),
-              "Version 2 of class orvel::" +
-                  std::string(isBaseNewer ? "BaseStructuringElement" : TestFixture::Traits::name) +
-                  " is not supported, the highest supported version is 1");
-    EXPECT_EQ(stateOf(element), this->stateOfElement());
-  }
 }
 
 TYPED_TEST(ArchivedStructuringElement, KeepsWhatWasReadWhenTheArchiveEnds)

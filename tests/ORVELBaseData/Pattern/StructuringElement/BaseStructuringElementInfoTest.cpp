@@ -15,12 +15,10 @@
 #include "InfoTesting.h"
 #include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELBaseData/ORVELBaseDataLog.h>
-#include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/FailingAllocation.h>
 #include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
 #include <support/RaisedFailure.h>
-#include <support/Sanitizers.h>
 
 namespace
 {
@@ -126,34 +124,6 @@ TEST(BaseStructuringElementInfo, LeavesTheseOperationsPure)
        {vtableIndexOf(&Base::getClassName), vtableIndexOf(&Base::initCtorCopy), vtableIndexOf(&Base::copy),
         vtableIndexOf(&Base::write), vtableIndexOf(&Base::read)})
     EXPECT_FALSE(isPure(index)) << index;
-}
-
-TEST(BaseStructuringElementInfo, HasItsNameAndVersion)
-{
-  EXPECT_EQ(Base::getTypeName(), "orvel::BaseStructuringElementInfo");
-  EXPECT_EQ(Base::getVersion(), 1U);
-}
-
-TEST(BaseStructuringElementInfo, IsNotKnownToTheFactory)
-{
-  EXPECT_FALSE(DynamicObjectFactory::getInstance().isRegistered("orvel::BaseStructuringElementInfo"));
-}
-
-TEST(BaseStructuringElementInfo, HasItsVirtualOperationsInOrder)
-{
-  // Two entries for the destructor come first.
-  EXPECT_EQ(vtableIndexOf(&Base::getClassName), 2U);
-  EXPECT_EQ(vtableIndexOf(&Base::createNew), 3U);
-  EXPECT_EQ(vtableIndexOf(&Base::createShared), 4U);
-  EXPECT_EQ(vtableIndexOf(&Base::hasCopySupport), 5U);
-  EXPECT_EQ(vtableIndexOf(&Base::duplicate), 6U);
-  EXPECT_EQ(vtableIndexOf(&Base::duplicateShared), 7U);
-  EXPECT_EQ(vtableIndexOf(&Base::initCtorCopy), 8U);
-  EXPECT_EQ(vtableIndexOf(&Base::copy), 9U);
-  EXPECT_EQ(vtableIndexOf(&Base::write), 10U);
-  EXPECT_EQ(vtableIndexOf(&Base::read), 11U);
-  EXPECT_EQ(vtableIndexOf(&Base::getStructuringElementType), 12U);
-  EXPECT_EQ(vtableIndexOf(memberOf(ClearDerived())), 13U);
 }
 
 TEST(BaseStructuringElementInfo, HasOneField)

@@ -7,10 +7,8 @@
 #include <gtest/gtest.h>
 
 #include <ORVELBaseData/Pattern/StructuringElement/StructuringElementXY.h>
-#include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
-#include <support/Sanitizers.h>
 
 namespace
 {
@@ -70,43 +68,9 @@ TEST(BaseStructuringElement, LeavesTheseOperationsPure)
     EXPECT_FALSE(isPure(index)) << index;
 }
 
-TEST(BaseStructuringElement, HasItsNameAndVersion)
-{
-  EXPECT_EQ(BaseStructuringElement::getTypeName(), "orvel::BaseStructuringElement");
-  EXPECT_EQ(BaseStructuringElement::getVersion(), 1U);
-  EXPECT_EQ(StructuringElementXY().BaseStructuringElement::getClassName(), // each level has its own
-            "orvel::BaseStructuringElement");
-}
-
-TEST(BaseStructuringElement, IsNotKnownToTheFactory)
-{
-  EXPECT_FALSE(DynamicObjectFactory::getInstance().isRegistered("orvel::BaseStructuringElement"));
-}
-
 TEST(BaseStructuringElement, HasNoFieldOfItsOwn)
 {
   EXPECT_EQ(sizeof(BaseStructuringElement), sizeof(void*)); // the pointer to the virtual operations
-}
-
-TEST(BaseStructuringElement, HasItsVirtualOperationsInOrder)
-{
-  // Two entries for the destructor come first.
-  using Base = BaseStructuringElement;
-  EXPECT_EQ(vtableIndexOf(&Base::getClassName), 2U);
-  EXPECT_EQ(vtableIndexOf(&Base::createNew), 3U);
-  EXPECT_EQ(vtableIndexOf(&Base::createShared), 4U);
-  EXPECT_EQ(vtableIndexOf(&Base::hasCopySupport), 5U);
-  EXPECT_EQ(vtableIndexOf(&Base::duplicate), 6U);
-  EXPECT_EQ(vtableIndexOf(&Base::duplicateShared), 7U);
-  EXPECT_EQ(vtableIndexOf(&Base::initCtorCopy), 8U);
-  EXPECT_EQ(vtableIndexOf(&Base::copy), 9U);
-  EXPECT_EQ(vtableIndexOf(&Base::write), 10U);
-  EXPECT_EQ(vtableIndexOf(&Base::read), 11U);
-  EXPECT_EQ(vtableIndexOf(&Base::getStructuringElementType), 12U);
-  if (!isSanitized) // the sanitizer widens the table
-  {
-    EXPECT_EQ(vtableSizeOf(StructuringElementXY()), 13U); // the last one, and no class adds any
-  }
 }
 
 template <class HandWritten>

@@ -255,25 +255,6 @@ TYPED_TEST_P(ArchivedInfo, HoldsSegmentsWithTheirAnglesAndRadius)
   }
 }
 
-TYPED_TEST_P(ArchivedInfo, HoldsEachVersionOnceForManyDescriptions)
-{
-  typename TestFixture::Info info;
-  TestFixture::Traits::initBall(info, 0.5);
-  typename TestFixture::HandWritten expected;
-  this->putStart(expected, true);
-  this->putSubType(expected, 1);
-  expected.real64("_radius", 0.5);
-  this->putElement(expected, this->origin());
-  expected.boolean("_bInit", true);
-  this->putSubType(expected, 1);
-  expected.real64("_radius", 0.5);
-  this->putElement(expected, this->origin(), false);
-  expected.boolean("_bInit", false);
-  const typename TestFixture::Info second(info); // with an element of its own
-  const typename TestFixture::Info fresh;
-  EXPECT_EQ(this->fileOfInfos({&info, &second, &fresh}), expected.file());
-}
-
 TYPED_TEST_P(ArchivedInfo, TakesTheElementThatIsStoredInsteadOfMakingIt)
 {
   typename TestFixture::HandWritten file;
@@ -430,18 +411,6 @@ TYPED_TEST_P(ArchivedInfo, RefusesAnObjectOfAnotherClassWhenUntrusted)
   EXPECT_EQ(info.getStructuringElement(), held);
 }
 
-TYPED_TEST_P(ArchivedInfo, IsUnchangedByANewerVersionOfItsBase)
-{
-  typename TestFixture::HandWritten file;
-  this->putStart(file, false, 2, 1);
-  auto info = this->makeCube();
-  const InfoState before = stateOfInfo(info);
-  EXPECT_EQ(this->failureOfReading(file.file(), info),
-            "Version 2 of class orvel::BaseStructuringElementInfo is not supported, the highest supported "
-            "version is 1");
-  EXPECT_EQ(stateOfInfo(info), before);
-}
-
 TYPED_TEST_P(ArchivedInfo, KeepsItsShapeForANewerVersionOfItsClass)
 {
   typename TestFixture::HandWritten file;
@@ -507,12 +476,11 @@ REGISTER_TYPED_TEST_SUITE_P(
     ArchivedInfo, HoldsOnlyVersionsAndInitWhenNotInitialised,
     HoldsOnlyVersionsAndInitAfterAFailedInitialisation, HoldsAGenericShapeWithoutParameters,
     HoldsAnElementInEitherEmptyState, HoldsADiscOrBallWithItsRadius, HoldsASquareOrCubeWithItsHalfSize,
-    HoldsABoxWithItsHalfSizes, HoldsSegmentsWithTheirAnglesAndRadius, HoldsEachVersionOnceForManyDescriptions,
+    HoldsABoxWithItsHalfSizes, HoldsSegmentsWithTheirAnglesAndRadius,
     TakesTheElementThatIsStoredInsteadOfMakingIt, KeepsAnAddedOffsetAndTheRadius,
     LeavesHoldersTheOldElementWhenRead, EmptiesTheElementOfHoldersWhenReadNotInitialised,
     LooksForNoFurtherItemsWhenNotInitialised, SharesItsElementWithOthersOfItsArchive, RefusesANullElement,
-    RefusesAnUnknownKind, RefusesAnObjectOfAnotherClassWhenUntrusted, IsUnchangedByANewerVersionOfItsBase,
-    KeepsItsShapeForANewerVersionOfItsClass, TakesTheFlagAheadOfANewerVersionOfItsClass,
-    ReadsOldVersionsAlike, HasAnElementWhereverItsArchiveEnds);
+    RefusesAnUnknownKind, RefusesAnObjectOfAnotherClassWhenUntrusted, KeepsItsShapeForANewerVersionOfItsClass,
+    TakesTheFlagAheadOfANewerVersionOfItsClass, ReadsOldVersionsAlike, HasAnElementWhereverItsArchiveEnds);
 
 } // namespace orvel::test

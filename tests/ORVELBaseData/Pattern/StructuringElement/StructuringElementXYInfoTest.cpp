@@ -8,17 +8,14 @@
 #include <vector>
 
 #include <boost/make_shared.hpp>
-#include <boost/scoped_ptr.hpp>
 #include <gtest/gtest.h>
 
 #include "../Signature.h"
 #include "InfoArchiveChecks.h"
 #include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELBaseData/ORVELBaseDataLog.h>
-#include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/LayoutChecks.h>
 #include <support/RaisedFailure.h>
-#include <support/Sanitizers.h>
 
 namespace
 {
@@ -35,7 +32,6 @@ ORVEL_TEST_EXPOSE(HalfSizeX, &StructuringElementXYInfo::_halfSizeX)
 ORVEL_TEST_EXPOSE(HalfSizeY, &StructuringElementXYInfo::_halfSizeY)
 ORVEL_TEST_EXPOSE(Theta, &StructuringElementXYInfo::_theta)
 ORVEL_TEST_EXPOSE(Pointer, &StructuringElementXYInfo::_pSEXY)
-ORVEL_TEST_EXPOSE(ClearDerived, &StructuringElementXYInfo::clearDerived)
 
 constexpr const char* g_notInitialized = "Structuring element informations have not been initialized";
 constexpr const char* g_invalidSubType =
@@ -63,15 +59,6 @@ TEST(StructuringElementXYInfo, HasItsFrameIdentity)
   EXPECT_TRUE((std::is_base_of<BaseStructuringElementInfo, Info>::value));
 }
 
-TEST(StructuringElementXYInfo, IsCreatedByItsName)
-{
-  const DynamicObjectFactory& factory = DynamicObjectFactory::getInstance();
-  const boost::scoped_ptr<BaseDynamicObject> made(factory.createNew("orvel::StructuringElementXYInfo"));
-  EXPECT_NE(dynamic_cast<Info*>(made.get()), nullptr);
-  const DynamicObjectPtr shared = factory.createShared("orvel::StructuringElementXYInfo");
-  EXPECT_NE(dynamic_cast<Info*>(shared.get()), nullptr);
-}
-
 TEST(StructuringElementXYInfo, NamesItsTypes)
 {
   EXPECT_TRUE((std::is_same<StructuringElementXYInfoPtr, boost::shared_ptr<Info>>::value));
@@ -84,29 +71,6 @@ TEST(StructuringElementXYInfo, TellsItsKind)
   EXPECT_TRUE(info.getStructuringElementType() == eStructuringElementType::eSET_XY);
   const BaseStructuringElementInfo& base = info;
   EXPECT_EQ(base.getStructuringElementType().getValue(), 0U);
-}
-
-TEST(StructuringElementXYInfo, AddsNoVirtualOperationToThoseOfItsBase)
-{
-  EXPECT_EQ(vtableIndexOf(&Info::getStructuringElementType), 12U);
-  EXPECT_EQ(vtableIndexOf(memberOf(ClearDerived())), 13U);
-  if (!isSanitized) // the sanitizer widens the table
-  {
-    EXPECT_EQ(vtableSizeOf(Info()), 14U);
-  }
-}
-
-TEST(StructuringElementXYInfo, HasItsMembersInOrder)
-{
-  // Behind the pointer to the virtual operations and the field of the base.
-  EXPECT_EQ(offsetOf(memberOf(SubType())), 16);
-  EXPECT_EQ(offsetOf(memberOf(Radius())), 24);
-  EXPECT_EQ(offsetOf(memberOf(HalfSize())), 32);
-  EXPECT_EQ(offsetOf(memberOf(HalfSizeX())), 36);
-  EXPECT_EQ(offsetOf(memberOf(HalfSizeY())), 40);
-  EXPECT_EQ(offsetOf(memberOf(Theta())), 48);
-  EXPECT_EQ(offsetOf(memberOf(Pointer())), 56);
-  EXPECT_EQ(sizeof(Info), 72U);
 }
 
 TEST(StructuringElementXYInfo, HasMembersOfTheseTypes)

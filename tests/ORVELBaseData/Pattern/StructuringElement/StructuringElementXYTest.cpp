@@ -5,18 +5,15 @@
 #include <type_traits>
 
 #include <boost/make_shared.hpp>
-#include <boost/scoped_ptr.hpp>
 #include <gtest/gtest.h>
 
 #include "../Signature.h"
 #include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELBaseData/ORVELBaseDataLog.h>
 #include <ORVELSerialization/ItemOperators.h>
-#include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
 #include <support/RaisedFailure.h>
-#include <support/Sanitizers.h>
 
 namespace
 {
@@ -39,15 +36,6 @@ TEST(StructuringElementXY, HasItsFrameIdentity)
   EXPECT_TRUE((std::is_base_of<BaseStructuringElement, StructuringElementXY>::value));
 }
 
-TEST(StructuringElementXY, IsCreatedByItsName)
-{
-  const DynamicObjectFactory& factory = DynamicObjectFactory::getInstance();
-  const boost::scoped_ptr<BaseDynamicObject> made(factory.createNew("orvel::StructuringElementXY"));
-  EXPECT_NE(dynamic_cast<StructuringElementXY*>(made.get()), nullptr);
-  const DynamicObjectPtr shared = factory.createShared("orvel::StructuringElementXY");
-  EXPECT_NE(dynamic_cast<StructuringElementXY*>(shared.get()), nullptr);
-}
-
 TEST(StructuringElementXY, NamesItsTypes)
 {
   EXPECT_TRUE((std::is_same<XYOffsetColl, std::set<OffsetXY>>::value));
@@ -62,25 +50,6 @@ TEST(StructuringElementXY, TellsItsKind)
   EXPECT_TRUE(element.getStructuringElementType() == eStructuringElementType::eSET_XY);
   const BaseStructuringElement& base = element;
   EXPECT_EQ(base.getStructuringElementType().getValue(), 0U);
-}
-
-TEST(StructuringElementXY, AddsNoVirtualOperationToThoseOfItsBase)
-{
-  EXPECT_EQ(vtableIndexOf(&StructuringElementXY::getStructuringElementType), 12U);
-  if (!isSanitized) // the sanitizer widens the table
-  {
-    EXPECT_EQ(vtableSizeOf(StructuringElementXY()), 13U);
-  }
-}
-
-TEST(StructuringElementXY, HasItsMembersInOrder)
-{
-  EXPECT_EQ(offsetOf(memberOf(DataColl())), 8); // behind the pointer to the virtual operations
-  EXPECT_EQ(offsetOf(memberOf(MinX())), 56);
-  EXPECT_EQ(offsetOf(memberOf(MinY())), 60);
-  EXPECT_EQ(offsetOf(memberOf(SizeX())), 64);
-  EXPECT_EQ(offsetOf(memberOf(SizeY())), 68);
-  EXPECT_EQ(sizeof(StructuringElementXY), 72U);
 }
 
 TEST(StructuringElementXY, HasMembersOfTheseTypes)

@@ -8,17 +8,14 @@
 #include <vector>
 
 #include <boost/make_shared.hpp>
-#include <boost/scoped_ptr.hpp>
 #include <gtest/gtest.h>
 
 #include "../Signature.h"
 #include "InfoArchiveChecks.h"
 #include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELBaseData/ORVELBaseDataLog.h>
-#include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/LayoutChecks.h>
 #include <support/RaisedFailure.h>
-#include <support/Sanitizers.h>
 
 namespace
 {
@@ -37,7 +34,6 @@ ORVEL_TEST_EXPOSE(HalfSizeZ, &StructuringElementXYZInfo::_halfSizeZ)
 ORVEL_TEST_EXPOSE(Theta, &StructuringElementXYZInfo::_theta)
 ORVEL_TEST_EXPOSE(Phi, &StructuringElementXYZInfo::_phi)
 ORVEL_TEST_EXPOSE(Pointer, &StructuringElementXYZInfo::_pSEXYZ)
-ORVEL_TEST_EXPOSE(ClearDerived, &StructuringElementXYZInfo::clearDerived)
 
 constexpr const char* g_notInitialized = "Structuring element informations have not been initialized";
 constexpr const char* g_invalidSubType =
@@ -65,15 +61,6 @@ TEST(StructuringElementXYZInfo, HasItsFrameIdentity)
   EXPECT_TRUE((std::is_base_of<BaseStructuringElementInfo, Info>::value));
 }
 
-TEST(StructuringElementXYZInfo, IsCreatedByItsName)
-{
-  const DynamicObjectFactory& factory = DynamicObjectFactory::getInstance();
-  const boost::scoped_ptr<BaseDynamicObject> made(factory.createNew("orvel::StructuringElementXYZInfo"));
-  EXPECT_NE(dynamic_cast<Info*>(made.get()), nullptr);
-  const DynamicObjectPtr shared = factory.createShared("orvel::StructuringElementXYZInfo");
-  EXPECT_NE(dynamic_cast<Info*>(shared.get()), nullptr);
-}
-
 TEST(StructuringElementXYZInfo, NamesItsTypes)
 {
   EXPECT_TRUE((std::is_same<StructuringElementXYZInfoPtr, boost::shared_ptr<Info>>::value));
@@ -86,31 +73,6 @@ TEST(StructuringElementXYZInfo, TellsItsKind)
   EXPECT_TRUE(info.getStructuringElementType() == eStructuringElementType::eSET_XYZ);
   const BaseStructuringElementInfo& base = info;
   EXPECT_EQ(base.getStructuringElementType().getValue(), 1U);
-}
-
-TEST(StructuringElementXYZInfo, AddsNoVirtualOperationToThoseOfItsBase)
-{
-  EXPECT_EQ(vtableIndexOf(&Info::getStructuringElementType), 12U);
-  EXPECT_EQ(vtableIndexOf(memberOf(ClearDerived())), 13U);
-  if (!isSanitized) // the sanitizer widens the table
-  {
-    EXPECT_EQ(vtableSizeOf(Info()), 14U);
-  }
-}
-
-TEST(StructuringElementXYZInfo, HasItsMembersInOrder)
-{
-  // Behind the pointer to the virtual operations and the field of the base.
-  EXPECT_EQ(offsetOf(memberOf(SubType())), 16);
-  EXPECT_EQ(offsetOf(memberOf(Radius())), 24);
-  EXPECT_EQ(offsetOf(memberOf(HalfSize())), 32);
-  EXPECT_EQ(offsetOf(memberOf(HalfSizeX())), 36);
-  EXPECT_EQ(offsetOf(memberOf(HalfSizeY())), 40);
-  EXPECT_EQ(offsetOf(memberOf(HalfSizeZ())), 44);
-  EXPECT_EQ(offsetOf(memberOf(Theta())), 48);
-  EXPECT_EQ(offsetOf(memberOf(Phi())), 56);
-  EXPECT_EQ(offsetOf(memberOf(Pointer())), 64);
-  EXPECT_EQ(sizeof(Info), 80U);
 }
 
 TEST(StructuringElementXYZInfo, HasMembersOfTheseTypes)

@@ -5,18 +5,15 @@
 #include <type_traits>
 
 #include <boost/make_shared.hpp>
-#include <boost/scoped_ptr.hpp>
 #include <gtest/gtest.h>
 
 #include "../Signature.h"
 #include <ORVELBaseData/ORVELBaseDataException.h>
 #include <ORVELBaseData/ORVELBaseDataLog.h>
 #include <ORVELSerialization/ItemOperators.h>
-#include <ORVELUtil/DynamicObjectFactory.h>
 #include <support/HandWrittenArchive.h>
 #include <support/LayoutChecks.h>
 #include <support/RaisedFailure.h>
-#include <support/Sanitizers.h>
 
 namespace
 {
@@ -41,15 +38,6 @@ TEST(StructuringElementXYZ, HasItsFrameIdentity)
   EXPECT_TRUE((std::is_base_of<BaseStructuringElement, StructuringElementXYZ>::value));
 }
 
-TEST(StructuringElementXYZ, IsCreatedByItsName)
-{
-  const DynamicObjectFactory& factory = DynamicObjectFactory::getInstance();
-  const boost::scoped_ptr<BaseDynamicObject> made(factory.createNew("orvel::StructuringElementXYZ"));
-  EXPECT_NE(dynamic_cast<StructuringElementXYZ*>(made.get()), nullptr);
-  const DynamicObjectPtr shared = factory.createShared("orvel::StructuringElementXYZ");
-  EXPECT_NE(dynamic_cast<StructuringElementXYZ*>(shared.get()), nullptr);
-}
-
 TEST(StructuringElementXYZ, NamesItsTypes)
 {
   EXPECT_TRUE((std::is_same<XYZOffsetColl, std::set<OffsetXYZ>>::value));
@@ -64,27 +52,6 @@ TEST(StructuringElementXYZ, TellsItsKind)
   EXPECT_TRUE(element.getStructuringElementType() == eStructuringElementType::eSET_XYZ);
   const BaseStructuringElement& base = element;
   EXPECT_EQ(base.getStructuringElementType().getValue(), 1U);
-}
-
-TEST(StructuringElementXYZ, AddsNoVirtualOperationToThoseOfItsBase)
-{
-  EXPECT_EQ(vtableIndexOf(&StructuringElementXYZ::getStructuringElementType), 12U);
-  if (!isSanitized) // the sanitizer widens the table
-  {
-    EXPECT_EQ(vtableSizeOf(StructuringElementXYZ()), 13U);
-  }
-}
-
-TEST(StructuringElementXYZ, HasItsMembersInOrder)
-{
-  EXPECT_EQ(offsetOf(memberOf(DataColl())), 8); // behind the pointer to the virtual operations
-  EXPECT_EQ(offsetOf(memberOf(MinX())), 56);
-  EXPECT_EQ(offsetOf(memberOf(MinY())), 60);
-  EXPECT_EQ(offsetOf(memberOf(MinZ())), 64);
-  EXPECT_EQ(offsetOf(memberOf(SizeX())), 68);
-  EXPECT_EQ(offsetOf(memberOf(SizeY())), 72);
-  EXPECT_EQ(offsetOf(memberOf(SizeZ())), 76);
-  EXPECT_EQ(sizeof(StructuringElementXYZ), 80U);
 }
 
 TEST(StructuringElementXYZ, HasMembersOfTheseTypes)
