@@ -16,7 +16,8 @@ def is_word_of(text, name):
 def find_tests(root):
     """Return the names of all tests: "Suite.Case" of the test programs, and what the CMake files enter.
 
-    A suite that is instantiated for a class counts under the name of the instance, too.
+    A suite that is instantiated for a class counts under the name of the instance, too. A variable of a CMake loop
+    has one of the numbers 0 to 9.
     """
     cases, instances, entered = set(), set(), set()
     for path in (root / "tests").rglob("*"):
@@ -27,7 +28,8 @@ def find_tests(root):
         elif path.name == "CMakeLists.txt":
             text = path.read_text(encoding="utf-8")
             entered.update(re.findall(r"add_test\(\s*NAME (\S+)", text))
-            entered.update(f"Load.{name}" for name in re.findall(r"orvel_add_load_test\((\w+)", text))
+            names = re.findall(r"orvel_add_load_test\(([\w${}]+)", text)
+            entered.update(f"Load.{re.sub(r'[$]{.*?}', digit, name)}" for name in names for digit in "0123456789")
     cases.update((instance, case) for instance, of in instances for suite, case in set(cases) if suite == of)
     if len(cases) < 1000:
         sys.exit(f"{len(cases)} tests only: were the sources read right?")
