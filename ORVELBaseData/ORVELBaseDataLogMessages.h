@@ -21,13 +21,13 @@ struct ORVELBaseDataMessageOwner
   static const LogMessageManager& getManager() { return getORVELBaseDataLogMessageManager(); }
 };
 
-/// \brief Failures of buffers and collections. The texts stand in the source.
+/// \brief Failures of buffers and collections. The texts are in the source.
 class ORVELBASEDATA_EXPORT eORVELBaseDataMessage : public NamedEnumeration<eORVELBaseDataMessage>
 {
 public:
   enum domain
   {
-    eMemoryAllocationFailed, ///< memory can't be had: its size in bytes
+    eMemoryAllocationFailed, ///< memory cannot be allocated: its size in bytes
     eBufferNotInitialized,   ///< use of a buffer before its initialisation
     eOwnFragmentDataPtr,     ///< a fragment of a buffer that owns its memory can't be set
     eInvalidBufferType,      ///< an element type that the operation doesn't take: its name

@@ -12,7 +12,7 @@ namespace orvel
 struct ArchiveLimits
 {
   /// Objects within objects, in place, by pointer or by reference; the same on writing, so that what can be
-  /// written can be read. An object that a reference brings counts with all that it holds, but for a cycle.
+  /// written can be read. An object that a reference brings counts with all that it holds, except in a cycle.
   ipUInt32 maxDepth = 128;
 
   /// Units of work that reading may cost per byte of the archive read so far, above a start of 4096 units.

@@ -35,7 +35,7 @@ public:
   BaseArchive(const BaseArchive&) = delete;
   BaseArchive& operator=(const BaseArchive&) = delete;
 
-  /// \brief Tell whether the archive stores every element under its own key; if not, it takes vectors of
+  /// \brief Return whether the archive stores every element under its own key; if not, it takes vectors of
   /// numbers as raw blocks. Fixed by the concrete archive.
   virtual bool isElementWise() const = 0;
 
@@ -46,7 +46,7 @@ public:
   /// same.
   void registerClassVersion(const std::string& className, ipUInt32 version);
 
-  /// \brief Tell whether the version of a class is recorded.
+  /// \brief Return whether the version of a class is recorded.
   bool isClassVersionRegistred(const std::string& className) const;
 
   /// \brief Return the recorded version, null if none is recorded; valid until the next call that records

@@ -98,7 +98,7 @@ public:
 protected:
   using BaseArchive::BaseArchive;
 
-  /// \brief Tell whether that many bytes are left.
+  /// \brief Return whether that many bytes are left.
   virtual bool holds(ipUInt64 sizeInBytes) = 0;
 
   /// \brief Return the least number of bytes that an item takes in this format.

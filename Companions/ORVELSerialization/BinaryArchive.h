@@ -91,7 +91,7 @@ private:
 class ORVELSERIALIZATION_EXPORT BinaryIArchive : public BaseIArchive
 {
 public:
-  /// \throw ORVELSerializationException if the file cannot be opened, is no archive of this format, or is
+  /// \throw ORVELSerializationException if the file cannot be opened, is not an archive of this format, or is
   /// one of another version or byte order
   explicit BinaryIArchive(const boost::filesystem::path& path);
 

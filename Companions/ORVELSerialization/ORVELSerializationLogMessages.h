@@ -23,7 +23,7 @@ struct ORVELSerializationMessageOwner
 
 /// \brief Failures of archives and of what they hold. The source has the texts.
 ///
-/// The texts of 0 to 24 and of 28 begin with the archive's name and, but for 0, the place in it: the byte
+/// The texts of 0 to 24 and of 28 begin with the archive's name and, except 0, the place in it: the byte
 /// offset, or the line and the column. The arguments below come after those.
 class ORVELSERIALIZATION_EXPORT eORVELSerializationMessage
   : public NamedEnumeration<eORVELSerializationMessage>

@@ -67,7 +67,7 @@ struct FrameAccess;
 
 } // namespace orvel
 
-/// \name One of these stands in each class
+/// \name Each class has one of these
 /// \{
 
 /// Declares the members of a concrete class. The class writes copyMembers, writeMembers and readMembers.

@@ -44,7 +44,7 @@ ORVELSERIALIZATION_EXPORT ipUInt32 readClassVersion(BaseIArchive& archive, const
 /// \brief Looks at classes of the frame with the rights of their own members.
 struct FrameAccess
 {
-  /// \brief Tell whether T has its own line ORVEL_DECLARE_...; that of a base does not count.
+  /// \brief Return whether T has its own line ORVEL_DECLARE_...; that of a base does not count.
   template <class T>
   static constexpr auto isDeclared(int) -> decltype(std::declval<typename T::FrameOwner*>(), true)
   {
@@ -114,7 +114,7 @@ struct FrameAccess
   }
 };
 
-/// \brief Tell whether T is the class of that name, spelled in full.
+/// \brief Return whether T is the class of that name, spelled in full.
 template <class T>
 constexpr bool isNamed(std::string_view name)
 {
@@ -127,7 +127,7 @@ constexpr bool isNamed(std::string_view name)
 
 } // namespace orvel::details
 
-/// \name One of these stands in the source of each class
+/// \name The source of each class has one of these
 /// \{
 
 /// Defines and registers a concrete class.

@@ -103,7 +103,7 @@ private:
 class ORVELSERIALIZATION_EXPORT XmlIArchive : public BaseIArchive
 {
 public:
-  /// \throw ORVELSerializationException if the file cannot be opened, is no archive of this format, or is
+  /// \throw ORVELSerializationException if the file cannot be opened, is not an archive of this format, or is
   /// one of another version
   explicit XmlIArchive(const boost::filesystem::path& path);
 

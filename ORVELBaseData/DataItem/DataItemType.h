@@ -11,7 +11,7 @@ namespace orvel
 
 /// \brief Kind of a data item.
 ///
-/// A value that is no enumerator is treated as eDIT_Leaf; == compares the whole value.
+/// A value that is not an enumerator is treated as eDIT_Leaf; == compares the whole value.
 class ORVELBASEDATA_EXPORT eDataItemType : public NamedEnumeration<eDataItemType>
 {
 public:

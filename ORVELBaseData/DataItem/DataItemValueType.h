@@ -11,7 +11,7 @@ namespace orvel
 
 /// \brief Type of the value of a leaf, or of the values of a leaf collection.
 ///
-/// A value that is no enumerator is treated as eDIVT_Bool; == compares the whole value.
+/// A value that is not an enumerator is treated as eDIVT_Bool; == compares the whole value.
 class ORVELBASEDATA_EXPORT eDataItemValueType : public NamedEnumeration<eDataItemValueType>
 {
 public:
