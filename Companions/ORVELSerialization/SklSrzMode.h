@@ -17,7 +17,7 @@ class ORVELSERIALIZATION_EXPORT eSklSrzMode : public NamedEnumeration<eSklSrzMod
 public:
   enum domain
   {
-    eSSM_Full,     ///< structure and data; any value that is not an enumerator counts as this one
+    eSSM_Full,     ///< structure and data; a value that is not an enumerator is treated as this one
     eSSM_Skeleton, ///< structure only: enough to recreate the object empty, with its memory allocated
     eSSM_Data      ///< data only: the object must already have the structure
   };

@@ -12,11 +12,10 @@ namespace orvel
 /// \brief Step from a pixel to one of its eight neighbours.
 ///
 /// The name gives the step along each axis, y before x: M for -1, 0 for 0, P for +1. The numbers run
-/// through y and within it through x, from M to P. The null step has no enumerator: behind it the numbers are
-/// one less than 3 (y + 1) + (x + 1).
+/// through y and within it through x, from M to P. The null step has no enumerator: from there on the numbers
+/// are one less than 3 (y + 1) + (x + 1).
 ///
-/// The numbers are part of the binary archive format and the texts, which are the spellings, of the
-/// element-wise one: neither may change. \see DiscreteOrientation2dUtils.h for the archive operators.
+/// \see NamedEnumeration; DiscreteOrientation2dUtils.h for the archive operators
 class ORVELBASEDATA_EXPORT eDiscreteOrientation2d : public NamedEnumeration<eDiscreteOrientation2d>
 {
 public:

@@ -13,10 +13,9 @@ namespace orvel
 ///
 /// The name gives the step along each axis, z before y before x: M for -1, 0 for 0, P for +1. The numbers
 /// run through z, within it through y and within that through x, from M to P. The null step has no
-/// enumerator: behind it the numbers are one less than 9 (z + 1) + 3 (y + 1) + (x + 1).
+/// enumerator: from there on the numbers are one less than 9 (z + 1) + 3 (y + 1) + (x + 1).
 ///
-/// The numbers are part of the binary archive format and the texts, which are the spellings, of the
-/// element-wise one: neither may change. \see DiscreteOrientation3dUtils.h for the archive operators.
+/// \see NamedEnumeration; DiscreteOrientation3dUtils.h for the archive operators
 class ORVELBASEDATA_EXPORT eDiscreteOrientation3d : public NamedEnumeration<eDiscreteOrientation3d>
 {
 public:

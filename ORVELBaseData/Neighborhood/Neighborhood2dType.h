@@ -11,8 +11,7 @@ namespace orvel
 
 /// \brief Connexity of a pixel: which of the pixels around it are its neighbours.
 ///
-/// The numbers are part of the binary archive format and the texts, which are the spellings, of the
-/// element-wise one: neither may change. \see Neighborhood2dUtils.h for the archive operators.
+/// \see NamedEnumeration; Neighborhood2dUtils.h for the archive operators
 class ORVELBASEDATA_EXPORT eNeighborhood2dType : public NamedEnumeration<eNeighborhood2dType>
 {
 public:

@@ -11,8 +11,7 @@ namespace orvel
 
 /// \brief Connexity of a voxel: which of the voxels around it are its neighbours.
 ///
-/// The numbers are part of the binary archive format and the texts, which are the spellings, of the
-/// element-wise one: neither may change. \see Neighborhood3dUtils.h for the archive operators.
+/// \see NamedEnumeration; Neighborhood3dUtils.h for the archive operators
 class ORVELBASEDATA_EXPORT eNeighborhood3dType : public NamedEnumeration<eNeighborhood3dType>
 {
 public:

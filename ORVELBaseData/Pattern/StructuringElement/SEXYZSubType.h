@@ -11,8 +11,7 @@ namespace orvel
 
 /// \brief Kind of shape of a structuring element in space.
 ///
-/// The numbers are part of the binary archive format and the texts, which are the spellings, of the
-/// element-wise one: neither may change. \see StructuringElementInfoUtils.h for the archive operators.
+/// \see NamedEnumeration; StructuringElementInfoUtils.h for the archive operators
 class ORVELBASEDATA_EXPORT eSEXYZSubType : public NamedEnumeration<eSEXYZSubType>
 {
 public:
