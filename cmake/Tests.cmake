@@ -1,6 +1,5 @@
 # Helpers of the tests.
 find_package(GTest REQUIRED)
-include(GoogleTest)
 
 # A locale with a comma as its decimal mark, for the tests that show that no archive depends on one.
 # It is compiled here, so that the machine's own list of locales does not matter: the C library
@@ -19,13 +18,17 @@ if(NOT EXISTS ${ORVEL_TEST_LOCPATH}/${ORVEL_TEST_COMMA_LOCALE})
   endif()
 endif()
 
-# orvel_add_test(NAME SOURCES... [LIBRARIES ...]): a test program that ctest runs case by case.
+set(ORVEL_TEST_FLAGS "" CACHE STRING "Compiler flags of the test programs alone")
+
+# orvel_add_test(NAME SOURCES... [LIBRARIES ...]): a test program that ctest runs as one process; what fails in it
+# prints its name.
 #
-# The cases run with LOCPATH set to ORVEL_TEST_LOCPATH, so setlocale(LC_ALL, "de_DE.UTF-8") succeeds.
+# It runs with LOCPATH set to ORVEL_TEST_LOCPATH, so setlocale(LC_ALL, "de_DE.UTF-8") succeeds.
 function(orvel_add_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE orvel_test_support ${arg_LIBRARIES})
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
-    PROPERTIES TIMEOUT 300 ENVIRONMENT LOCPATH=${ORVEL_TEST_LOCPATH})
+  target_precompile_headers(${name} REUSE_FROM orvel_test_support)
+  add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
+  set_tests_properties(${name} PROPERTIES TIMEOUT 1800 ENVIRONMENT LOCPATH=${ORVEL_TEST_LOCPATH})
 endfunction()

@@ -7,6 +7,9 @@
 #include <new>
 
 #include <gtest/gtest.h>
+#include <log4cplus/appender.h>
+#include <log4cplus/logger.h>
+#include <log4cplus/spi/loggingevent.h>
 
 namespace orvel::test
 {
@@ -123,6 +126,69 @@ std::string messageOfCause(const BaseException& failure)
 }
 
 } // namespace
+
+class LogCapture::Capture
+{
+public:
+  Capture(const log4cplus::Logger& logger, int level)
+    : _logger(logger)
+    , _oldLevel(_logger.getLogLevel())
+    , _appender(new Appender(_records))
+  {
+    _logger.setLogLevel(level);
+    _logger.addAppender(_appender);
+  }
+
+  ~Capture()
+  {
+    _logger.removeAppender(_appender);
+    _logger.setLogLevel(_oldLevel);
+  }
+
+  Capture(const Capture&) = delete;
+  Capture& operator=(const Capture&) = delete;
+
+  const std::vector<LogRecord>& getRecords() const { return _records; }
+
+private:
+  class Appender : public log4cplus::Appender
+  {
+  public:
+    explicit Appender(std::vector<LogRecord>& records)
+      : _records(records)
+    {
+    }
+    ~Appender() override { destructorImpl(); }
+    void close() override {}
+
+  protected:
+    void append(const log4cplus::spi::InternalLoggingEvent& event) override
+    {
+      _records.push_back({event.getLogLevel(), event.getLoggerName(), event.getMessage(), event.getFile(),
+                          event.getLine(), event.getFunction()});
+    }
+
+  private:
+    std::vector<LogRecord>& _records;
+  };
+
+  log4cplus::Logger _logger;
+  int _oldLevel;
+  std::vector<LogRecord> _records;
+  log4cplus::SharedAppenderPtr _appender;
+};
+
+LogCapture::LogCapture(const log4cplus::Logger& logger, int level)
+  : _capture(std::make_unique<Capture>(logger, level))
+{
+}
+
+LogCapture::~LogCapture() = default;
+
+const std::vector<LogRecord>& LogCapture::getRecords() const
+{
+  return _capture->getRecords();
+}
 
 std::string sourceLine(const std::string& file, unsigned int line)
 {

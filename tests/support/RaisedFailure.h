@@ -11,16 +11,20 @@
 /// \endcode
 
 #include <functional>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <typeinfo>
 #include <vector>
 
-#include <log4cplus/appender.h>
-#include <log4cplus/logger.h>
-#include <log4cplus/spi/loggingevent.h>
+#include <log4cplus/loglevel.h>
 
 #include <ORVELUtil/BaseException.h>
+
+namespace log4cplus
+{
+class Logger;
+}
 
 namespace orvel
 {
@@ -48,52 +52,18 @@ class LogCapture
 {
 public:
   /// \param level of the logger meanwhile
-  explicit LogCapture(const log4cplus::Logger& logger, int level = log4cplus::ALL_LOG_LEVEL)
-    : _logger(logger)
-    , _oldLevel(_logger.getLogLevel())
-    , _appender(new Appender(_records))
-  {
-    _logger.setLogLevel(level);
-    _logger.addAppender(_appender);
-  }
-
-  ~LogCapture()
-  {
-    _logger.removeAppender(_appender);
-    _logger.setLogLevel(_oldLevel);
-  }
+  explicit LogCapture(const log4cplus::Logger& logger, int level = log4cplus::ALL_LOG_LEVEL);
+  ~LogCapture();
 
   LogCapture(const LogCapture&) = delete;
   LogCapture& operator=(const LogCapture&) = delete;
 
-  const std::vector<LogRecord>& getRecords() const { return _records; }
+  const std::vector<LogRecord>& getRecords() const;
 
 private:
-  class Appender : public log4cplus::Appender
-  {
-  public:
-    explicit Appender(std::vector<LogRecord>& records)
-      : _records(records)
-    {
-    }
-    ~Appender() override { destructorImpl(); }
-    void close() override {}
+  class Capture;
 
-  protected:
-    void append(const log4cplus::spi::InternalLoggingEvent& event) override
-    {
-      _records.push_back({event.getLogLevel(), event.getLoggerName(), event.getMessage(), event.getFile(),
-                          event.getLine(), event.getFunction()});
-    }
-
-  private:
-    std::vector<LogRecord>& _records;
-  };
-
-  log4cplus::Logger _logger;
-  int _oldLevel;
-  std::vector<LogRecord> _records;
-  log4cplus::SharedAppenderPtr _appender;
+  std::unique_ptr<Capture> _capture;
 };
 
 /// \brief Return the failure of class Exception, exactly, that an operation raises.

@@ -5,6 +5,7 @@
 #include <type_traits>
 
 #include <gtest/gtest.h>
+#include <log4cplus/logger.h>
 
 #include <ORVELSerialization/ORVELSerializationLog.h>
 #include <ORVELUtil/LogMessageManager.h>
