@@ -1,9 +1,11 @@
 #include "ORVELBaseData/Pattern/StructuringElement/StructuringElementUtils.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
-#include <limits>
 #include <math.h> // NOLINT(modernize-deprecated-headers): for sincos
+#include <set>
+#include <tuple>
 #include <utility>
 
 #include <boost/make_shared.hpp>
@@ -19,82 +21,86 @@ namespace orvel
 namespace
 {
 
-template <class Element, class Offsets>
-boost::shared_ptr<Element> makeElement(Offsets offsets)
+template <class Element>
+boost::shared_ptr<Element> makeElement(std::set<typename Element::OffsetType> offsets)
 {
   auto element = boost::make_shared<Element>();
   details::StructuringElementOperations<Element>::setOffsets(*element, std::move(offsets));
   return element;
 }
 
-/// The coordinates of one axis of a box, from -halfSize to halfSize as numbers of 32 bits.
-struct Range
+void requireRadius(ipReal64 radius, const SourceLocation& here)
 {
-  explicit Range(ipUInt32 halfSize)
-    : first(static_cast<ipInt32>(0 - halfSize))
-    , last(static_cast<ipInt32>(halfSize))
+  if (!(radius >= 0)) // refuses NaN, too
+    raise(here, eStructuringElementMessage::eInvalidRadius, radius);
+}
+
+template <std::size_t NB_AXES>
+using HalfSizes = std::array<ipUInt32, NB_AXES>;
+template <std::size_t NB_AXES>
+using Place = std::array<ipInt32, NB_AXES>;
+
+/// Enters the places of a box that belong to a shape, along an axis and those before it. They come in the
+/// order of the offsets, so each one goes to the end of the set.
+template <std::size_t AXIS, std::size_t NB_AXES, class IsIn, class Offsets>
+void scanAxis(const HalfSizes<NB_AXES>& halfSizes, Place<NB_AXES>& place, const IsIn& isIn, Offsets& offsets)
+{
+  // Numbers of 32 bits, counted in 64: the loop has to end also behind the largest one.
+  const ipInt64 last = static_cast<ipInt32>(halfSizes[AXIS]);
+  for (ipInt64 coordinate = static_cast<ipInt32>(0 - halfSizes[AXIS]); coordinate <= last; ++coordinate)
   {
+    place[AXIS] = static_cast<ipInt32>(coordinate);
+    if constexpr (AXIS > 0)
+      scanAxis<AXIS - 1>(halfSizes, place, isIn, offsets);
+    else if (isIn(place))
+      std::apply([&offsets](auto... coordinates) { offsets.emplace_hint(offsets.end(), coordinates...); },
+                 place);
   }
-
-  bool isEmpty() const { return first > last; }
-
-  ipInt64 first; // counted in 64 bits: the loop has to end also behind the largest number
-  ipInt64 last;
-};
-
-// The scans come in the order of the offsets, so each one goes to the end of the set. An axis without
-// coordinates ends them at once: the others may have billions.
-
-/// \param isKept tells whether an offset at (x, y) belongs to the shape
-template <class IsKept>
-StructuringElementXYPtr scanXY(const Range& xs, const Range& ys, IsKept isKept)
-{
-  XYOffsetColl offsets;
-  for (ipInt64 y = ys.first; y <= ys.last && !xs.isEmpty(); ++y)
-    for (ipInt64 x = xs.first; x <= xs.last; ++x)
-      if (isKept(static_cast<ipInt32>(x), static_cast<ipInt32>(y)))
-        offsets.emplace_hint(offsets.end(), static_cast<ipInt32>(x), static_cast<ipInt32>(y));
-  return makeElement<StructuringElementXY>(std::move(offsets));
 }
 
-template <class IsKept>
-StructuringElementXYZPtr scanXYZ(const Range& xs, const Range& ys, const Range& zs, IsKept isKept)
+/// Makes a shape of the places of a box that belong to it.
+template <class Element, std::size_t NB_AXES, class IsIn>
+boost::shared_ptr<Element> scan(const HalfSizes<NB_AXES>& halfSizes, const IsIn& isIn)
 {
-  XYZOffsetColl offsets;
-  for (ipInt64 z = zs.first; z <= zs.last && !xs.isEmpty() && !ys.isEmpty(); ++z)
-    for (ipInt64 y = ys.first; y <= ys.last; ++y)
-      for (ipInt64 x = xs.first; x <= xs.last; ++x)
-        if (isKept(static_cast<ipInt32>(x), static_cast<ipInt32>(y), static_cast<ipInt32>(z)))
-          offsets.emplace_hint(offsets.end(), static_cast<ipInt32>(x), static_cast<ipInt32>(y),
-                               static_cast<ipInt32>(z));
-  return makeElement<StructuringElementXYZ>(std::move(offsets));
+  std::set<typename Element::OffsetType> offsets;
+  // Above this one the limits cross. The scan ends at once then: the other axes may have billions of places.
+  constexpr ipUInt32 largestHalfSize = 2147483648U;
+  if (*std::max_element(halfSizes.begin(), halfSizes.end()) <= largestHalfSize)
+  {
+    Place<NB_AXES> place;
+    scanAxis<NB_AXES - 1>(halfSizes, place, isIn, offsets);
+  }
+  return makeElement<Element>(std::move(offsets));
 }
 
-// Discs and balls
-
-bool isRadius(ipReal64 radius)
+template <class Element, std::size_t NB_AXES>
+boost::shared_ptr<Element> makeBox(const HalfSizes<NB_AXES>& halfSizes)
 {
-  return radius >= 0; // no NaN
+  return scan<Element>(halfSizes, [](const Place<NB_AXES>&) { return true; });
 }
 
-/// The radius cut to an integer, as the truncating instructions of x86 do it: what does not fit is the lowest
-/// number.
+/// The radius truncated to an integer, as the truncating instructions of x86 do it: what does not fit is the
+/// lowest number.
 ipUInt32 extentOf(ipReal64 radius)
 {
   constexpr ipReal64 limit = 2147483648.0;
   return radius < limit ? static_cast<ipUInt32>(radius) : static_cast<ipUInt32>(limit);
 }
 
-/// The square of a coordinate in 32 bits, meant to wrap.
-ipUInt32 squareOf(ipInt32 coordinate)
+template <class Element, std::size_t NB_AXES>
+boost::shared_ptr<Element> makeBall(ipReal64 radius)
 {
-  const auto bits = static_cast<ipUInt32>(coordinate);
-  return bits * bits;
-}
-
-bool isWithin(ipUInt32 squaredDistance, ipReal64 squaredRadius)
-{
-  return static_cast<ipReal64>(static_cast<ipInt32>(squaredDistance)) <= squaredRadius;
+  HalfSizes<NB_AXES> halfSizes;
+  halfSizes.fill(extentOf(radius));
+  return scan<Element>(halfSizes,
+                       [squaredRadius = radius * radius](const Place<NB_AXES>& place)
+                       {
+                         ipUInt32 squaredDistance = 0; // meant to wrap
+                         for (const ipInt32 coordinate : place)
+                           squaredDistance +=
+                               static_cast<ipUInt32>(coordinate) * static_cast<ipUInt32>(coordinate);
+                         return static_cast<ipReal64>(static_cast<ipInt32>(squaredDistance)) <= squaredRadius;
+                       });
 }
 
 // Segments
@@ -136,8 +142,8 @@ boost::shared_ptr<Element> walk(const Vector<NB_AXES>& step, ipReal64 radius, Si
   ipReal64 squaredDistance = 0;
   do
   {
-    std::array<ipInt32, NB_AXES> place;
-    std::array<ipInt32, NB_AXES> opposite;
+    Place<NB_AXES> place;
+    Place<NB_AXES> opposite;
     for (std::size_t axis = 0; axis < NB_AXES; ++axis)
     {
       place[axis] = math::round<int, double>(position[axis]);
@@ -161,7 +167,7 @@ boost::shared_ptr<Element> walk(const Vector<NB_AXES>& step, ipReal64 radius, Si
 
 StructuringElementXYPtr rectangularSEXY(ipUInt32 halfSizeX, ipUInt32 halfSizeY)
 {
-  return scanXY(Range(halfSizeX), Range(halfSizeY), [](ipInt32, ipInt32) { return true; });
+  return makeBox<StructuringElementXY, 2>({halfSizeX, halfSizeY});
 }
 
 StructuringElementXYPtr squareSEXY(ipUInt32 halfSize)
@@ -171,32 +177,25 @@ StructuringElementXYPtr squareSEXY(ipUInt32 halfSize)
 
 StructuringElementXYPtr circularSEXY(ipReal64 radius)
 {
-  if (!isRadius(radius))
-    raise(ORVEL_HERE, eStructuringElementMessage::eInvalidRadius, radius);
-  const Range range(extentOf(radius));
-  const ipReal64 squaredRadius = radius * radius;
-  return scanXY(range, range,
-                [=](ipInt32 x, ipInt32 y) { return isWithin(squareOf(x) + squareOf(y), squaredRadius); });
+  requireRadius(radius, ORVEL_HERE);
+  return makeBall<StructuringElementXY, 2>(radius);
 }
 
 StructuringElementXYPtr halfLinearSEXY(ipReal64 theta, ipReal64 radius)
 {
-  if (!isRadius(radius))
-    raise(ORVEL_HERE, eStructuringElementMessage::eInvalidRadius, radius);
+  requireRadius(radius, ORVEL_HERE);
   return walk<StructuringElementXY>(stepTowards(theta), radius, Sides::one);
 }
 
 StructuringElementXYPtr linearSEXY(ipReal64 theta, ipReal64 radius)
 {
-  if (!isRadius(radius))
-    raise(ORVEL_HERE, eStructuringElementMessage::eInvalidRadius, radius);
+  requireRadius(radius, ORVEL_HERE);
   return walk<StructuringElementXY>(stepTowards(theta), radius, Sides::both);
 }
 
 StructuringElementXYZPtr rectangularSEXYZ(ipUInt32 halfSizeX, ipUInt32 halfSizeY, ipUInt32 halfSizeZ)
 {
-  return scanXYZ(Range(halfSizeX), Range(halfSizeY), Range(halfSizeZ),
-                 [](ipInt32, ipInt32, ipInt32) { return true; });
+  return makeBox<StructuringElementXYZ, 3>({halfSizeX, halfSizeY, halfSizeZ});
 }
 
 StructuringElementXYZPtr cubicSEXYZ(ipUInt32 halfSize)
@@ -206,26 +205,19 @@ StructuringElementXYZPtr cubicSEXYZ(ipUInt32 halfSize)
 
 StructuringElementXYZPtr sphericalSEXYZ(ipReal64 radius)
 {
-  if (!isRadius(radius))
-    raise(ORVEL_HERE, eStructuringElementMessage::eInvalidRadius, radius);
-  const Range range(extentOf(radius));
-  const ipReal64 squaredRadius = radius * radius;
-  return scanXYZ(range, range, range,
-                 [=](ipInt32 x, ipInt32 y, ipInt32 z)
-                 { return isWithin(squareOf(x) + squareOf(y) + squareOf(z), squaredRadius); });
+  requireRadius(radius, ORVEL_HERE);
+  return makeBall<StructuringElementXYZ, 3>(radius);
 }
 
 StructuringElementXYZPtr halfLinearSEXYZ(ipReal64 theta, ipReal64 phi, ipReal64 radius)
 {
-  if (!isRadius(radius))
-    raise(ORVEL_HERE, eStructuringElementMessage::eInvalidRadius, radius);
+  requireRadius(radius, ORVEL_HERE);
   return walk<StructuringElementXYZ>(stepTowards(theta, phi), radius, Sides::one);
 }
 
 StructuringElementXYZPtr linearSEXYZ(ipReal64 theta, ipReal64 phi, ipReal64 radius)
 {
-  if (!isRadius(radius))
-    raise(ORVEL_HERE, eStructuringElementMessage::eInvalidRadius, radius);
+  requireRadius(radius, ORVEL_HERE);
   return walk<StructuringElementXYZ>(stepTowards(theta, phi), radius, Sides::both);
 }
 

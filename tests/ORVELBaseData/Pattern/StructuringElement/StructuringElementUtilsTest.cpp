@@ -704,7 +704,7 @@ TEST(StructuringElementUtils, NameTheRaisingFunctionAndStatement)
     EXPECT_EQ(normalisedSignature(failure.getFunction()), normalisedSignature(raising.function));
     EXPECT_EQ(failure.getFile(), "ORVELBaseData/Pattern/StructuringElement/StructuringElementUtils.cpp");
     EXPECT_NE(sourceLine(failure.getFile(), failure.getLine())
-                  .find("raise(ORVEL_HERE, eStructuringElementMessage::eInvalidRadius, radius)"),
+                  .find("requireRadius(radius, ORVEL_HERE)"),
               std::string::npos);
     EXPECT_EQ(failure.getCause(), nullptr);
   }
