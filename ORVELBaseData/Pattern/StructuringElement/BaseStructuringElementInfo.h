@@ -10,9 +10,9 @@
 namespace orvel
 {
 
-/// \brief Root of the descriptions: a structuring element with the recipe that made it.
+/// \brief Root of the descriptions: a structuring element with the kind and the parameters of its shape.
 ///
-/// A description is born not initialised and then answers no question but isInitialized().
+/// A new description is not initialised: it answers isInitialized() and getStructuringElementType() only.
 ///
 /// Archive version 1: the item "_bInit". The order of the virtual operations and of the fields is part of the
 /// binary interface.
@@ -25,20 +25,18 @@ public:
 
   virtual eStructuringElementType getStructuringElementType() const = 0; ///< the space of the offsets
 
-protected:
-  virtual void clearDerived() = 0; ///< \brief Empty what the derived class holds. Called by clear().
-
-public:
   bool isInitialized() const { return _bInit; } ///< whether the description holds a shape
 
-  /// \brief Take the description back to not initialised; its element is emptied in place, so that whoever
-  /// shares it sees it empty.
+  /// \brief Make the description not initialised. Its element is emptied in place, so that those who share it
+  /// see it empty.
   void clear();
 
 protected:
   BaseStructuringElementInfo() = default;
 
-  void initBase(); ///< \brief Mark the description initialised: the last step of every initialisation.
+  virtual void clearDerived() = 0; ///< \brief Empty what the derived class holds. Called by clear().
+
+  void initBase(); ///< \brief Mark the description as initialised: the last step of every initialisation.
 
 private:
   bool _bInit = false;

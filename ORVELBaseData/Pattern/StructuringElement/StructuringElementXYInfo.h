@@ -14,25 +14,32 @@
 namespace orvel
 {
 
-struct SourceLocation;
+namespace details
+{
+template <class Info>
+struct InfoFields;
+template <class Info>
+struct InfoOperations;
+} // namespace details
 
-/// \brief Structuring element of planar images with the kind and the parameters of the shape that made it.
+/// \brief Structuring element of planar images with the kind and the parameters of its shape.
 ///
-/// The element is made at once by the initialisation, each of which replaces what the description held.
-/// insert and remove change the element and leave kind and parameters as they are: a disc with one offset
-/// more still answers with its radius.
+/// Each initialisation builds the element at once and replaces what the description held. insert() and
+/// remove() change the element and neither the kind nor the parameters: a disc with one more offset still
+/// returns its radius.
 ///
-/// getStructuringElement() shares the element. Whoever holds it sees it change by insert and remove, and
-/// emptied by clear(), by every initialisation and by a copy of what is not initialised. init() and a copy
-/// of what is initialised fill the same element; the other initialisations and read() take a new one. The
-/// reference of getDataColl() lives as long as the element, not as long as the description.
+/// getStructuringElement() shares the element. Those who hold it see it change by insert() and remove(), and
+/// emptied by clear(), by every initialisation and by a copy of a description that is not initialised. init()
+/// and a copy of an initialised description fill the same element; the other initialisations and read() take
+/// a new one. The reference that getDataColl() returns lives as long as the element, not as long as the
+/// description.
 ///
-/// A copy has an element of its own. It takes the parameters of its shape over, but for the half size of a
-/// square: getHalfSize() of a copied square answers with what the target held, 0 in a new one.
+/// A copy has an element of its own and the parameters of its shape, except the half size of a square:
+/// getHalfSize() of a copied square returns what the target held, 0 in a new one.
 ///
-/// Archive version 1: behind "_bInit", if that is true, "_seXYSubType", the parameters of the shape, and the
-/// element under "_pSEXY"; it is not made anew on reading. An element that is null in the archive is refused.
-/// A read that fails keeps what came before the failure, "_bInit" included, and the old element.
+/// Archive version 1: after "_bInit", if that is true, the kind "_seXYSubType", the parameters of the shape,
+/// and the element "_pSEXY", which is read and not built from the parameters. A null element is refused. A
+/// read that fails keeps what was read before the failure, "_bInit" included, and the old element.
 class ORVELBASEDATA_EXPORT StructuringElementXYInfo : public BaseStructuringElementInfo
 {
   ORVEL_DECLARE_SERIALIZABLE(StructuringElementXYInfo)
@@ -42,25 +49,22 @@ public:
 
   eStructuringElementType getStructuringElementType() const override; ///< eSET_XY
 
-  void init(const StructuringElementXY&
-                element); ///< \brief Take a copy of any element. Its own one comes out empty.
-  void initEmpty();       ///< \brief Take a new empty element; the kind is generic.
+  /// \brief Copy an element, as a generic shape. Passing this description's own element empties it.
+  void init(const StructuringElementXY& element);
 
-  /// \brief Make a disc. \see StructuringElementUtils.h
-  /// \throw ORVELBaseDataException (eInvalidRadius); the description is not initialised then
-  void initCircular(ipReal64 radius);
+  void initEmpty(); ///< \brief Take a new empty element, as a generic shape.
 
-  void initSquare(ipUInt32 halfSize); ///< \brief Make a square. \see StructuringElementUtils.h
-  void initRectangular(ipUInt32 halfSizeX,
-                       ipUInt32 halfSizeY); ///< \brief Make a box. \see StructuringElementUtils.h
-
-  /// \brief Make a segment from the origin. \see StructuringElementUtils.h
-  /// \throw ORVELBaseDataException (eInvalidRadius); the description is not initialised then
-  void initHalfLinear(ipReal64 theta, ipReal64 radius);
-
-  /// \brief Make a segment through the origin. \see StructuringElementUtils.h
-  /// \throw ORVELBaseDataException (eInvalidRadius); the description is not initialised then
-  void initLinear(ipReal64 theta, ipReal64 radius);
+  /// \name Shapes
+  /// Each builds the element with the builder of the same name. \see StructuringElementUtils.h
+  /// \throw ORVELBaseDataException (eInvalidRadius) if the radius is negative or NaN; the description is then
+  /// not initialised
+  /// \{
+  void initCircular(ipReal64 radius);                           ///< a disc
+  void initSquare(ipUInt32 halfSize);                           ///< a square
+  void initRectangular(ipUInt32 halfSizeX, ipUInt32 halfSizeY); ///< a rectangle
+  void initHalfLinear(ipReal64 theta, ipReal64 radius);         ///< a segment from the origin
+  void initLinear(ipReal64 theta, ipReal64 radius);             ///< a segment through the origin
+  /// \}
 
   /// \name Queries
   /// \throw ORVELBaseDataException (eSEInfoNotInitialized) if the description is not initialised
@@ -70,29 +74,27 @@ public:
   StructuringElementXYConstPtr getStructuringElement() const; ///< the element, shared
   const XYOffsetColl& getDataColl() const;                    ///< the offsets of the element
   ipReal64 getRadius() const;                                 ///< of a disc or a segment
-  ipUInt32 getHalfSize() const;                               ///< of a square; a box has others
-  ipUInt32 getHalfSizeX() const;                              ///< of a box
-  ipUInt32 getHalfSizeY() const;                              ///< of a box
+  ipUInt32 getHalfSize() const;                               ///< of a square, not of a rectangle
+  ipUInt32 getHalfSizeX() const;                              ///< of a rectangle, not of a square
+  ipUInt32 getHalfSizeY() const;                              ///< of a rectangle, not of a square
   ipReal64 getTheta() const;                                  ///< of a segment
   /// \}
 
-  /// \brief Add an offset to the element. \return false if it is there already
+  /// \name Changes of the element
   /// \throw ORVELBaseDataException (eSEInfoNotInitialized) if the description is not initialised
-  bool insert(const OffsetXY& offset);
-  bool insert(ipInt32 x, ipInt32 y); ///< \copydoc insert(const OffsetXY&)
-
-  /// \brief Remove an offset from the element. \return false if it is not there
-  /// \throw ORVELBaseDataException (eSEInfoNotInitialized) if the description is not initialised
-  bool remove(const OffsetXY& offset);
-  bool remove(ipInt32 x, ipInt32 y); ///< \copydoc remove(const OffsetXY&)
+  /// \{
+  bool insert(const OffsetXY& offset); ///< \brief Add an offset. \return false if it is there already
+  bool insert(ipInt32 x, ipInt32 y);   ///< \copydoc insert(const OffsetXY&)
+  bool remove(const OffsetXY& offset); ///< \brief Remove an offset. \return false if it is not there
+  bool remove(ipInt32 x, ipInt32 y);   ///< \copydoc remove(const OffsetXY&)
+  /// \}
 
 protected:
   void clearDerived() override; ///< \brief Empty the element in place.
 
 private:
-  void start(eSEXYSubType::domain subType);
-  void requireInitialized(const SourceLocation& here) const;
-  bool isSegment() const;
+  friend struct details::InfoFields<StructuringElementXYInfo>;
+  friend struct details::InfoOperations<StructuringElementXYInfo>;
 
   eSEXYSubType _seXYSubType = eSEXYSubType::eSEXY_Generic;
   ipReal64 _radius = 0;

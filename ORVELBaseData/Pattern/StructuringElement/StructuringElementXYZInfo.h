@@ -14,24 +14,20 @@
 namespace orvel
 {
 
-struct SourceLocation;
+namespace details
+{
+template <class Info>
+struct InfoFields;
+template <class Info>
+struct InfoOperations;
+} // namespace details
 
-/// \brief Structuring element of volumes with the kind and the parameters of the shape that made it.
+/// \brief Structuring element of volumes with the kind and the parameters of its shape.
 ///
-/// The element is made at once by the initialisation, each of which replaces what the description held.
-/// insert and remove change the element and leave kind and parameters as they are: a disc with one offset
-/// more still answers with its radius.
-///
-/// getStructuringElement() shares the element. Whoever holds it sees it change by insert and remove, and
-/// emptied by clear(), by every initialisation and by a copy of what is not initialised. init() and a copy
-/// of what is initialised fill the same element; the other initialisations and read() take a new one. The
-/// reference of getDataColl() lives as long as the element, not as long as the description.
-///
-/// A copy has an element of its own. It takes the parameters of its shape over.
-///
-/// Archive version 1: behind "_bInit", if that is true, "_seXYZSubType", the parameters of the shape, and the
-/// element under "_pSEXYZ"; it is not made anew on reading. An element that is null in the archive is
-/// refused. A read that fails keeps what came before the failure, "_bInit" included, and the old element.
+/// As StructuringElementXYInfo, with one axis more: the states, what those who hold the element see, and what
+/// a failure leaves are the same. A copied cube has its half size, though. The keys of the kind and of the
+/// element in an archive are "_seXYZSubType" and "_pSEXYZ".
+/// \see StructuringElementXYInfo
 class ORVELBASEDATA_EXPORT StructuringElementXYZInfo : public BaseStructuringElementInfo
 {
   ORVEL_DECLARE_SERIALIZABLE(StructuringElementXYZInfo)
@@ -41,25 +37,22 @@ public:
 
   eStructuringElementType getStructuringElementType() const override; ///< eSET_XYZ
 
-  void init(const StructuringElementXYZ&
-                element); ///< \brief Take a copy of any element. Its own one comes out empty.
-  void initEmpty();       ///< \brief Take a new empty element; the kind is generic.
+  /// \brief Copy an element, as a generic shape. \see StructuringElementXYInfo::init
+  void init(const StructuringElementXYZ& element);
 
-  /// \brief Make a ball. \see StructuringElementUtils.h
-  /// \throw ORVELBaseDataException (eInvalidRadius); the description is not initialised then
-  void initSpherical(ipReal64 radius);
+  void initEmpty(); ///< \brief Take a new empty element, as a generic shape.
 
-  void initCubic(ipUInt32 halfSize); ///< \brief Make a cube. \see StructuringElementUtils.h
-  void initRectangular(ipUInt32 halfSizeX, ipUInt32 halfSizeY,
-                       ipUInt32 halfSizeZ); ///< \brief Make a box. \see StructuringElementUtils.h
-
-  /// \brief Make a segment from the origin. \see StructuringElementUtils.h
-  /// \throw ORVELBaseDataException (eInvalidRadius); the description is not initialised then
-  void initHalfLinear(ipReal64 theta, ipReal64 phi, ipReal64 radius);
-
-  /// \brief Make a segment through the origin. \see StructuringElementUtils.h
-  /// \throw ORVELBaseDataException (eInvalidRadius); the description is not initialised then
-  void initLinear(ipReal64 theta, ipReal64 phi, ipReal64 radius);
+  /// \name Shapes
+  /// Each builds the element with the builder of the same name. \see StructuringElementUtils.h
+  /// \throw ORVELBaseDataException (eInvalidRadius) if the radius is negative or NaN; the description is then
+  /// not initialised
+  /// \{
+  void initSpherical(ipReal64 radius);                                              ///< a ball
+  void initCubic(ipUInt32 halfSize);                                                ///< a cube
+  void initRectangular(ipUInt32 halfSizeX, ipUInt32 halfSizeY, ipUInt32 halfSizeZ); ///< a box
+  void initHalfLinear(ipReal64 theta, ipReal64 phi, ipReal64 radius); ///< a segment from the origin
+  void initLinear(ipReal64 theta, ipReal64 phi, ipReal64 radius);     ///< a segment through the origin
+  /// \}
 
   /// \name Queries
   /// \throw ORVELBaseDataException (eSEInfoNotInitialized) if the description is not initialised
@@ -69,31 +62,29 @@ public:
   StructuringElementXYZConstPtr getStructuringElement() const; ///< the element, shared
   const XYZOffsetColl& getDataColl() const;                    ///< the offsets of the element
   ipReal64 getRadius() const;                                  ///< of a ball or a segment
-  ipUInt32 getHalfSize() const;                                ///< of a cube; a box has others
-  ipUInt32 getHalfSizeX() const;                               ///< of a box
-  ipUInt32 getHalfSizeY() const;                               ///< of a box
-  ipUInt32 getHalfSizeZ() const;                               ///< of a box
+  ipUInt32 getHalfSize() const;                                ///< of a cube, not of a box
+  ipUInt32 getHalfSizeX() const;                               ///< of a box, not of a cube
+  ipUInt32 getHalfSizeY() const;                               ///< of a box, not of a cube
+  ipUInt32 getHalfSizeZ() const;                               ///< of a box, not of a cube
   ipReal64 getTheta() const;                                   ///< of a segment
   ipReal64 getPhi() const;                                     ///< of a segment
   /// \}
 
-  /// \brief Add an offset to the element. \return false if it is there already
+  /// \name Changes of the element
   /// \throw ORVELBaseDataException (eSEInfoNotInitialized) if the description is not initialised
-  bool insert(const OffsetXYZ& offset);
+  /// \{
+  bool insert(const OffsetXYZ& offset); ///< \brief Add an offset. \return false if it is there already
   bool insert(ipInt32 x, ipInt32 y, ipInt32 z); ///< \copydoc insert(const OffsetXYZ&)
-
-  /// \brief Remove an offset from the element. \return false if it is not there
-  /// \throw ORVELBaseDataException (eSEInfoNotInitialized) if the description is not initialised
-  bool remove(const OffsetXYZ& offset);
+  bool remove(const OffsetXYZ& offset);         ///< \brief Remove an offset. \return false if it is not there
   bool remove(ipInt32 x, ipInt32 y, ipInt32 z); ///< \copydoc remove(const OffsetXYZ&)
+  /// \}
 
 protected:
   void clearDerived() override; ///< \brief Empty the element in place.
 
 private:
-  void start(eSEXYZSubType::domain subType);
-  void requireInitialized(const SourceLocation& here) const;
-  bool isSegment() const;
+  friend struct details::InfoFields<StructuringElementXYZInfo>;
+  friend struct details::InfoOperations<StructuringElementXYZInfo>;
 
   eSEXYZSubType _seXYZSubType = eSEXYZSubType::eSEXYZ_Generic;
   ipReal64 _radius = 0;
