@@ -12,7 +12,7 @@ namespace orvel
 
 /// \brief Root of the structuring elements, the unweighted neighbourhoods of morphology.
 ///
-/// Cannot be assigned, only copied by copy(), which trusts the class of its argument.
+/// It cannot be assigned, only copied by copy(), which trusts the class of its argument.
 ///
 /// Archive version 1, without items. The order of the virtual operations is part of the binary interface.
 class ORVELBASEDATA_EXPORT BaseStructuringElement : public BaseSerializationObject

@@ -1,7 +1,7 @@
 #pragma once
 
 /// \file
-/// \brief Kinds of structuring elements on the plane.
+/// \brief Kinds of 2-D structuring elements.
 
 #include <ORVELBaseData/ORVELBaseDataExport.h>
 #include <ORVELUtil/NamedEnumeration.h>
@@ -9,7 +9,7 @@
 namespace orvel
 {
 
-/// \brief Kind of shape of a structuring element on the plane.
+/// \brief Kind of shape of a 2-D structuring element.
 ///
 /// \see NamedEnumeration; StructuringElementInfoUtils.h for the archive operators
 class ORVELBASEDATA_EXPORT eSEXYSubType : public NamedEnumeration<eSEXYSubType>

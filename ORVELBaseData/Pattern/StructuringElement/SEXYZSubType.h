@@ -1,7 +1,7 @@
 #pragma once
 
 /// \file
-/// \brief Kinds of structuring elements in space.
+/// \brief Kinds of 3-D structuring elements.
 
 #include <ORVELBaseData/ORVELBaseDataExport.h>
 #include <ORVELUtil/NamedEnumeration.h>
@@ -9,7 +9,7 @@
 namespace orvel
 {
 
-/// \brief Kind of shape of a structuring element in space.
+/// \brief Kind of shape of a 3-D structuring element.
 ///
 /// \see NamedEnumeration; StructuringElementInfoUtils.h for the archive operators
 class ORVELBASEDATA_EXPORT eSEXYZSubType : public NamedEnumeration<eSEXYZSubType>

@@ -16,8 +16,8 @@ namespace orvel
 {
 
 /// \name Descriptions of a shape
-/// Each makes a new description and calls the initialisation of the same arguments.
-/// \throw ORVELBaseDataException (eInvalidRadius) for a radius that is not at least 0
+/// Each creates a description and calls the initialisation that takes the same arguments.
+/// \throw ORVELBaseDataException (eInvalidRadius) if the radius is negative or NaN
 /// \{
 ORVELBASEDATA_EXPORT StructuringElementXYInfoPtr genericSEXYInfo(const StructuringElementXY& element);
 ORVELBASEDATA_EXPORT StructuringElementXYInfoPtr emptySEXYInfo();

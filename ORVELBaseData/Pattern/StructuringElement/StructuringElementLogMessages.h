@@ -12,18 +12,18 @@
 namespace orvel
 {
 
-/// \brief Failures of the structuring elements, their builders and their descriptions. The texts stand in the
+/// \brief Failures of the structuring elements, their builders and their descriptions. The texts are in the
 /// source.
 class ORVELBASEDATA_EXPORT eStructuringElementMessage : public NamedEnumeration<eStructuringElementMessage>
 {
 public:
   enum domain
   {
-    eInsertExistingSEElt,  ///< the offset is in the set
-    eRemoveMissingSEElt,   ///< the offset is not in the set
-    eInvalidRadius,        ///< not at least 0: the radius, with six decimals
-    eSEInfoNotInitialized, ///< use of a description before its initialisation
-    eInvalidSESubType      ///< a parameter that the shape does not have
+    eInsertExistingSEElt,  ///< insert() of an element: the offset is there already
+    eRemoveMissingSEElt,   ///< remove() of an element: the offset is not there
+    eInvalidRadius,        ///< negative or NaN: the radius, with six decimals
+    eSEInfoNotInitialized, ///< query or change of a description that is not initialised
+    eInvalidSESubType      ///< query for a parameter that the shape of a description does not have
   };
 
   using NamedEnumeration::NamedEnumeration;

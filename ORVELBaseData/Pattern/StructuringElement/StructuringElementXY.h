@@ -27,17 +27,23 @@ using XYOffsetColl = std::set<OffsetXY>; ///< a set of offsets, in their order
 
 /// \brief Unweighted neighbourhood of a pixel: a set of offsets around the centre, with its bounding box.
 ///
-/// The box is kept as the smallest coordinate and the size along each axis, in 32-bit arithmetic that wraps
-/// around. It touches an offset on each side and may have holes. Offsets at both ends of the range give the
-/// size 0, which the next insert takes for a box without offsets.
+/// The box is the smallest coordinate and the size along each axis, in 32-bit arithmetic that wraps around.
+/// It touches an offset on each side and may have holes. Offsets at both ends of the 32-bit range give the
+/// size 0, which the next insert() takes for a box without offsets.
 ///
-/// An element has two empty states. Fresh or cleared: the box is all 0. Emptied by remove, or set to an empty
-/// set: each minimum is 2147483647, each size 2. Both answer alike, and after the next insert both have the
-/// box of that one offset. Copies and archives keep them apart.
+/// An element has two empty states. New or cleared: the box is all 0. Emptied by remove(), or set to an empty
+/// set: each minimum is 2147483647, each size 2. Both behave alike, and the next insert() gives both the box
+/// of that one offset. Copies and archives keep them apart.
 ///
-/// Archive version 1: the items "_dataColl", "_minX", "_minY", "_sizeX", "_sizeY". The box is taken as it
-/// stands, without a check against the offsets. A read that fails keeps what came before
-/// the failure.
+/// \code
+/// StructuringElementXY corner;
+/// corner.insert(OffsetXY(0, 0));
+/// corner.insert(OffsetXY(1, 0));
+/// corner.insert(OffsetXY(0, 1)); // minimum (0, 0), size (2, 2)
+/// \endcode
+///
+/// Archive version 1: the items "_dataColl", "_minX", "_minY", "_sizeX", "_sizeY". The box is read as it is
+/// stored and not checked against the offsets. A read that fails keeps what was read before the failure.
 class ORVELBASEDATA_EXPORT StructuringElementXY : public BaseStructuringElement
 {
   ORVEL_DECLARE_SERIALIZABLE(StructuringElementXY)
@@ -47,12 +53,12 @@ public:
 
   StructuringElementXY(); ///< an element without offsets; the box is 0
 
-  /// \brief Add an offset. Complexity: one lookup, none for an offset behind the last one.
-  /// \throw ORVELBaseDataException (eInsertExistingSEElt) if the offset is there; nothing has changed
+  /// \brief Add an offset. Complexity: logarithmic, constant for an offset after the last one.
+  /// \throw ORVELBaseDataException (eInsertExistingSEElt) if the offset is there; the element is unchanged
   void insert(const OffsetType& offset);
 
-  /// \brief Remove an offset and shrink the box to those that are left. Complexity: a walk over all of them.
-  /// \throw ORVELBaseDataException (eRemoveMissingSEElt) if the offset is not there; nothing has changed
+  /// \brief Remove an offset and shrink the box to the offsets left. Complexity: linear.
+  /// \throw ORVELBaseDataException (eRemoveMissingSEElt) if the offset is not there; the element is unchanged
   void remove(const OffsetType& offset);
 
   bool exists(const OffsetType& offset) const; ///< whether the offset is there
@@ -61,10 +67,10 @@ public:
   /// \brief Return the offsets, in ascending order.
   const XYOffsetColl& getDataColl() const { return _dataColl; }
 
-  /// \brief Replace all offsets by a copy of a set. Complexity: a walk over all of them.
+  /// \brief Replace all offsets by a copy of a set and find its box. Complexity: linear.
   void setDataColl(const XYOffsetColl& offsets);
 
-  void clear(); ///< \brief Go back to the state of a new element.
+  void clear(); ///< \brief Return to the state of a new element.
 
   eStructuringElementType getStructuringElementType() const override; ///< eSET_XY
 

@@ -27,17 +27,9 @@ using XYZOffsetColl = std::set<OffsetXYZ>; ///< a set of offsets, in their order
 
 /// \brief Unweighted neighbourhood of a voxel: a set of offsets around the centre, with its bounding box.
 ///
-/// The box is kept as the smallest coordinate and the size along each axis, in 32-bit arithmetic that wraps
-/// around. It touches an offset on each side and may have holes. Offsets at both ends of the range give the
-/// size 0, which the next insert takes for a box without offsets.
-///
-/// An element has two empty states. Fresh or cleared: the box is all 0. Emptied by remove, or set to an empty
-/// set: each minimum is 2147483647, each size 2. Both answer alike, and after the next insert both have the
-/// box of that one offset. Copies and archives keep them apart.
-///
-/// Archive version 1: the items "_dataColl", "_minX", "_minY", "_minZ", "_sizeX", "_sizeY", "_sizeZ". The box
-/// is taken as it stands, without a check against the offsets. A read that fails keeps what came before the
-/// failure.
+/// As StructuringElementXY, with one axis more: the box, the two empty states and every operation behave as
+/// described there. In an archive "_minZ" follows "_minY", and "_sizeZ" follows "_sizeY".
+/// \see StructuringElementXY
 class ORVELBASEDATA_EXPORT StructuringElementXYZ : public BaseStructuringElement
 {
   ORVEL_DECLARE_SERIALIZABLE(StructuringElementXYZ)
@@ -47,12 +39,12 @@ public:
 
   StructuringElementXYZ(); ///< an element without offsets; the box is 0
 
-  /// \brief Add an offset. Complexity: one lookup, none for an offset behind the last one.
-  /// \throw ORVELBaseDataException (eInsertExistingSEElt) if the offset is there; nothing has changed
+  /// \brief Add an offset. \see StructuringElementXY::insert
+  /// \throw ORVELBaseDataException (eInsertExistingSEElt) if the offset is there; the element is unchanged
   void insert(const OffsetType& offset);
 
-  /// \brief Remove an offset and shrink the box to those that are left. Complexity: a walk over all of them.
-  /// \throw ORVELBaseDataException (eRemoveMissingSEElt) if the offset is not there; nothing has changed
+  /// \brief Remove an offset and shrink the box to the offsets left. \see StructuringElementXY::remove
+  /// \throw ORVELBaseDataException (eRemoveMissingSEElt) if the offset is not there; the element is unchanged
   void remove(const OffsetType& offset);
 
   bool exists(const OffsetType& offset) const; ///< whether the offset is there
@@ -61,10 +53,10 @@ public:
   /// \brief Return the offsets, in ascending order.
   const XYZOffsetColl& getDataColl() const { return _dataColl; }
 
-  /// \brief Replace all offsets by a copy of a set. Complexity: a walk over all of them.
+  /// \brief Replace all offsets by a copy of a set and find its box. Complexity: linear.
   void setDataColl(const XYZOffsetColl& offsets);
 
-  void clear(); ///< \brief Go back to the state of a new element.
+  void clear(); ///< \brief Return to the state of a new element.
 
   eStructuringElementType getStructuringElementType() const override; ///< eSET_XYZ
 
