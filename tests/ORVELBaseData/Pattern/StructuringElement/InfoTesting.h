@@ -7,7 +7,7 @@
 /// takes x, y and theta.
 
 #include <functional>
-#include <string>
+#include <type_traits>
 #include <vector>
 
 #include "ElementTesting.h"
@@ -17,73 +17,89 @@
 namespace orvel::test
 {
 
-template <class Info>
-struct InfoTraits;
-
-template <>
-struct InfoTraits<StructuringElementXYInfo>
+template <class InfoType>
+struct InfoTraits
 {
-  using Info = StructuringElementXYInfo;
-  using Element = StructuringElementXY;
-  static constexpr const char* name = "StructuringElementXYInfo";
-  static constexpr const char* subTypeKey = "_seXYSubType";
-  static constexpr const char* elementKey = "_pSEXY";
-  static constexpr const char* subTypeTexts[] = {"eSEXY_Generic",     "eSEXY_Circular",   "eSEXY_Square",
-                                                 "eSEXY_Rectangular", "eSEXY_HalfLinear", "eSEXY_Linear"};
+  static constexpr bool isPlanar = std::is_same<InfoType, StructuringElementXYInfo>::value;
+  using Element = std::conditional_t<isPlanar, StructuringElementXY, StructuringElementXYZ>;
 
-  static ipUInt64 subTypeOf(const Info& info) { return info.getSEXYSubType().getValue(); }
-  static void initBall(Info& info, double radius) { info.initCircular(radius); }
-  static void initCube(Info& info, ipUInt32 halfSize) { info.initSquare(halfSize); }
-  static void initBox(Info& info, ipUInt32 x, ipUInt32 y, ipUInt32 /*z*/) { info.initRectangular(x, y); }
-  static void initHalfLinear(Info& info, double theta, double /*phi*/, double radius)
-  {
-    info.initHalfLinear(theta, radius);
-  }
-  static void initLinear(Info& info, double theta, double /*phi*/, double radius)
-  {
-    info.initLinear(theta, radius);
-  }
-  static bool insert(Info& info, ipInt32 x, ipInt32 y, ipInt32 /*z*/) { return info.insert(x, y); }
-  static bool remove(Info& info, ipInt32 x, ipInt32 y, ipInt32 /*z*/) { return info.remove(x, y); }
-};
+  static constexpr const char* name = isPlanar ? "StructuringElementXYInfo" : "StructuringElementXYZInfo";
 
-template <>
-struct InfoTraits<StructuringElementXYZInfo>
-{
-  using Info = StructuringElementXYZInfo;
-  using Element = StructuringElementXYZ;
-  static constexpr const char* name = "StructuringElementXYZInfo";
-  static constexpr const char* subTypeKey = "_seXYZSubType";
-  static constexpr const char* elementKey = "_pSEXYZ";
-  static constexpr const char* subTypeTexts[] = {"eSEXYZ_Generic",     "eSEXYZ_Spherical",  "eSEXYZ_Cubic",
-                                                 "eSEXYZ_Rectangular", "eSEXYZ_HalfLinear", "eSEXYZ_Linear"};
+  static ipUInt64 kindOf(const InfoType& info)
+  {
+    if constexpr (isPlanar)
+      return info.getSEXYSubType().getValue();
+    else
+      return info.getSEXYZSubType().getValue();
+  }
 
-  static ipUInt64 subTypeOf(const Info& info) { return info.getSEXYZSubType().getValue(); }
-  static void initBall(Info& info, double radius) { info.initSpherical(radius); }
-  static void initCube(Info& info, ipUInt32 halfSize) { info.initCubic(halfSize); }
-  static void initBox(Info& info, ipUInt32 x, ipUInt32 y, ipUInt32 z) { info.initRectangular(x, y, z); }
-  static void initHalfLinear(Info& info, double theta, double phi, double radius)
+  static void initBall(InfoType& info, double radius)
   {
-    info.initHalfLinear(theta, phi, radius);
+    if constexpr (isPlanar)
+      info.initCircular(radius);
+    else
+      info.initSpherical(radius);
   }
-  static void initLinear(Info& info, double theta, double phi, double radius)
+
+  static void initCube(InfoType& info, ipUInt32 halfSize)
   {
-    info.initLinear(theta, phi, radius);
+    if constexpr (isPlanar)
+      info.initSquare(halfSize);
+    else
+      info.initCubic(halfSize);
   }
-  static bool insert(Info& info, ipInt32 x, ipInt32 y, ipInt32 z) { return info.insert(x, y, z); }
-  static bool remove(Info& info, ipInt32 x, ipInt32 y, ipInt32 z) { return info.remove(x, y, z); }
+
+  static void initBox(InfoType& info, ipUInt32 x, ipUInt32 y, [[maybe_unused]] ipUInt32 z)
+  {
+    if constexpr (isPlanar)
+      info.initRectangular(x, y);
+    else
+      info.initRectangular(x, y, z);
+  }
+
+  static void initHalfLinear(InfoType& info, double theta, [[maybe_unused]] double phi, double radius)
+  {
+    if constexpr (isPlanar)
+      info.initHalfLinear(theta, radius);
+    else
+      info.initHalfLinear(theta, phi, radius);
+  }
+
+  static void initLinear(InfoType& info, double theta, [[maybe_unused]] double phi, double radius)
+  {
+    if constexpr (isPlanar)
+      info.initLinear(theta, radius);
+    else
+      info.initLinear(theta, phi, radius);
+  }
+
+  static bool insert(InfoType& info, ipInt32 x, ipInt32 y, [[maybe_unused]] ipInt32 z)
+  {
+    if constexpr (isPlanar)
+      return info.insert(x, y);
+    else
+      return info.insert(x, y, z);
+  }
+
+  static bool remove(InfoType& info, ipInt32 x, ipInt32 y, [[maybe_unused]] ipInt32 z)
+  {
+    if constexpr (isPlanar)
+      return info.remove(x, y);
+    else
+      return info.remove(x, y, z);
+  }
 };
 
 /// \brief Everything that every initialised description answers.
 struct InfoState
 {
   bool isInitialized;
-  ipUInt64 subType;
+  ipUInt64 kind;
   ElementState element;
 
   friend bool operator==(const InfoState& left, const InfoState& right)
   {
-    return left.isInitialized == right.isInitialized && left.subType == right.subType &&
+    return left.isInitialized == right.isInitialized && left.kind == right.kind &&
            left.element == right.element;
   }
 };
@@ -93,35 +109,32 @@ InfoState stateOfInfo(const Info& info)
 {
   if (!info.isInitialized())
     return {false, 0, {}};
-  return {true, InfoTraits<Info>::subTypeOf(info), stateOf(*info.getStructuringElement())};
+  return {true, InfoTraits<Info>::kindOf(info), stateOf(*info.getStructuringElement())};
 }
 
-/// \brief The initialisations but init(), which take a new element.
+/// \brief A square or cube of half size 1.
+template <class Info>
+Info makeCube()
+{
+  Info info;
+  InfoTraits<Info>::initCube(info, 1);
+  return info;
+}
+
+/// \brief The initialisations but init(), which take a new element: one of each kind, in the order of the
+/// kinds.
 template <class Info>
 std::vector<std::function<void(Info&)>> newElementInitialisations()
 {
   using Traits = InfoTraits<Info>;
   return {[](Info& info) { info.initEmpty(); },
-          [](Info& info) { Traits::initBall(info, 1); },
-          [](Info& info) { Traits::initCube(info, 1); },
-          [](Info& info) { Traits::initBox(info, 1, 0, 0); },
-          [](Info& info) { Traits::initHalfLinear(info, 0.5, 1, 2.5); },
+          [](Info& info) { Traits::initBall(info, 1.5); },
+          [](Info& info) { Traits::initCube(info, 2); },
+          [](Info& info) { Traits::initBox(info, 2, 1, 0); },
+          [](Info& info) { Traits::initHalfLinear(info, 0.5, 1, 3); },
           [](Info& info)
           {
-            Traits::initLinear(info, 0.5, 1, 2.5);
-          }};
-}
-
-/// \brief The initialisations of shapes with a radius.
-template <class Info>
-std::vector<std::function<void(Info&, double)>> radiusInitialisations()
-{
-  using Traits = InfoTraits<Info>;
-  return {[](Info& info, double radius) { Traits::initBall(info, radius); },
-          [](Info& info, double radius) { Traits::initHalfLinear(info, 0.5, 1, radius); },
-          [](Info& info, double radius)
-          {
-            Traits::initLinear(info, 0.5, 1, radius);
+            Traits::initLinear(info, 0.5, 1, 3);
           }};
 }
 

@@ -15,10 +15,8 @@
 
 #include <gtest/gtest.h>
 
-#include "../Signature.h"
 #include "ElementTesting.h"
 #include <ORVELBaseData/ORVELBaseDataException.h>
-#include <ORVELBaseData/ORVELBaseDataLog.h>
 #include <support/FailingAllocation.h>
 #include <support/RaisedFailure.h>
 
@@ -407,7 +405,7 @@ TEST(Balls, AreSymmetricInAllAxesAndDiagonals)
     const StructuringElementXYZPtr ball = sphericalSEXYZ(radius);
     for (const OffsetXYZ& offset : ball->getDataColl())
     {
-      const auto [x, y, z] = ElementTraits<StructuringElementXYZ>::placeOf(offset);
+      const auto [x, y, z] = OffsetTraits<OffsetXYZ>::placeOf(offset);
       EXPECT_TRUE(ball->exists(OffsetXYZ(-x, y, z)));
       EXPECT_TRUE(ball->exists(OffsetXYZ(y, x, z)));
       EXPECT_TRUE(ball->exists(OffsetXYZ(y, z, x)));
@@ -663,67 +661,34 @@ TEST(Segments, HaveAtMostOneOffsetPerSample)
 
 // Failures
 
-struct RaisingCase
-{
-  void (*make)(double radius);
-  std::string function;
-};
-
-const RaisingCase g_raisingCases[] = {
-    {[](double radius) { circularSEXY(radius); }, "StructuringElementXYPtr circularSEXY(ipReal64)"},
-    {[](double radius) { halfLinearSEXY(0.5, radius); },
-     "StructuringElementXYPtr halfLinearSEXY(ipReal64, ipReal64)"},
-    {[](double radius) { linearSEXY(0.5, radius); },
-     "StructuringElementXYPtr linearSEXY(ipReal64, ipReal64)"},
-    {[](double radius) { sphericalSEXYZ(radius); }, "StructuringElementXYZPtr sphericalSEXYZ(ipReal64)"},
-    {[](double radius) { halfLinearSEXYZ(0.5, 1, radius); },
-     "StructuringElementXYZPtr halfLinearSEXYZ(ipReal64, ipReal64, ipReal64)"},
-    {[](double radius) { linearSEXYZ(0.5, 1, radius); },
-     "StructuringElementXYZPtr linearSEXYZ(ipReal64, ipReal64, ipReal64)"},
-};
-
 TEST(StructuringElementUtils, RefuseARadiusThatIsNotAtLeastZero)
 {
+  const std::pair<void (*)(double), std::string> makers[] = {
+      {[](double radius) { circularSEXY(radius); },
+       "orvel::StructuringElementXYPtr orvel::circularSEXY(ipReal64)"},
+      {[](double radius) { halfLinearSEXY(0.5, radius); },
+       "orvel::StructuringElementXYPtr orvel::halfLinearSEXY(ipReal64, ipReal64)"},
+      {[](double radius) { linearSEXY(0.5, radius); },
+       "orvel::StructuringElementXYPtr orvel::linearSEXY(ipReal64, ipReal64)"},
+      {[](double radius) { sphericalSEXYZ(radius); },
+       "orvel::StructuringElementXYZPtr orvel::sphericalSEXYZ(ipReal64)"},
+      {[](double radius) { halfLinearSEXYZ(0.5, 1, radius); },
+       "orvel::StructuringElementXYZPtr orvel::halfLinearSEXYZ(ipReal64, ipReal64, ipReal64)"},
+      {[](double radius) { linearSEXYZ(0.5, 1, radius); },
+       "orvel::StructuringElementXYZPtr orvel::linearSEXYZ(ipReal64, ipReal64, ipReal64)"},
+  };
   const std::pair<double, std::string> radii[] = {{-0.001, "-0.001000"},
                                                   {-1.0, "-1.000000"},
                                                   {-g_infinity, "-inf"},
                                                   {g_nan, "nan"},
                                                   {-std::numeric_limits<double>::denorm_min(), "-0.000000"}};
-  for (const RaisingCase& raising : g_raisingCases)
+  for (const auto& [make, function] : makers)
     for (const auto& [radius, text] : radii)
-      EXPECT_EQ(messageOf<ORVELBaseDataException>([&raising, value = radius] { raising.make(value); }),
-                "Invalid radius value " + text + ", should not be negative")
-          << raising.function;
-}
-
-TEST(StructuringElementUtils, NameTheRaisingFunctionAndStatement)
-{
-  for (const RaisingCase& raising : g_raisingCases)
-  {
-    const auto failure = failureOf<ORVELBaseDataException>([&] { raising.make(-1); });
-    EXPECT_EQ(normalisedSignature(failure.getFunction()), normalisedSignature(raising.function));
-    EXPECT_EQ(failure.getFile(), "ORVELBaseData/Pattern/StructuringElement/StructuringElementUtils.cpp");
-    EXPECT_NE(sourceLine(failure.getFile(), failure.getLine())
-                  .find("requireRadius(radius, ORVEL_HERE)"),
-              std::string::npos);
-    EXPECT_EQ(failure.getCause(), nullptr);
-  }
-}
-
-TEST(StructuringElementUtils, LogEachFailureOnceAtErrorLevel)
-{
-  for (const RaisingCase& raising : g_raisingCases)
-  {
-    const LogCapture log(getORVELBaseDataLogger());
-    const auto failure = failureOf<ORVELBaseDataException>([&] { raising.make(-1); });
-    ASSERT_EQ(log.getRecords().size(), 1U);
-    const LogRecord& record = log.getRecords().front();
-    EXPECT_EQ(record.level, 40000);
-    EXPECT_EQ(record.logger, getORVELBaseDataLoggerName());
-    EXPECT_EQ(record.message, "Invalid radius value -1.000000, should not be negative");
-    EXPECT_EQ(record.file, failure.getFile());
-    EXPECT_EQ(record.line, static_cast<int>(failure.getLine()));
-  }
+      expectRaised<ORVELBaseDataException>(
+          [make = make, radius = radius] { make(radius); },
+          {"Invalid radius value " + text + ", should not be negative", function,
+           "ORVELBaseData/Pattern/StructuringElement/StructuringElementUtils.cpp", "",
+           "requireRadius(radius, ORVEL_HERE)"});
 }
 
 TEST(StructuringElementUtils, TakeNegativeZeroForARadius)
