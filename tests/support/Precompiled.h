@@ -19,7 +19,8 @@
 #include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
+#include <ORVELSerialization/BinaryArchive.h>
 #include <ORVELSerialization/ItemOperators.h>
+#include <ORVELSerialization/XmlArchive.h>
 #include <ORVELUtil/DynamicObjectFactory.h>
-#include <support/HandWrittenArchive.h>
 #include <support/RaisedFailure.h>
