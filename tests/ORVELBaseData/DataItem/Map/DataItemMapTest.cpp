@@ -284,6 +284,36 @@ TEST(DataItemMap, HoldsWhatItHeldAtItsTurnWhenItIsMadeACopyOfAMapAroundIt)
   EXPECT_EQ(outer.getItemPtr("inner"), inner);
 }
 
+/// Counts its duplicates.
+class CountedLeaf : public DataItemLeaf<ipInt32>
+{
+public:
+  BaseDynamicObject* duplicate() const override
+  {
+    ++nbDuplicates;
+    return DataItemLeaf<ipInt32>::duplicate();
+  }
+
+  mutable int nbDuplicates = 0;
+};
+
+TEST(DataItemMap, DuplicatesASharedItemOnceForEachWayToIt)
+{
+  const auto leaf = boost::make_shared<CountedLeaf>();
+  leaf->setValue(3);
+  DataItemPtr tree = leaf;
+  for (int i = 0; i < 5; ++i)
+  {
+    const auto map = boost::make_shared<DataItemMap>();
+    map->insertItem("a", tree);
+    map->insertItem("b", tree);
+    tree = map;
+  }
+  const DynamicObjectPtr copy = tree->duplicateShared();
+  EXPECT_EQ(leaf->nbDuplicates, 32);
+  EXPECT_EQ(dynamic_cast<const DataItemMap&>(*copy).getSize(), 2U);
+}
+
 TEST(DataItemMap, KeepsItsItemsWhenAnInsertionRunsOutOfMemory)
 {
   DataItemMap map = mapOf({"a"});
