@@ -194,7 +194,15 @@ public:
     _absSum += std::fabs(value);
   }
 
-  /// \brief Tell the first thing in which a kernel differs; "" if none.
+  void remove(const Place& place)
+  {
+    const auto tap = _values.find(reversed(place));
+    _sum -= tap->second;
+    _absSum -= std::fabs(tap->second);
+    _values.erase(tap);
+  }
+
+  /// \brief Return the first thing in which a kernel differs; "" if none.
   template <class Kernel>
   std::string differenceTo(const Kernel& kernel) const
   {
