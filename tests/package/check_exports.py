@@ -4,8 +4,9 @@ includes the umbrella header can use each.
 
 usage: check_exports.py NM COMPILER INCLUDE_FOLDER LIBRARY_FILE LIST CLASS_LIST
 
-CLASS_LIST is the header with the classes that archives name. The list has the rest: a line `class NAME` or `function SIGNATURE` for each, in the words of `nm -DC`. A class exports its
-members, its tables and its type information; a template is listed by its instances.
+CLASS_LIST is the header with the classes that archives name. The list has the rest: a line `class NAME` or
+`function SIGNATURE` for each, in the words of `nm -DC`. A class exports its members, its tables and its type
+information; a template is listed by its instances.
 """
 
 import pathlib
@@ -84,8 +85,8 @@ def split_parameters(signature):
 
 
 def user_of(header, entries):
-    """Return a program that uses every entry."""
-    lines = [f"#include <{header}>", "#include <typeinfo>", "#include <utility>"]
+    """Return a program that uses every entry. Type information of the companions' errors is emitted here, too."""
+    lines = [f"#include <{header}>", "#include <ORVELUtil/ORVELUtil.h>", "#include <typeinfo>", "#include <utility>"]
     for number, entry in enumerate(entries):
         kind, name = entry.split(" ", 1)
         if kind == "class":

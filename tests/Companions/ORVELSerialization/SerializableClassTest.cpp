@@ -111,7 +111,7 @@ TEST_F(SerializableClass, HasTheNameThatItsDefinitionGivesInAnotherNamespace)
   exposure._seconds = 0.5;
   EXPECT_TRUE(exposure.write(archive));
   EXPECT_EQ(archive.calls,
-            (Calls{"section mylab::Exposure {", "unsigned version 4", "}", "real64 _seconds 0.500000"}));
+            (Calls{"section mylab::Exposure {", "unsigned version 4", "}", "real64 _seconds " + std::to_string(0.5)}));
 }
 
 TEST_F(SerializableClass, CreatesObjectsOfItsOwn)
