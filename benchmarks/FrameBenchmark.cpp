@@ -49,10 +49,10 @@ const CreatorTable& getTable()
     CreatorTable table;
     enterClass<KernelXY>(table);
     enterClass<ElementsRange>(table);
-    // As many names as the kit registers, so that the look-up is not easier than ours.
-    for (int i = static_cast<int>(table.size()); i < 59; ++i)
+    // The names of all registered classes, so that the look-up is not easier than ours.
+    for (const std::string& name : DynamicObjectFactory::getInstance().getRegisteredClassNames())
     {
-      table["orvel::Class" + std::to_string(i)] = {};
+      table.try_emplace(name);
     }
     return table;
   }();
@@ -119,7 +119,7 @@ void addNameCases()
       "version", "orvel",
       [](benchmark::State& state)
       {
-        if (!check(state, ElementsRange::getVersion() == 2U, "wrong version"))
+        if (!check(state, ElementsRange::getVersion() != 0U, "the class has no version"))
         {
           return;
         }
