@@ -10,8 +10,8 @@ namespace orvel
 /// \brief Node of what it takes to smooth an image.
 ///
 /// Five items: an enumerate, a number, a path, a collection of numbers and a node within the node. This is
-/// all that a library has to write; trees of it are stored, shown and compared by programs that never saw this
-/// header.
+/// all that a library has to write; trees of it are stored, shown and compared by programs that never saw
+/// this header.
 class SmoothingNode : public BaseDataItemNode
 {
   ORVEL_DECLARE_SERIALIZABLE(SmoothingNode)

@@ -110,8 +110,8 @@ TEST_F(SerializableClass, HasTheNameThatItsDefinitionGivesInAnotherNamespace)
   mylab::Exposure exposure;
   exposure._seconds = 0.5;
   EXPECT_TRUE(exposure.write(archive));
-  EXPECT_EQ(archive.calls,
-            (Calls{"section mylab::Exposure {", "unsigned version 4", "}", "real64 _seconds " + std::to_string(0.5)}));
+  EXPECT_EQ(archive.calls, (Calls{"section mylab::Exposure {", "unsigned version 4", "}",
+                                  "real64 _seconds " + std::to_string(0.5)}));
 }
 
 TEST_F(SerializableClass, CreatesObjectsOfItsOwn)

@@ -1,10 +1,9 @@
-#include "ORVELBaseData/Pattern/Kernel/KernelType.h"
-#include "ORVELBaseData/Pattern/Kernel/SobelKernelType.h"
-
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "ORVELBaseData/Pattern/Kernel/KernelType.h"
+#include "ORVELBaseData/Pattern/Kernel/SobelKernelType.h"
 #include <support/EnumerationChecks.h>
 
 namespace
