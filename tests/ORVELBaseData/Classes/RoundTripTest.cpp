@@ -72,7 +72,7 @@ public:
     const std::string& alphabet = g_alphabets[upTo(g_alphabets.size() - 1)];
     value.resize(count(3000));
     for (char& character : value)
-      character = static_cast<char>(alphabet.empty() ? upTo(255) : alphabet[upTo(alphabet.size() - 1)]);
+      character = alphabet.empty() ? static_cast<char>(upTo(255)) : alphabet[upTo(alphabet.size() - 1)];
   }
 
   void set(boost::filesystem::path& value) { value = get<std::string>(); }
