@@ -57,7 +57,9 @@ public:
       value = isOneIn(2);
     else
     {
-      const ipUInt64 bits = _engine(); // for real numbers NaN of any payload, too
+      ipUInt64 bits = _engine();
+      if (std::is_floating_point_v<T> && isOneIn(4)) // a NaN of any payload
+        bits |= sizeof(T) == 4 ? 0x7F800000 : 0x7FF0000000000000;
       std::memcpy(&value, &bits, sizeof(value));
       if (isOneIn(2))
         value = static_cast<T>(upTo(9));
@@ -363,6 +365,18 @@ SerializationObjectPtr makeObjectOf(const std::string& className, Random& random
 
 // Trees
 
+/// Returns an item within so many maps.
+DataItemPtr wrap(DataItemPtr item, ipUInt64 nbMaps)
+{
+  for (ipUInt64 i = 0; i < nbMaps; ++i)
+  {
+    auto map = boost::make_shared<DataItemMap>();
+    map->insertItem("inner", item);
+    item = map;
+  }
+  return item;
+}
+
 /// Makes trees; what it has made it uses again now and then.
 class Forest
 {
@@ -410,12 +424,7 @@ public:
       return _items[_random.upTo(_items.size() - 1)];
     DataItemPtr item = makeNewItem(height);
     if (_random.isOneIn(15)) // some become deeper than archives take
-      for (ipUInt64 i = _random.upTo(130); i != 0; --i)
-      {
-        auto outer = boost::make_shared<DataItemMap>();
-        outer->insertItem(_random.get<std::string>(), item);
-        item = outer;
-      }
+      item = wrap(item, _random.upTo(130));
     _items.push_back(item);
     return item;
   }
@@ -570,6 +579,18 @@ TEST(RoundTrip, BringsTreesOfItemsBack)
 TEST(RoundTrip, BringsCollectionsOfSharedObjectsBack)
 {
   expectMostBack([](Forest& forest) { return forest.makePtrColl(); });
+}
+
+TEST(RoundTrip, BringsSharedItemsBackUpToTheLimitOfDepth)
+{
+  const DataItemPtr shared = wrap(boost::make_shared<DataItemLeafColl<ipInt8>>(), 49); // 50 objects deep
+  for (ipUInt64 depth = 120; depth <= 136; ++depth)
+  {
+    DataItemMap map;
+    map.insertItem("first", shared);
+    map.insertItem("then", wrap(shared, depth - 51)); // the same, deeper
+    EXPECT_EQ(expectBackFromBoth(map), depth <= 128) << depth;
+  }
 }
 
 // Each takes 16 million bytes that nothing in the archive fills, of 64 MiB that are allowed.
