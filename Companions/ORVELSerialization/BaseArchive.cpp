@@ -99,8 +99,7 @@ ArchiveSectionManager::ArchiveSectionManager(BaseArchive& archive, const std::st
 
 ArchiveSectionManager::~ArchiveSectionManager()
 {
-  if (_isOpen)
-    _archive.endSection(std::uncaught_exceptions() > _nbExceptions);
+  _archive.endSection(std::uncaught_exceptions() > _nbExceptions);
 }
 
 } // namespace orvel

@@ -21,6 +21,7 @@ namespace details
 struct ArchiveAccess;
 class ClassVersions;
 class ObjectGuard;
+class SectionScope;
 } // namespace details
 
 /// \brief Common base of the archives: class versions, sections, limits, and the state after a failure.
@@ -105,13 +106,10 @@ protected:
   void markFailed() { _state = State::failed; }
   void markClosed() { _state = State::closed; }
 
-  /// \brief Give up the names of sections: openSection() may then get an empty name in place of one that it
-  /// takes time to make. For the constructor of an archive that does not store them.
-  void ignoreSectionNames() { _ignoresSectionNames = true; }
-
 private:
   friend class ArchiveSectionManager;
   friend class details::ObjectGuard;
+  friend class details::SectionScope;
   friend struct details::ArchiveAccess;
 
   enum class State
@@ -126,7 +124,6 @@ private:
 
   std::string _name;
   State _state = State::open;
-  bool _ignoresSectionNames = false;
   ipUInt32 _depth = 0;   // objects that are being moved, one within the other
   ipUInt32 _deepest = 0; // depth reached so far within the object that is being moved
   ipUInt64 _nbUnfilledBytes = 0;
@@ -153,21 +150,44 @@ public:
   ArchiveSectionManager(const ArchiveSectionManager&) = delete;
   ArchiveSectionManager& operator=(const ArchiveSectionManager&) = delete;
 
-  /// \brief Close the section now, and raise if that fails. The destructor does nothing then.
-  void close()
+private:
+  BaseArchive& _archive;
+  int _nbExceptions; // in flight when the section was opened
+};
+
+namespace details
+{
+
+/// \brief A section that finish() closes; it raises if that fails. Without finish() an exception leaves the
+/// section, as it leaves one of ArchiveSectionManager.
+///
+/// The item operators use it, as it need not count the exceptions in flight.
+class SectionScope
+{
+public:
+  SectionScope(BaseArchive& archive, std::string_view name)
+    : _archive(archive)
   {
-    _isOpen = false;
+    archive.openSection(name);
+  }
+  ~SectionScope()
+  {
+    if (!_isFinished)
+      _archive.endSection(true);
+  }
+  SectionScope(const SectionScope&) = delete;
+  SectionScope& operator=(const SectionScope&) = delete;
+
+  void finish()
+  {
+    _isFinished = true;
     _archive.closeSection();
   }
 
 private:
   BaseArchive& _archive;
-  int _nbExceptions; // in flight when the section was opened
-  bool _isOpen = true;
+  bool _isFinished = false;
 };
-
-namespace details
-{
 
 /// \brief Marks an archive as failed unless finish() is called: a failed `write` or `read` of an object may have
 /// moved part of it.

@@ -37,7 +37,6 @@ BinaryOArchive::BinaryOArchive(std::string name, std::unique_ptr<OutputTarget> t
   : BaseOArchive(std::move(name))
   , _writer(std::make_unique<BinaryWriter>(std::move(target)))
 {
-  ignoreSectionNames();
   ArchiveAccess::write(*this, here,
                        [this]
                        {
@@ -68,8 +67,9 @@ bool BinaryOArchive::isElementWise() const
 
 void BinaryOArchive::writeBlock(const void* data, ipUInt64 sizeInBytes)
 {
+  static constexpr SourceLocation g_here = ORVEL_HERE;
   ArchiveAccess::write(
-      *this, ORVEL_HERE,
+      *this, g_here,
       [&] {
         _writer->putString(cbor::Major::bytes, {static_cast<const char*>(data), sizeInBytes});
       });
@@ -77,23 +77,26 @@ void BinaryOArchive::writeBlock(const void* data, ipUInt64 sizeInBytes)
 
 void BinaryOArchive::writeObjectPtr(const SerializationOItem<SerializationObjectPtr>& item)
 {
-  ArchiveAccess::writePointer(*this, ORVEL_HERE, *_writer, item);
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  ArchiveAccess::writePointer(*this, g_here, *_writer, item);
 }
 
 void BinaryOArchive::writeObject(const std::string& key, const BaseSerializationObject& object)
 {
-  ArchiveAccess::writeInPlace(*this, ORVEL_HERE, *_writer, key, object);
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  ArchiveAccess::writeInPlace(*this, g_here, *_writer, key, object);
 }
 
 void BinaryOArchive::writeBool(const std::string& /*key*/, bool value)
 {
-  ArchiveAccess::write(*this, ORVEL_HERE,
-                       [&] { _writer->sink.put(value ? cbor::boolTrue : cbor::boolFalse); });
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  ArchiveAccess::write(*this, g_here, [&] { _writer->sink.put(value ? cbor::boolTrue : cbor::boolFalse); });
 }
 
 void BinaryOArchive::writeInteger(const std::string& /*key*/, ipInt64 value)
 {
-  ArchiveAccess::write(*this, ORVEL_HERE,
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  ArchiveAccess::write(*this, g_here,
                        [&]
                        {
                          const auto bits = static_cast<ipUInt64>(value);
@@ -106,14 +109,16 @@ void BinaryOArchive::writeInteger(const std::string& /*key*/, ipInt64 value)
 
 void BinaryOArchive::writeUnsigned(const std::string& /*key*/, ipUInt64 value)
 {
-  ArchiveAccess::write(*this, ORVEL_HERE, [&] { _writer->putHead(cbor::Major::unsignedInteger, value); });
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  ArchiveAccess::write(*this, g_here, [&] { _writer->putHead(cbor::Major::unsignedInteger, value); });
 }
 
 void BinaryOArchive::writeReal32(const std::string& /*key*/, ipReal32 value)
 {
+  static constexpr SourceLocation g_here = ORVEL_HERE;
   ipUInt32 bits = 0;
   std::memcpy(&bits, &value, sizeof(bits));
-  ArchiveAccess::write(*this, ORVEL_HERE,
+  ArchiveAccess::write(*this, g_here,
                        [&]
                        {
                          ByteSink& sink = _writer->sink;
@@ -123,9 +128,10 @@ void BinaryOArchive::writeReal32(const std::string& /*key*/, ipReal32 value)
 
 void BinaryOArchive::writeReal64(const std::string& /*key*/, ipReal64 value)
 {
+  static constexpr SourceLocation g_here = ORVEL_HERE;
   ipUInt64 bits = 0;
   std::memcpy(&bits, &value, sizeof(bits));
-  ArchiveAccess::write(*this, ORVEL_HERE,
+  ArchiveAccess::write(*this, g_here,
                        [&]
                        {
                          ByteSink& sink = _writer->sink;
@@ -135,14 +141,16 @@ void BinaryOArchive::writeReal64(const std::string& /*key*/, ipReal64 value)
 
 void BinaryOArchive::writeString(const std::string& /*key*/, std::string_view value)
 {
+  static constexpr SourceLocation g_here = ORVEL_HERE;
   ArchiveAccess::write(
-      *this, ORVEL_HERE,
+      *this, g_here,
       [&] { _writer->putString(isUtf8(value) ? cbor::Major::text : cbor::Major::bytes, value); });
 }
 
 void BinaryOArchive::close()
 {
-  ArchiveAccess::write(*this, ORVEL_HERE,
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  ArchiveAccess::write(*this, g_here,
                        [this]
                        {
                          if (_writer->getNbOpen() != 0)
@@ -160,13 +168,15 @@ void BinaryOArchive::close()
 
 void BinaryOArchive::openSection(std::string_view /*name*/)
 {
-  ArchiveAccess::write(*this, ORVEL_HERE, [this] { _writer->openArray(); });
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  ArchiveAccess::write(*this, g_here, [this] { _writer->openArray(); });
 }
 
 void BinaryOArchive::closeSection()
 {
+  static constexpr SourceLocation g_here = ORVEL_HERE;
   if (!isFailed() && !isClosed())
-    ArchiveAccess::write(*this, ORVEL_HERE, [this] { _writer->closeArray(); });
+    ArchiveAccess::write(*this, g_here, [this] { _writer->closeArray(); });
 }
 
 std::string BinaryOArchive::getPlace() const
@@ -203,18 +213,21 @@ bool BinaryIArchive::isElementWise() const
 
 void BinaryIArchive::readBlock(void* data, ipUInt64 sizeInBytes)
 {
-  ArchiveAccess::read(*this, ORVEL_HERE, *_reader,
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  ArchiveAccess::read(*this, g_here, *_reader,
                       [&] { _reader->readBlock(static_cast<char*>(data), sizeInBytes); });
 }
 
 void BinaryIArchive::readObjectPtr(const SerializationIItem<SerializationObjectPtr>& item)
 {
-  ArchiveAccess::readPointer(*this, ORVEL_HERE, *_reader, item);
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  ArchiveAccess::readPointer(*this, g_here, *_reader, item);
 }
 
 void BinaryIArchive::readObject(const std::string& key, BaseSerializationObject& object)
 {
-  ArchiveAccess::readInPlace(*this, ORVEL_HERE, *_reader, key, object);
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  ArchiveAccess::readInPlace(*this, g_here, *_reader, key, object);
 }
 
 void BinaryIArchive::releaseObjects() noexcept
@@ -224,7 +237,8 @@ void BinaryIArchive::releaseObjects() noexcept
 
 bool BinaryIArchive::readBool(const std::string& key)
 {
-  return ArchiveAccess::read(*this, ORVEL_HERE, *_reader,
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  return ArchiveAccess::read(*this, g_here, *_reader,
                              [&]
                              {
                                const cbor::Head head = _reader->readHead();
@@ -237,8 +251,9 @@ bool BinaryIArchive::readBool(const std::string& key)
 
 ipInt64 BinaryIArchive::readInteger(const std::string& key, ipInt64 minimum, ipInt64 maximum)
 {
+  static constexpr SourceLocation g_here = ORVEL_HERE;
   return ArchiveAccess::read(
-      *this, ORVEL_HERE, *_reader,
+      *this, g_here, *_reader,
       [&]
       {
         const cbor::Head head = _reader->readHead();
@@ -256,7 +271,8 @@ ipInt64 BinaryIArchive::readInteger(const std::string& key, ipInt64 minimum, ipI
 
 ipUInt64 BinaryIArchive::readUnsigned(const std::string& key, ipUInt64 maximum)
 {
-  return ArchiveAccess::read(*this, ORVEL_HERE, *_reader,
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  return ArchiveAccess::read(*this, g_here, *_reader,
                              [&]
                              {
                                const cbor::Head head = _reader->readHead();
@@ -271,7 +287,8 @@ ipUInt64 BinaryIArchive::readUnsigned(const std::string& key, ipUInt64 maximum)
 
 ipReal32 BinaryIArchive::readReal32(const std::string& key)
 {
-  return ArchiveAccess::read(*this, ORVEL_HERE, *_reader,
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  return ArchiveAccess::read(*this, g_here, *_reader,
                              [&]
                              {
                                const cbor::Head head = _reader->readHead();
@@ -286,7 +303,8 @@ ipReal32 BinaryIArchive::readReal32(const std::string& key)
 
 ipReal64 BinaryIArchive::readReal64(const std::string& key)
 {
-  return ArchiveAccess::read(*this, ORVEL_HERE, *_reader,
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  return ArchiveAccess::read(*this, g_here, *_reader,
                              [&]
                              {
                                const cbor::Head head = _reader->readHead();
@@ -300,12 +318,14 @@ ipReal64 BinaryIArchive::readReal64(const std::string& key)
 
 void BinaryIArchive::readString(const std::string& key, std::string& value)
 {
-  ArchiveAccess::read(*this, ORVEL_HERE, *_reader, [&] { _reader->readString(key, value); });
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  ArchiveAccess::read(*this, g_here, *_reader, [&] { _reader->readString(key, value); });
 }
 
 void BinaryIArchive::close()
 {
-  ArchiveAccess::read(*this, ORVEL_HERE, *_reader,
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  ArchiveAccess::read(*this, g_here, *_reader,
                       [this]
                       {
                         _reader->readEnd();
@@ -315,18 +335,21 @@ void BinaryIArchive::close()
 
 void BinaryIArchive::openSection(std::string_view /*name*/)
 {
-  ArchiveAccess::read(*this, ORVEL_HERE, *_reader, [this] { _reader->openArray("a section"); });
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  ArchiveAccess::read(*this, g_here, *_reader, [this] { _reader->openArray("a section"); });
 }
 
 void BinaryIArchive::closeSection()
 {
+  static constexpr SourceLocation g_here = ORVEL_HERE;
   if (!isFailed() && !isClosed())
-    ArchiveAccess::read(*this, ORVEL_HERE, *_reader, [this] { _reader->closeArray("the section"); });
+    ArchiveAccess::read(*this, g_here, *_reader, [this] { _reader->closeArray("the section"); });
 }
 
 void BinaryIArchive::leaveSection()
 {
-  ArchiveAccess::skipSection(*this, ORVEL_HERE, *_reader);
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  ArchiveAccess::skipSection(*this, g_here, *_reader);
 }
 
 std::string BinaryIArchive::getPlace() const

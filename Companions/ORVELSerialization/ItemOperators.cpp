@@ -1,7 +1,6 @@
 #include "ORVELSerialization/ItemOperators.h"
 
 #include <ORVELSerialization/DataType.h>
-#include <ORVELSerialization/Private/ArchiveAccess.h>
 
 namespace orvel
 {
@@ -34,9 +33,9 @@ BaseIArchive& operator>>(BaseIArchive& archive, const SerializationIItem<boost::
 
 ORVEL_DEFINE_ENUMERATION_ITEMS(eDataType)
 
-std::string details::nameSharedPtrSection(const BaseOArchive& archive, const std::string& (*getTypeName)())
+std::string details::nameSharedPtrSection(const std::string& typeName)
 {
-  return ArchiveAccess::ignoresSectionNames(archive) ? std::string() : "shared_ptr<" + getTypeName() + ">";
+  return "shared_ptr<" + typeName + ">";
 }
 
 } // namespace orvel

@@ -79,9 +79,8 @@ inline constexpr bool isSharedPtr = false;
 template <class E>
 inline constexpr bool isSharedPtr<boost::shared_ptr<E>> = true;
 
-/// \brief Return "shared_ptr<" + type name + ">", or "" if the archive ignores the names of sections.
-ORVELSERIALIZATION_EXPORT std::string nameSharedPtrSection(const BaseOArchive& archive,
-                                                           const std::string& (*getTypeName)());
+/// \brief Return "shared_ptr<" + type name + ">".
+ORVELSERIALIZATION_EXPORT std::string nameSharedPtrSection(const std::string& typeName);
 
 } // namespace details
 
@@ -162,29 +161,30 @@ operator>>(BaseIArchive& archive, const SerializationIItem<T>& item)
 template <class E>
 BaseOArchive& operator<<(BaseOArchive& archive, const SerializationOItem<boost::shared_ptr<E>>& item)
 {
-  ArchiveSectionManager section(archive, item.getKey());
-  ArchiveSectionManager pointerSection(archive, details::nameSharedPtrSection(archive, &E::getTypeName));
+  static const std::string g_sectionName = details::nameSharedPtrSection(E::getTypeName());
+  details::SectionScope section(archive, item.getKey());
+  details::SectionScope pointerSection(archive, g_sectionName);
   // The archive does not change the object; its interface has one pointer type for both directions.
   const SerializationObjectPtr object = boost::const_pointer_cast<std::remove_const_t<E>>(item.getValue());
   archive.writeObjectPtr(SerializationOItem("pObject", object));
-  pointerSection.close();
-  section.close();
+  pointerSection.finish();
+  section.finish();
   return archive;
 }
 
 template <class E>
 BaseIArchive& operator>>(BaseIArchive& archive, const SerializationIItem<boost::shared_ptr<E>>& item)
 {
-  ArchiveSectionManager section(archive, item.getKey());
-  ArchiveSectionManager pointerSection(archive, "shared_ptr<>");
+  details::SectionScope section(archive, item.getKey());
+  details::SectionScope pointerSection(archive, "shared_ptr<>");
   SerializationObjectPtr object;
   archive.readObjectPtr(SerializationIItem("pObject", object));
   try
   {
     if (archive.isUntrusted() && object && dynamic_cast<const E*>(object.get()) == nullptr)
       archive.raiseWrongClass(object->getClassName(), E::getTypeName(), ORVEL_HERE);
-    pointerSection.close();
-    section.close();
+    pointerSection.finish();
+    section.finish();
   }
   catch (...)
   {
@@ -280,45 +280,45 @@ void readElements(BaseIArchive& archive, std::vector<E, A>& values, ipUInt32 cou
 template <class E, class A>
 BaseOArchive& operator<<(BaseOArchive& archive, const SerializationOItem<std::vector<E, A>>& item)
 {
-  ArchiveSectionManager section(archive, item.getKey());
-  ArchiveSectionManager vectorSection(archive, "vector");
+  details::SectionScope section(archive, item.getKey());
+  details::SectionScope vectorSection(archive, "vector");
   const std::vector<E, A>& values = item.getValue();
   details::writeCount(archive, values.size());
   details::writeElements(archive, values);
-  vectorSection.close();
-  section.close();
+  vectorSection.finish();
+  section.finish();
   return archive;
 }
 
 template <class E, class A>
 BaseIArchive& operator>>(BaseIArchive& archive, const SerializationIItem<std::vector<E, A>>& item)
 {
-  ArchiveSectionManager section(archive, item.getKey());
-  ArchiveSectionManager vectorSection(archive, "vector");
+  details::SectionScope section(archive, item.getKey());
+  details::SectionScope vectorSection(archive, "vector");
   details::readElements(archive, item.getValue(), details::readCount(archive));
-  vectorSection.close();
-  section.close();
+  vectorSection.finish();
+  section.finish();
   return archive;
 }
 
 template <class E, class C, class A>
 BaseOArchive& operator<<(BaseOArchive& archive, const SerializationOItem<std::set<E, C, A>>& item)
 {
-  ArchiveSectionManager section(archive, item.getKey());
-  ArchiveSectionManager setSection(archive, "set");
+  details::SectionScope section(archive, item.getKey());
+  details::SectionScope setSection(archive, "set");
   details::writeCount(archive, item.getValue().size());
   for (const E& element : item.getValue())
     archive << SerializationOItem<E>("key", element);
-  setSection.close();
-  section.close();
+  setSection.finish();
+  section.finish();
   return archive;
 }
 
 template <class E, class C, class A>
 BaseIArchive& operator>>(BaseIArchive& archive, const SerializationIItem<std::set<E, C, A>>& item)
 {
-  ArchiveSectionManager section(archive, item.getKey());
-  ArchiveSectionManager setSection(archive, "set");
+  details::SectionScope section(archive, item.getKey());
+  details::SectionScope setSection(archive, "set");
   std::set<E, C, A>& elements = item.getValue();
   elements.clear();
   const ipUInt32 count = details::readCount(archive);
@@ -329,29 +329,29 @@ BaseIArchive& operator>>(BaseIArchive& archive, const SerializationIItem<std::se
     archive >> SerializationIItem<E>("key", element);
     elements.insert(elements.end(), std::move(element)); // archives hold them in order
   }
-  setSection.close();
-  section.close();
+  setSection.finish();
+  section.finish();
   return archive;
 }
 
 template <class K, class V, class C, class A>
 BaseOArchive& operator<<(BaseOArchive& archive, const SerializationOItem<std::map<K, V, C, A>>& item)
 {
-  ArchiveSectionManager section(archive, item.getKey());
-  ArchiveSectionManager mapSection(archive, "map");
+  details::SectionScope section(archive, item.getKey());
+  details::SectionScope mapSection(archive, "map");
   details::writeCount(archive, item.getValue().size());
   for (const auto& [key, value] : item.getValue())
     archive << SerializationOItem<K>("key", key) << SerializationOItem<V>("value", value);
-  mapSection.close();
-  section.close();
+  mapSection.finish();
+  section.finish();
   return archive;
 }
 
 template <class K, class V, class C, class A>
 BaseIArchive& operator>>(BaseIArchive& archive, const SerializationIItem<std::map<K, V, C, A>>& item)
 {
-  ArchiveSectionManager section(archive, item.getKey());
-  ArchiveSectionManager mapSection(archive, "map");
+  details::SectionScope section(archive, item.getKey());
+  details::SectionScope mapSection(archive, "map");
   std::map<K, V, C, A>& entries = item.getValue();
   entries.clear();
   const ipUInt32 count = details::readCount(archive);
@@ -364,8 +364,8 @@ BaseIArchive& operator>>(BaseIArchive& archive, const SerializationIItem<std::ma
     archive >> SerializationIItem<V>("value", value);
     entries.insert_or_assign(entries.end(), std::move(key), std::move(value)); // archives hold them in order
   }
-  mapSection.close();
-  section.close();
+  mapSection.finish();
+  section.finish();
   return archive;
 }
 /// \}

@@ -44,57 +44,67 @@ bool XmlOArchive::isElementWise() const
 
 void XmlOArchive::writeBlock(const void* data, ipUInt64 sizeInBytes)
 {
-  ArchiveAccess::write(*this, ORVEL_HERE,
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  ArchiveAccess::write(*this, g_here,
                        [&] { _writer->putBlock(static_cast<const char*>(data), sizeInBytes); });
 }
 
 void XmlOArchive::writeObjectPtr(const SerializationOItem<SerializationObjectPtr>& item)
 {
-  ArchiveAccess::writePointer(*this, ORVEL_HERE, *_writer, item);
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  ArchiveAccess::writePointer(*this, g_here, *_writer, item);
 }
 
 void XmlOArchive::writeObject(const std::string& key, const BaseSerializationObject& object)
 {
-  ArchiveAccess::writeInPlace(*this, ORVEL_HERE, *_writer, key, object);
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  ArchiveAccess::writeInPlace(*this, g_here, *_writer, key, object);
 }
 
 void XmlOArchive::writeBool(const std::string& key, bool value)
 {
-  ArchiveAccess::write(*this, ORVEL_HERE, [&] { _writer->putItem(key, value ? "true" : "false"); });
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  ArchiveAccess::write(*this, g_here, [&] { _writer->putItem(key, value ? "true" : "false"); });
 }
 
 void XmlOArchive::writeInteger(const std::string& key, ipInt64 value)
 {
+  static constexpr SourceLocation g_here = ORVEL_HERE;
   NumberBuffer buffer;
-  ArchiveAccess::write(*this, ORVEL_HERE, [&] { _writer->putItem(key, formatNumber(value, buffer)); });
+  ArchiveAccess::write(*this, g_here, [&] { _writer->putItem(key, formatNumber(value, buffer)); });
 }
 
 void XmlOArchive::writeUnsigned(const std::string& key, ipUInt64 value)
 {
+  static constexpr SourceLocation g_here = ORVEL_HERE;
   NumberBuffer buffer;
-  ArchiveAccess::write(*this, ORVEL_HERE, [&] { _writer->putItem(key, formatNumber(value, buffer)); });
+  ArchiveAccess::write(*this, g_here, [&] { _writer->putItem(key, formatNumber(value, buffer)); });
 }
 
 void XmlOArchive::writeReal32(const std::string& key, ipReal32 value)
 {
+  static constexpr SourceLocation g_here = ORVEL_HERE;
   NumberBuffer buffer;
-  ArchiveAccess::write(*this, ORVEL_HERE, [&] { _writer->putItem(key, formatNumber(value, buffer)); });
+  ArchiveAccess::write(*this, g_here, [&] { _writer->putItem(key, formatNumber(value, buffer)); });
 }
 
 void XmlOArchive::writeReal64(const std::string& key, ipReal64 value)
 {
+  static constexpr SourceLocation g_here = ORVEL_HERE;
   NumberBuffer buffer;
-  ArchiveAccess::write(*this, ORVEL_HERE, [&] { _writer->putItem(key, formatNumber(value, buffer)); });
+  ArchiveAccess::write(*this, g_here, [&] { _writer->putItem(key, formatNumber(value, buffer)); });
 }
 
 void XmlOArchive::writeString(const std::string& key, std::string_view value)
 {
-  ArchiveAccess::write(*this, ORVEL_HERE, [&] { _writer->putString(key, value); });
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  ArchiveAccess::write(*this, g_here, [&] { _writer->putString(key, value); });
 }
 
 void XmlOArchive::close()
 {
-  ArchiveAccess::write(*this, ORVEL_HERE,
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  ArchiveAccess::write(*this, g_here,
                        [this]
                        {
                          if (_writer->getNbOpen() != 1)
@@ -107,13 +117,15 @@ void XmlOArchive::close()
 
 void XmlOArchive::openSection(std::string_view name)
 {
-  ArchiveAccess::write(*this, ORVEL_HERE, [&] { _writer->openSection(name); });
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  ArchiveAccess::write(*this, g_here, [&] { _writer->openSection(name); });
 }
 
 void XmlOArchive::closeSection()
 {
+  static constexpr SourceLocation g_here = ORVEL_HERE;
   if (!isFailed() && !isClosed())
-    ArchiveAccess::write(*this, ORVEL_HERE, [this] { _writer->closeSection(); });
+    ArchiveAccess::write(*this, g_here, [this] { _writer->closeSection(); });
 }
 
 std::string XmlOArchive::getPlace() const
@@ -149,18 +161,21 @@ bool XmlIArchive::isElementWise() const
 
 void XmlIArchive::readBlock(void* data, ipUInt64 sizeInBytes)
 {
-  ArchiveAccess::read(*this, ORVEL_HERE, *_reader,
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  ArchiveAccess::read(*this, g_here, *_reader,
                       [&] { _reader->readBlock(static_cast<char*>(data), sizeInBytes); });
 }
 
 void XmlIArchive::readObjectPtr(const SerializationIItem<SerializationObjectPtr>& item)
 {
-  ArchiveAccess::readPointer(*this, ORVEL_HERE, *_reader, item);
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  ArchiveAccess::readPointer(*this, g_here, *_reader, item);
 }
 
 void XmlIArchive::readObject(const std::string& key, BaseSerializationObject& object)
 {
-  ArchiveAccess::readInPlace(*this, ORVEL_HERE, *_reader, key, object);
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  ArchiveAccess::readInPlace(*this, g_here, *_reader, key, object);
 }
 
 void XmlIArchive::releaseObjects() noexcept
@@ -170,43 +185,50 @@ void XmlIArchive::releaseObjects() noexcept
 
 bool XmlIArchive::readBool(const std::string& key)
 {
-  return ArchiveAccess::read(*this, ORVEL_HERE, *_reader, [&] { return _reader->readBool(key); });
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  return ArchiveAccess::read(*this, g_here, *_reader, [&] { return _reader->readBool(key); });
 }
 
 ipInt64 XmlIArchive::readInteger(const std::string& key, ipInt64 minimum, ipInt64 maximum)
 {
-  return ArchiveAccess::read(*this, ORVEL_HERE, *_reader,
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  return ArchiveAccess::read(*this, g_here, *_reader,
                              [&] { return _reader->readNumber(key, minimum, maximum); });
 }
 
 ipUInt64 XmlIArchive::readUnsigned(const std::string& key, ipUInt64 maximum)
 {
-  return ArchiveAccess::read(*this, ORVEL_HERE, *_reader,
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  return ArchiveAccess::read(*this, g_here, *_reader,
                              [&] { return _reader->readNumber(key, ipUInt64{0}, maximum); });
 }
 
 ipReal32 XmlIArchive::readReal32(const std::string& key)
 {
+  static constexpr SourceLocation g_here = ORVEL_HERE;
   constexpr ipReal32 infinity = std::numeric_limits<ipReal32>::infinity();
-  return ArchiveAccess::read(*this, ORVEL_HERE, *_reader,
+  return ArchiveAccess::read(*this, g_here, *_reader,
                              [&] { return _reader->readNumber(key, -infinity, infinity); });
 }
 
 ipReal64 XmlIArchive::readReal64(const std::string& key)
 {
+  static constexpr SourceLocation g_here = ORVEL_HERE;
   constexpr ipReal64 infinity = std::numeric_limits<ipReal64>::infinity();
-  return ArchiveAccess::read(*this, ORVEL_HERE, *_reader,
+  return ArchiveAccess::read(*this, g_here, *_reader,
                              [&] { return _reader->readNumber(key, -infinity, infinity); });
 }
 
 void XmlIArchive::readString(const std::string& key, std::string& value)
 {
-  ArchiveAccess::read(*this, ORVEL_HERE, *_reader, [&] { _reader->readString(key, value); });
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  ArchiveAccess::read(*this, g_here, *_reader, [&] { _reader->readString(key, value); });
 }
 
 void XmlIArchive::close()
 {
-  ArchiveAccess::read(*this, ORVEL_HERE, *_reader,
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  ArchiveAccess::read(*this, g_here, *_reader,
                       [this]
                       {
                         _reader->document.checkEnd();
@@ -216,18 +238,21 @@ void XmlIArchive::close()
 
 void XmlIArchive::openSection(std::string_view /*name*/)
 {
-  ArchiveAccess::read(*this, ORVEL_HERE, *_reader, [this] { _reader->openSection(); });
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  ArchiveAccess::read(*this, g_here, *_reader, [this] { _reader->openSection(); });
 }
 
 void XmlIArchive::closeSection()
 {
+  static constexpr SourceLocation g_here = ORVEL_HERE;
   if (!isFailed() && !isClosed())
-    ArchiveAccess::read(*this, ORVEL_HERE, *_reader, [this] { _reader->closeSection(); });
+    ArchiveAccess::read(*this, g_here, *_reader, [this] { _reader->closeSection(); });
 }
 
 void XmlIArchive::leaveSection()
 {
-  ArchiveAccess::skipSection(*this, ORVEL_HERE, *_reader);
+  static constexpr SourceLocation g_here = ORVEL_HERE;
+  ArchiveAccess::skipSection(*this, g_here, *_reader);
 }
 
 std::string XmlIArchive::getPlace() const

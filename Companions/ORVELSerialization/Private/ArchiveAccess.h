@@ -11,6 +11,7 @@
 #include <ORVELSerialization/BaseOArchive.h>
 #include <ORVELSerialization/BaseSerializationObject.h>
 #include <ORVELSerialization/ORVELSerializationLogMessages.h>
+#include <ORVELSerialization/Private/Objects/ClassVersions.h>
 #include <ORVELSerialization/Private/Objects/PointerKind.h>
 
 namespace orvel::details
@@ -23,7 +24,11 @@ struct ArchiveAccess
   /// Refuses every further use of an archive.
   static void markFailed(BaseArchive& archive) { archive.markFailed(); }
 
-  static bool ignoresSectionNames(const BaseArchive& archive) { return archive._ignoresSectionNames; }
+  /// Looks a class version up without a call.
+  static const ipUInt32* findClassVersion(const BaseArchive& archive, const std::string& className)
+  {
+    return archive._classVersions->find(className);
+  }
 
   /// Refuses every further use of an archive and raises a failure that names the archive and the place.
   template <class... Arguments>

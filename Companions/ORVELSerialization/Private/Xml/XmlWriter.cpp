@@ -39,22 +39,28 @@ constexpr std::string_view getEscape(char character, bool isAttribute)
   }
 }
 
-/// Tells whether a text stands for itself: printable ASCII without escapes.
-bool isPlain(std::string_view text)
+// What a text has besides printable ASCII that stands for itself:
+constexpr unsigned char g_hasEscapes = 1;  // &, <, > or "
+constexpr unsigned char g_hasDoubtful = 2; // bytes that XML may not carry: controls and beyond ASCII
+
+/// Which of these a character is.
+constexpr std::array<unsigned char, 256> g_classes = []
 {
-  static constexpr std::array<bool, 256> g_isSpecial = []
-  {
-    std::array<bool, 256> isSpecial = {};
-    for (std::size_t code = 0; code < isSpecial.size(); ++code)
-      isSpecial[code] = code < 0x20 || code >= 0x7F;
-    for (const char character : std::string_view("&<>\""))
-      isSpecial[static_cast<unsigned char>(character)] = true;
-    return isSpecial;
-  }();
-  bool hasSpecial = false;
+  std::array<unsigned char, 256> classes = {};
+  for (std::size_t code = 0; code < classes.size(); ++code)
+    classes[code] = code < 0x20 || code >= 0x7F ? g_hasDoubtful : 0;
+  for (const char character : std::string_view("&<>\""))
+    classes[static_cast<unsigned char>(character)] = g_hasEscapes;
+  return classes;
+}();
+
+/// Tells which of these a text has.
+unsigned char classify(std::string_view text)
+{
+  unsigned char found = 0;
   for (const char character : text)
-    hasSpecial |= g_isSpecial[static_cast<unsigned char>(character)];
-  return !hasSpecial;
+    found |= g_classes[static_cast<unsigned char>(character)];
+  return found;
 }
 
 } // namespace
@@ -85,22 +91,31 @@ void XmlWriter::indent()
 
 void XmlWriter::putEscaped(std::string_view text, bool isAttribute)
 {
-  for (const char character : text)
+  constexpr std::size_t longestEscape = 6;
+  constexpr std::size_t piece = ByteSink::largestReserve / longestEscape;
+  for (; !text.empty(); text.remove_prefix(std::min(text.size(), piece)))
   {
-    const std::string_view escape = getEscape(character, isAttribute);
-    if (escape.empty())
-      sink.put(character);
-    else
-      sink.append(escape);
+    const std::string_view present = text.substr(0, piece);
+    char* to = sink.reserve(longestEscape * present.size());
+    for (const char character : present)
+    {
+      *to = character;
+      std::string_view escape;
+      if (g_classes[static_cast<unsigned char>(character)] != 0)
+        escape = getEscape(character, isAttribute);
+      to += escape.empty() ? 1 : escape.copy(to, escape.size());
+    }
+    sink.advance(to);
   }
 }
 
 /// Writes a key, a section's name or a class name, as the value of an attribute.
 void XmlWriter::putName(std::string_view name)
 {
-  if (isPlain(name))
+  const unsigned char found = classify(name);
+  if (found == 0)
     sink.append(name);
-  else if (isXmlText(name))
+  else if ((found & g_hasDoubtful) == 0 || isXmlText(name))
     putEscaped(name, true);
   else
     throw ArchiveFailure(eORVELSerializationMessage::eInvalidKey, quoted(name));
@@ -220,7 +235,8 @@ void XmlWriter::putItem(const std::string& key, std::string_view text)
 
 void XmlWriter::putString(const std::string& key, std::string_view text)
 {
-  if (isPlain(text))
+  const unsigned char found = classify(text);
+  if (found == 0)
   {
     putItem(key, text);
     return;
@@ -228,7 +244,7 @@ void XmlWriter::putString(const std::string& key, std::string_view text)
   indent();
   sink.append("<item key=\"");
   putName(key);
-  if (isXmlText(text))
+  if ((found & g_hasDoubtful) == 0 || isXmlText(text))
   {
     sink.append("\">");
     putEscaped(text, false);
