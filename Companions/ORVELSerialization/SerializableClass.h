@@ -132,7 +132,7 @@ private:                                                                        
   ORVEL_DECLARE_MEMBER_OPERATIONS(Class)
 /// \}
 
-/// \name Building blocks of the above, for a class that is none of these kinds
+/// \name Building blocks of the above, for a class of another kind
 /// \{
 
 /// Declares the name of a class, as its type and as that of an object.

@@ -255,7 +255,7 @@ constexpr bool isNamed(std::string_view name)
   };
 /// \}
 
-/// \name Building blocks of the above, for a class that is none of these kinds
+/// \name Building blocks of the above, for a class of another kind
 ///
 /// Those that end in _OF take what stands ahead of a member of a template (`template <class T>`, or nothing)
 /// and the class with its parameters (`DataItemLeaf<T>`).
