@@ -90,14 +90,14 @@ std::size_t callOnSmallStack(const std::function<void()>& operation)
       &thread, &attributes,
       [](void* argument) -> void*
       {
-        Call& toDo = *static_cast<Call*>(argument);
+        Call& work = *static_cast<Call*>(argument);
         try
         {
-          toDo.operation();
+          work.operation();
         }
         catch (...)
         {
-          toDo.failure = std::current_exception();
+          work.failure = std::current_exception();
         }
         return nullptr;
       },
